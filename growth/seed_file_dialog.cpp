@@ -1,0 +1,30 @@
+#include "growth/seed_file_dialog.h"
+
+#include <string>
+
+#include <forms.h>
+
+#include "growth/roots.h"
+
+int ReadRoots()
+{
+    const char *chosen = fl_show_fselector("Seed file", "", "", "");
+    if (chosen == nullptr || *chosen == '\0')
+        return 1;
+    const std::string path = chosen;
+
+    switch (ReadSeedFile(path.c_str())) {
+    case kSeedFileRead:
+        return 1;
+    case kSeedFileUnopened:
+        fl_show_message("File Error", "Failed to read seed file", path.c_str());
+        return 0;
+    case kSeedFileEmpty:
+        fl_show_message("File Error", "Failed to read any root positions", "Resetting");
+        return 0;
+    case kSeedFileOutOfMemory:
+        fl_show_message("File Error", "Not enough memory for all roots of this seed file", path.c_str());
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,32 @@
+#include "growth/state.h"
+
+Particle *cells = nullptr;
+int ncells = 0;
+Vector *roots = nullptr;
+Vector seeds[kSeedRing];
+int nseeds = 0;
+
+GrowthState growthstate;
+Options options;
+InterfaceState interfacestate;
+Camera camera;
+Stats stats;
+
+int settingformvisible = 0;
+int stlformvisible = 0;
+int sliceformvisible = 0;
+
+void SetProgramDefaults()
+{
+    options = {};
+    options.framerate = 30.0;
+    options.showextras = 1;
+    options.showinfo = 1;
+    options.surfacemode = 2;
+    options.dlamode = kAggregateLines;
+    options.marker1[0] = 10;
+    options.marker2[2] = 10;
+    options.slicecount = 50;
+    options.sliceparam3 = 1.0;
+    interfacestate = {-1, 0, 0, 0};
+}

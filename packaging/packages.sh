@@ -1,0 +1,46 @@
+# Debian packages that the project needs, and their installation. Sourced by run and check.
+
+BUILD_PACKAGES="g++ cmake ninja-build libforms-dev freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri libx11-dev x11-utils"
+DISPLAY_PACKAGES="xvfb x11-apps netpbm"
+CHECK_PACKAGES="libgtest-dev libbenchmark-dev libasan8 libubsan1 xdotool admesh clang-format-14 clang-tidy-14"
+
+# Installs those of the given packages that are missing: as root or through sudo. Where neither works, prints the one
+# line to run and ends the script.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "Installing: ${missing[*]}"
+    local install="apt-get update && apt-get install -y --no-install-recommends ${missing[*]}"
+    if [ "$(id -u)" -eq 0 ]; then
+        DEBIAN_FRONTEND=noninteractive sh -c "$install" >&2
+    elif command -v sudo >/dev/null && sudo -v; then
+        sudo DEBIAN_FRONTEND=noninteractive sh -c "$install" >&2
+    else
+        echo "These packages are missing and cannot be installed from here. Run as root:" >&2
+        echo "    $install" >&2
+        exit 1
+    fi
+}
+
+# Starts a virtual display, sets DISPLAY to it, and stops it when the script ends.
+start_virtual_display() {
+    local number
+    number=$(mktemp)
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
+    virtual_display=$!
+    trap 'kill "$virtual_display" 2>/dev/null || true' EXIT
+    for _ in $(seq 100); do
+        [ -s "$number" ] && break
+        sleep 0.1
+    done
+    DISPLAY=:$(cat "$number")
+    rm -f "$number"
+    if [ "$DISPLAY" = ":" ]; then
+        echo "The virtual display did not start." >&2
+        exit 1
+    fi
+    export DISPLAY
+}

@@ -1,0 +1,44 @@
+#include "surface/stl_dialog.h"
+
+#include <cstdlib>
+#include <string>
+
+#include <forms.h>
+
+#include "surface/stl_reader.h"
+
+static void ShowFileError(const char *text, const std::string &detail = "");
+
+int ReadSTL()
+{
+    const char *chosen = fl_show_fselector("STL file", "", "", "");
+    if (chosen == nullptr || *chosen == '\0')
+        return 1;
+    const std::string path = chosen;
+
+    switch (ReadSTLFile(path.c_str())) {
+    case kSTLRead:
+        return 1;
+    case kSTLUnopened:
+        ShowFileError("Failed to read STL file", path);
+        return 0;
+    case kSTLBadVertices:
+        ShowFileError("Error reading vertices in ascii STL file");
+        exit(-1);
+    case kSTLShortHeader:
+        ShowFileError("Failed to read an expected STL header");
+        exit(-1);
+    case kSTLBadCount:
+        ShowFileError("Read an unexpected number of faces in STL header");
+        return 0;
+    case kSTLOutOfMemory:
+        ShowFileError("Not enough memory for this STL file", path);
+        return 0;
+    }
+    return 0;
+}
+
+static void ShowFileError(const char *text, const std::string &detail)
+{
+    fl_show_message("File Error", text, detail.c_str());
+}

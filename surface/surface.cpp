@@ -1,0 +1,107 @@
+#include "surface/surface.h"
+
+#include <cstdio>
+
+#include "growth/state.h"
+
+// Below this cosine of the angle to the normal, times the segment's length, a segment is parallel to a face.
+constexpr double kParallel = 1e-5;
+// Degrees by which the angles around a point inside a face may miss the full circle.
+constexpr double kFullCircleTolerance = 1e-5;
+// Bounds of nothing: every coordinate of a real surface lies within.
+constexpr double kUnbounded = 1e32;
+
+Triangle *stltri = nullptr;
+int nstltri = 0;
+Vector stlmin = {kUnbounded, kUnbounded, kUnbounded};
+Vector stlmax = {-kUnbounded, -kUnbounded, -kUnbounded};
+Vector stlmid = {0, 0, 0};
+
+static void RemoveBadFaces();
+static bool IsBadFace(const Triangle &t);
+static void DeriveFaceData(Triangle *t);
+static void FindBounds();
+
+void UpdateSTL()
+{
+    RemoveBadFaces();
+    for (int i = 0; i < nstltri; i++)
+        DeriveFaceData(&stltri[i]);
+    FindBounds();
+    if (options.debug) {
+        fprintf(stderr, "Bounds: %g <= x <= %g\n", stlmin.x, stlmax.x);
+        fprintf(stderr, "        %g <= y <= %g\n", stlmin.y, stlmax.y);
+        fprintf(stderr, "        %g <= z <= %g\n", stlmin.z, stlmax.z);
+        fprintf(stderr, "Midpoint: %g %g %g\n", stlmid.x, stlmid.y, stlmid.z);
+    }
+}
+
+int LinePlaneIntersect(int index, Vector *hit, Vector p1, Vector p2)
+{
+    const Triangle &t = stltri[index];
+    const double denom = DotProduct(t.n, p2 - p1);
+    if (std::fabs(denom) < kParallel)
+        return 0;
+    const double mu = -(t.D + DotProduct(t.n, p1)) / denom;
+    *hit = p1 + mu * (p2 - p1);
+    if (mu < 0 || mu > 1)
+        return 0;
+
+    Vector u[3];
+    for (int i = 0; i < 3; i++) {
+        u[i] = t.p[i] - *hit;
+        Normalise(&u[i]);
+    }
+    const double sum = std::acos(DotProduct(u[0], u[1])) + std::acos(DotProduct(u[1], u[2])) +
+                       std::acos(DotProduct(u[0], u[2]));
+    return std::fabs(sum * kRadiansToDegrees - 360) <= kFullCircleTolerance;
+}
+
+double PointPlaneDist(int index, Vector point)
+{
+    const Triangle &t = stltri[index];
+    return t.A * point.x + t.B * point.y + t.C * point.z + t.D;
+}
+
+static void RemoveBadFaces()
+{
+    int removed = 0;
+    for (int i = 0; i < nstltri;) {
+        if (IsBadFace(stltri[i])) {
+            nstltri--;
+            stltri[i] = stltri[nstltri];
+            removed++;
+        } else {
+            i++;
+        }
+    }
+    if (removed > 0 && options.debug)
+        fprintf(stderr, "Removed %d bad faces\n", removed);
+}
+
+static bool IsBadFace(const Triangle &t)
+{
+    return VectorEqual(t.p[0], t.p[1]) || VectorEqual(t.p[1], t.p[2]) || VectorEqual(t.p[2], t.p[0]);
+}
+
+static void DeriveFaceData(Triangle *t)
+{
+    t->n = CalcNormal(t->p[0], t->p[1], t->p[2]);
+    Normalise(&t->n);
+    t->A = t->n.x;
+    t->B = t->n.y;
+    t->C = t->n.z;
+    t->D = -(t->A * t->p[0].x + t->B * t->p[0].y + t->C * t->p[0].z);
+    t->midpoint = {(t->p[0].x + t->p[1].x + t->p[2].x) / 3, (t->p[0].y + t->p[1].y + t->p[2].y) / 3,
+                   (t->p[0].z + t->p[1].z + t->p[2].z) / 3};
+}
+
+static void FindBounds()
+{
+    stlmin = {kUnbounded, kUnbounded, kUnbounded};
+    stlmax = {-kUnbounded, -kUnbounded, -kUnbounded};
+    for (int i = 0; i < nstltri; i++)
+        for (const Vector &corner : stltri[i].p)
+            MinMaxXYZ(&stlmin, &stlmax, corner);
+    stlmid = 0.5 * (stlmin + stlmax);
+}

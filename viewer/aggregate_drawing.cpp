@@ -1,0 +1,143 @@
+#include "viewer/aggregate_drawing.h"
+
+#include <cmath>
+
+#include <GL/gl.h>
+
+#include "growth/colour.h"
+#include "growth/state.h"
+#include "viewer/gl_primitives.h"
+
+constexpr int kTubeFacets = 10;
+// The mode that sets its environment and draws nothing; no menu entry selects it.
+constexpr int kAggregateNothing = 4;
+
+static void SetMaterial();
+static void SetLights(bool lit);
+static void EnableLight(GLenum light, const float position[4]);
+static void DrawPoints();
+static void DrawLines();
+static void DrawTubes();
+static void SetColour(Colour colour);
+
+void CreateEnvironment(int mode)
+{
+    const bool lit = mode == kAggregateTubes;
+    glClearColor(0, 0, 0, 0);
+    glEnable(GL_DEPTH_TEST);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glDisable(GL_DITHER);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glDisable(GL_DITHER);
+    glDisable(GL_LINE_SMOOTH);
+    glDisable(GL_POINT_SMOOTH);
+    glDisable(GL_POLYGON_SMOOTH);
+    glLineWidth(1);
+    glPointSize(1);
+    glFrontFace(GL_CW);
+    glDisable(GL_CULL_FACE);
+    glPolygonMode(GL_FRONT_AND_BACK, lit ? GL_FILL : GL_LINE);
+    glShadeModel(lit ? GL_SMOOTH : GL_FLAT);
+    SetMaterial();
+    SetLights(lit);
+}
+
+void DrawDLA(int mode)
+{
+    if (mode != kAggregatePoints && mode != kAggregateLines && mode != kAggregateNothing &&
+        mode != kAggregateTubes)
+        return;
+    CreateEnvironment(mode);
+    if (mode == kAggregatePoints)
+        DrawPoints();
+    else if (mode == kAggregateLines)
+        DrawLines();
+    else if (mode == kAggregateTubes)
+        DrawTubes();
+}
+
+static void SetMaterial()
+{
+    const float specular[] = {1, 1, 1, 1};
+    const float emission[] = {0, 0, 0, 1};
+    glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
+    glEnable(GL_COLOR_MATERIAL);
+    glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, specular);
+    glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 40);
+    glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, emission);
+}
+
+static void SetLights(bool lit)
+{
+    const float dark[] = {0, 0, 0, 1};
+    const float bright[] = {1, 1, 1, 1};
+    for (GLenum light = GL_LIGHT0; light <= GL_LIGHT7; light++)
+        glDisable(light);
+    glLightModeli(GL_LIGHT_MODEL_LOCAL_VIEWER, 1);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 0);
+    if (lit) {
+        glLightModelfv(GL_LIGHT_MODEL_AMBIENT, dark);
+        EnableLight(GL_LIGHT0, options.marker1);
+        EnableLight(GL_LIGHT1, options.marker2);
+        glEnable(GL_LIGHTING);
+    } else {
+        glDisable(GL_LIGHTING);
+        glLightModelfv(GL_LIGHT_MODEL_AMBIENT, bright);
+    }
+}
+
+static void EnableLight(GLenum light, const float position[4])
+{
+    const float ambient[] = {0.1F, 0.1F, 0.1F, 1};
+    const float diffuse[] = {1, 1, 1, 1};
+    const float specular[] = {0, 0, 0, 1};
+    glEnable(light);
+    glLightfv(light, GL_POSITION, position);
+    glLightfv(light, GL_AMBIENT, ambient);
+    glLightfv(light, GL_DIFFUSE, diffuse);
+    glLightfv(light, GL_SPECULAR, specular);
+}
+
+static void DrawPoints()
+{
+    glBegin(GL_POINTS);
+    for (int i = 0; i < ncells; i++) {
+        if (cells[i].parent < 0)
+            continue;
+        SetColour(ChooseColour(i, kAggregatePoints));
+        SetVertex(cells[i].p);
+    }
+    glEnd();
+}
+
+static void DrawLines()
+{
+    glBegin(GL_LINES);
+    for (int i = 0; i < ncells; i++) {
+        if (cells[i].parent < 0)
+            continue;
+        SetColour(ChooseColour(i, kAggregateLines));
+        SetVertex(cells[i].p);
+        SetVertex(cells[cells[i].parent].p);
+    }
+    glEnd();
+}
+
+static void DrawTubes()
+{
+    const double scale = (growthstate.thickfrom - growthstate.thickto) / std::log(growthstate.maxweight + 1);
+    const auto radius = [=](int i) { return growthstate.thickto + scale * std::log(cells[i].weight + 1); };
+    for (int i = 0; i < ncells; i++) {
+        const int parent = cells[i].parent;
+        if (parent < 0)
+            continue;
+        SetColour(ChooseColour(i, kAggregateTubes));
+        CreateCone(cells[parent].p, cells[i].p, radius(parent), radius(i), 0, kTwoPi, kTubeFacets);
+    }
+}
+
+static void SetColour(Colour colour)
+{
+    glColor3f(static_cast<float>(colour.r), static_cast<float>(colour.g), static_cast<float>(colour.b));
+}

@@ -1,0 +1,13 @@
+// Drawing the aggregate.
+
+#pragma once
+
+// Sets the GL state of a drawing mode, of the aggregate or of the surface: kAggregateTubes (and the surface's
+// solid mode, which shares its number) filled, smooth and lit by two lights at the markers; every other mode
+// as flat, unlit lines.
+void CreateEnvironment(int mode);
+
+// Draws every particle that has a parent, in the order of cells: kAggregatePoints, kAggregateLines (from the
+// particle to its parent) or kAggregateTubes (a cone of ten facets whose radii follow the flow). Mode 4 only
+// sets its environment; any other mode does nothing and leaves the GL state alone.
+void DrawDLA(int mode);

@@ -1,0 +1,104 @@
+#include "viewer/display.h"
+
+#include <GL/glu.h>
+#include <GL/glut.h>
+
+#include "growth/state.h"
+#include "viewer/aggregate_drawing.h"
+#include "viewer/camera.h"
+
+// Where an eye stands, in half eye separations to the right of the view point.
+constexpr double kLeftEye = -1;
+constexpr double kMonoEye = 0;
+constexpr double kRightEye = 1;
+
+static void UpdateCamera();
+static void DrawMono();
+static void DrawStereo();
+static void ClearBuffer(GLenum buffer);
+static void AimEye(double eye);
+static void SetViewport(double eye);
+
+void HandleDisplay()
+{
+    UpdateCamera();
+    if (camera.stereo == kStereoNone)
+        DrawMono();
+    else
+        DrawStereo();
+    glutSwapBuffers();
+}
+
+void HandleReshape(int width, int height)
+{
+    camera.screenwidth = width;
+    camera.screenheight = height;
+}
+
+static void UpdateCamera()
+{
+    camera.focallength = Modulus(camera.vp);
+    camera.eyesep = camera.focallength / 30;
+    camera.nearclip = camera.focallength / 10;
+    camera.farclip = 10 * camera.focallength;
+}
+
+static void DrawMono()
+{
+    ClearBuffer(GL_BACK);
+    AimEye(kMonoEye);
+    DrawDLA(options.dlamode);
+}
+
+static void DrawStereo()
+{
+    const bool active = camera.stereo == kStereoActive;
+    ClearBuffer(active ? GL_BACK_RIGHT : GL_BACK);
+    AimEye(kRightEye);
+    DrawDLA(options.dlamode);
+
+    if (active)
+        ClearBuffer(GL_BACK_LEFT);
+    AimEye(kLeftEye);
+    DrawDLA(options.dlamode);
+}
+
+static void ClearBuffer(GLenum buffer)
+{
+    glDrawBuffer(buffer);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+}
+
+// Sets viewport, projection and view. The two eyes stand half an eye separation to either side of the view
+// point and look in parallel; their frusta are shifted so that they meet at the focal length.
+static void AimEye(double eye)
+{
+    double ratio = static_cast<double>(camera.screenwidth) / static_cast<double>(camera.screenheight);
+    if (camera.stereo == kStereoDualScreen)
+        ratio /= 2;
+    const double wd2 = camera.nearclip * std::tan(camera.aperture * kDegreesToRadians / 2);
+    const double offset = eye * (camera.eyesep / 2) * (camera.nearclip / camera.focallength);
+
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    SetViewport(eye);
+    glFrustum(-ratio * wd2 - offset, ratio * wd2 - offset, -wd2, wd2, camera.nearclip, camera.farclip);
+
+    Vector right = RightVector();
+    Normalise(&right);
+    const Vector from = camera.vp + (eye * camera.eyesep / 2) * right;
+    const Vector at = from + camera.vd;
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    gluLookAt(from.x, from.y, from.z, at.x, at.y, at.z, camera.vu.x, camera.vu.y, camera.vu.z);
+}
+
+// The whole window, or with dual-screen stereo the eye's half of it.
+static void SetViewport(double eye)
+{
+    const int half = camera.screenwidth / 2;
+    if (camera.stereo == kStereoDualScreen)
+        glViewport(eye == kRightEye ? half : 0, 0, half, camera.screenheight);
+    else
+        glViewport(0, 0, camera.screenwidth, camera.screenheight);
+}

@@ -1,0 +1,162 @@
+#include "viewer/input.h"
+
+#include <cstdlib>
+
+#include <GL/glut.h>
+
+#include "growth/state.h"
+#include "viewer/camera.h"
+
+constexpr unsigned char kEscape = 27;
+// Factor of one zoom or dolly step.
+constexpr double kZoomStep = 0.95;
+// Degrees. Tested before a step, so that the aperture can end one step beyond (kept).
+constexpr double kNarrowest = 1;
+constexpr double kWidest = 90;
+// Radians of one key press.
+constexpr double kKeyTurn = 0.02;
+// Pixels of a drag per radian.
+constexpr double kDragTurn = 100;
+constexpr double kDragRoll = 200;
+
+enum MouseButton { kNoButton = -1, kLeftButton = 0, kMiddleButton = 1 };
+
+static void RecordShift();
+static void RecordPosition(int x, int y);
+static void MoveToDistance(double distance);
+static void Turn(double theta, bool aboutup);
+
+void HandleKeyboard(unsigned char key, int, int)
+{
+    RecordShift();
+    switch (key) {
+    case kEscape:
+    case 'q':
+    case 'Q':
+        exit(0);
+    case '+':
+    case '=':
+        if (camera.aperture > kNarrowest)
+            camera.aperture *= kZoomStep;
+        break;
+    case '-':
+    case '_':
+        if (camera.aperture < kWidest)
+            camera.aperture /= kZoomStep;
+        break;
+    case '<':
+    case ',':
+        MoveToDistance(Modulus(camera.vp) / kZoomStep);
+        break;
+    case '>':
+    case '.':
+        MoveToDistance(Modulus(camera.vp) * kZoomStep);
+        break;
+    case 'h':
+    case 'H':
+        CameraHome();
+        break;
+    case '[':
+        RotateCamera(0, 0, -kKeyTurn);
+        break;
+    case ']':
+        RotateCamera(0, 0, kKeyTurn);
+        break;
+    case 'a':
+        options.autospin++;
+        break;
+    case 'A':
+        options.autospin--;
+        break;
+    case 'r':
+    case 'R':
+        options.recordframes = !options.recordframes;
+        break;
+    case 'w':
+    case 'W':
+        options.dumpnext = !options.dumpnext;
+        break;
+    default:
+        break;
+    }
+}
+
+void HandleSpecialKeyboard(int key, int, int)
+{
+    RecordShift();
+    switch (key) {
+    case GLUT_KEY_LEFT:
+        Turn(-kKeyTurn, true);
+        break;
+    case GLUT_KEY_RIGHT:
+        Turn(kKeyTurn, true);
+        break;
+    case GLUT_KEY_UP:
+        Turn(kKeyTurn, false);
+        break;
+    case GLUT_KEY_DOWN:
+        Turn(-kKeyTurn, false);
+        break;
+    default:
+        break;
+    }
+}
+
+void HandleMouse(int button, int state, int x, int y)
+{
+    RecordShift();
+    if (state == GLUT_DOWN && button == GLUT_LEFT_BUTTON)
+        interfacestate.button = kLeftButton;
+    else if (state == GLUT_DOWN && button == GLUT_MIDDLE_BUTTON)
+        interfacestate.button = kMiddleButton;
+    RecordPosition(x, y);
+}
+
+// A release does not clear the recorded button, so a drag with the right button goes on as the last one
+// (kept).
+void HandleMouseMotion(int x, int y)
+{
+    const int dx = x - interfacestate.mousex;
+    const int dy = y - interfacestate.mousey;
+    RecordPosition(x, y);
+    if (interfacestate.shift)
+        return;
+    if (interfacestate.button == kLeftButton)
+        RotateCamera(-dx / kDragTurn, -dy / kDragTurn, 0);
+    else if (interfacestate.button == kMiddleButton)
+        RotateCamera(0, 0, dx / kDragRoll);
+}
+
+void HandlePassiveMotion(int x, int y)
+{
+    RecordPosition(x, y);
+}
+
+static void RecordShift()
+{
+    interfacestate.shift = glutGetModifiers() == GLUT_ACTIVE_SHIFT;
+}
+
+static void RecordPosition(int x, int y)
+{
+    interfacestate.mousex = x;
+    interfacestate.mousey = y;
+}
+
+// Moves the view point along its line through the origin.
+static void MoveToDistance(double distance)
+{
+    Normalise(&camera.vp);
+    camera.vp = distance * camera.vp;
+}
+
+// A turn by an arrow key, about the up vector or about the right vector; none while shift is held.
+static void Turn(double theta, bool aboutup)
+{
+    if (interfacestate.shift)
+        return;
+    if (aboutup)
+        RotateCamera(theta, 0, 0);
+    else
+        RotateCamera(0, theta, 0);
+}
