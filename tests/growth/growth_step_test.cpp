@@ -1,0 +1,172 @@
+#include "growth/growth_step.h"
+
+#include <climits>
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "growth/reference_step.h"
+#include "growth/roots.h"
+#include "growth/scenario.h"
+#include "surface/surface.h"
+
+struct ParameterSet {
+    const char *name;
+    int source = kSourceSphere;
+    int nroots = 1;
+    int roottype = kRootOrigin;
+    int association = 0;
+    double rotation = 0;
+    double stickiness = 100;
+    double branchlength = 1;
+    double bias = 0.1;
+    double intersectrange = 0;
+    double surface = 0; // edge of a box, negative for one whose normals point inward
+    double rootrange = 10;
+    int particles = 400;
+    int atleast = 10; // fewer particles would compare too little
+};
+
+static const ParameterSet kParameterSets[] = {
+    {.name = "defaults", .particles = 800},
+    {.name = "axis", .source = kSourceAxisMinusY, .particles = 200},
+    {.name = "double axis", .source = kSourceDoubleAxisZ, .bias = 1},
+    {.name = "plane", .source = kSourcePlaneX, .stickiness = 5},
+    {.name = "hemisphere", .source = kSourceHemisphereY, .rotation = 5},
+    {.name = "unknown source", .source = 99, .bias = 0},
+    {.name = "three roots", .nroots = 3, .roottype = kRootRingX},
+    {.name = "three associated roots", .nroots = 3, .roottype = kRootRingZ, .association = 1},
+    {.name = "association, two of three roots missing", .nroots = 3, .association = 1, .atleast = 1},
+    {.name = "five roots of which one is placed", .nroots = 5},
+    {.name = "no roots counted", .nroots = 0, .association = 1},
+    {.name = "rotation", .rotation = -3.5, .bias = 1},
+    {.name = "low stickiness", .stickiness = 5},
+    {.name = "short branches", .branchlength = 0.05, .particles = 150},
+    {.name = "half branches", .branchlength = 0.5, .bias = 1},
+    {.name = "half branches, associated", .nroots = 3, .roottype = kRootRandomY, .association = 1,
+     .branchlength = 0.5, .rootrange = 2},
+    {.name = "long branches", .source = kSourcePlaneZ, .branchlength = 2.5},
+    {.name = "no drift", .bias = 0},
+    {.name = "self-intersection", .intersectrange = 20, .particles = 12},
+    {.name = "self-intersection, three roots", .nroots = 3, .roottype = kRootSpherical, .intersectrange = 20,
+     .particles = 20},
+    {.name = "surface", .surface = 14},
+    {.name = "inward surface", .branchlength = 0.5, .surface = -12},
+    {.name = "surface as source", .source = kSourceSurface, .surface = 30},
+    {.name = "surface, rotation, roots", .source = kSourceSurface, .nroots = 3, .roottype = kRootRingY,
+     .rotation = 1, .stickiness = 50, .surface = 16},
+};
+
+static Outcome GrowBy(GrowthStep step, const ParameterSet &set)
+{
+    StartAfresh();
+    growthstate.sourcetype = set.source;
+    growthstate.nroots = set.nroots;
+    growthstate.roottype = set.roottype;
+    growthstate.rootrange = set.rootrange;
+    growthstate.association = set.association;
+    growthstate.rotation = set.rotation;
+    growthstate.stickiness = set.stickiness;
+    growthstate.branchlength = set.branchlength;
+    growthstate.bias = set.bias;
+    growthstate.intersectrange = set.intersectrange;
+    if (set.surface != 0)
+        SetBoxSurface(std::fabs(set.surface), set.surface < 0);
+    InitialiseGrowth();
+    ResetSeeds();
+    Grow(step, set.particles, 400000);
+    return TakeOutcome();
+}
+
+TEST(GrowthStep, GrowsWhatThePlainReferenceGrows)
+{
+    for (const ParameterSet &set : kParameterSets) {
+        const Outcome expected = GrowBy(ReferenceStep, set);
+        const Outcome grown = GrowBy(IterateSystem, set);
+        EXPECT_EQ(Difference(expected, grown), "") << set.name;
+        EXPECT_GE(static_cast<int>(grown.cells.size()), set.atleast) << set.name;
+    }
+}
+
+TEST(GrowthStep, EverySourceGrowsWhatThePlainReferenceGrows)
+{
+    for (int source = 0; source <= kSourceSurface + 1; source++) {
+        for (const double surface : {0.0, 40.0}) {
+            const ParameterSet set = {.name = "", .source = source, .surface = surface, .particles = 25};
+            EXPECT_EQ(Difference(GrowBy(ReferenceStep, set), GrowBy(IterateSystem, set)), "")
+                << "source " << source << (surface > 0 ? " with a surface" : "");
+        }
+    }
+}
+
+TEST(GrowthStep, DefaultRunIsPinned)
+{
+    StartAfresh();
+    Grow(IterateSystem, 3000, LONG_MAX);
+    EXPECT_EQ(HashParticles(3000), 0x1fec8f014a1214ccULL) << std::hex << HashParticles(3000);
+}
+
+TEST(GrowthStep, RestartGrowsTheSameAggregate)
+{
+    StartAfresh();
+    Grow(IterateSystem, 500, LONG_MAX);
+    const unsigned long long first = HashParticles(500);
+    cells[0].weight = 0; // a restart keeps the roots' flow; the comparison starts without it
+    InitialiseGrowth();
+    EXPECT_EQ(ncells, 1);
+    Grow(IterateSystem, 500, LONG_MAX);
+    EXPECT_EQ(HashParticles(500), first);
+}
+
+TEST(GrowthStep, AWalkerIsReplacedEveryTenThousandSteps)
+{
+    StartAfresh();
+    growthstate.stickiness = 0;
+    for (int i = 0; i < 20001; i++)
+        IterateSystem();
+    EXPECT_EQ(ncells, 1);
+    EXPECT_EQ(nseeds, 3);
+    EXPECT_EQ(growthstate.stepcount, 20001);
+}
+
+TEST(GrowthStep, TheStepCountStartsOverInPhaseBeforeItOverflows)
+{
+    StartAfresh();
+    growthstate.stickiness = 0;
+    growthstate.stepcount = INT_MAX - 1;
+    IterateSystem();
+    EXPECT_EQ(growthstate.stepcount, INT_MAX);
+    IterateSystem();
+    EXPECT_EQ(growthstate.stepcount, INT_MAX % 10000 + 1);
+}
+
+// A walker that is sure to stick: one that can only make a short step, near a particle.
+static void PutWalkerNear(Vector p)
+{
+    growthstate.pos = {p.x + 0.1, p.y, p.z};
+    growthstate.stepcount = 1;
+    growthstate.bias = 0;
+}
+
+TEST(GrowthStep, FlowIsSharedAlongThePathToTheRoot)
+{
+    // A chain 0 - 1 - 2 from root 0: the path from particle 2 counts n = 1 + 2, and gives 1/3 to each of 2, 1 and 0.
+    StartAfresh();
+    growthstate.branchlength = 1;
+    for (int i = 0; i < 3; i++) {
+        const int size = ncells;
+        while (ncells == size) {
+            PutWalkerNear({3.0 * i, 0, 0});
+            IterateSystem();
+        }
+        if (i < 2) {
+            cells[ncells - 1].p = {3.0 * (i + 1), 0, 0};
+        }
+    }
+    ASSERT_EQ(ncells, 4);
+    EXPECT_EQ(cells[3].parent, 2);
+    EXPECT_EQ(cells[0].weight, 1.0 / 2 + 1.0 / 2 + 1.0 / 3);
+    EXPECT_EQ(cells[1].weight, 1.0 / 2 + 1.0 / 3);
+    EXPECT_EQ(cells[2].weight, 1.0 / 3);
+    EXPECT_EQ(growthstate.maxweight, cells[0].weight);
+}

@@ -1,0 +1,39 @@
+// Runs of growth that start from a clean state, and what they leave.
+
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "growth/state.h"
+
+using GrowthStep = void (*)();
+
+// Everything that a run decides.
+struct Outcome {
+    std::vector<Particle> cells;
+    std::vector<Vector> seeds;
+    Vector pos;
+    double radius, maxweight;
+    int stepcount, nseeds;
+    int nextrand;     // the draw that each generator
+    double nextdrand; // would make next
+};
+
+// All growth parameters at their defaults, no surface, one root at the origin, as at program start.
+void StartAfresh();
+
+// What the run has left; draws once from each generator.
+Outcome TakeOutcome();
+
+// Empty when two outcomes are the same to the last bit, else what differs first.
+std::string Difference(const Outcome &a, const Outcome &b);
+
+// FNV-1a over position, weight and parent of the first `count` particles.
+unsigned long long HashParticles(int count);
+
+// Grows by `step` until there are `particles` particles or `steps` steps have been taken.
+void Grow(GrowthStep step, int particles, long steps);
+
+// A surface of its own: a closed box of edge `size` about the origin, its faces outward or, where `inward`, inward.
+void SetBoxSurface(double size, bool inward);

@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# No file includes a header of a room to its right, and no core file a header of a toolkit.
+set -u
+cd "$1" || exit 1
+faults=0
+
+# forbid ROOM RIGHT...: files of ROOM must not include headers of the rooms RIGHT.
+forbid() {
+    local room=$1 right
+    shift
+    for right in "$@"; do
+        if grep -rnE "^#include \"$right/" "$room" --include='*.h' --include='*.cpp'; then
+            echo "$room/ must not include $right/"
+            faults=1
+        fi
+    done
+}
+forbid geom growth surface analysis export image viewer app
+forbid growth analysis export image viewer app
+forbid surface analysis export image viewer app
+forbid viewer app
+
+toolkit='_(panel|drawing|menu|dialog)\.(h|cpp)$'
+for file in $(find geom growth surface -name '*.h' -o -name '*.cpp' | grep -vE "$toolkit"); do
+    if grep -nE '#include <(GL/|X11/|forms\.h)|#include ".*_(panel|drawing|menu|dialog)\.h"' "$file"; then
+        echo "$file is core and must not use a toolkit"
+        faults=1
+    fi
+done
+if grep -n '#include' growth/state.h | grep -v '"geom/'; then
+    echo "growth/state.h includes nothing but geom/"
+    faults=1
+fi
+exit $faults

@@ -1,0 +1,94 @@
+#include "surface/surface.h"
+
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "growth/array.h"
+#include "growth/scenario.h"
+
+static void AddFace(Vector a, Vector b, Vector c)
+{
+    Triangle t = {};
+    t.p[0] = a;
+    t.p[1] = b;
+    t.p[2] = c;
+    ASSERT_TRUE(AppendToArray(&stltri, &nstltri, t));
+}
+
+TEST(Surface, BadFacesAreReplacedByTheLast)
+{
+    StartAfresh();
+    const Vector a = {0, 0, 0}, b = {1, 0, 0}, c = {0, 1, 0};
+    AddFace(a, a, b);                   // 0: bad
+    AddFace(a, b, c);                   // 1
+    AddFace(a, b, {1, 1e-7, 0});        // 2: bad
+    AddFace(a, b, {3, 0, 0});           // 3: collinear, kept
+    AddFace(c, b, c);                   // 4: bad
+    AddFace(a, b, {0, 0, 2});           // 5
+    AddFace(c, c, c);                   // 6: bad, at the end
+    options.debug = 1;
+    testing::internal::CaptureStderr();
+    UpdateSTL();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Removed 4 bad faces\n"
+              "Bounds: 0 <= x <= 3\n"
+              "        0 <= y <= 1\n"
+              "        0 <= z <= 2\n"
+              "Midpoint: 1.5 0.5 1\n");
+    ASSERT_EQ(nstltri, 3);
+    EXPECT_EQ(stltri[0].p[2].z, 2);
+    EXPECT_EQ(stltri[1].p[2].y, 1);
+    EXPECT_EQ(stltri[2].p[2].x, 3);
+    EXPECT_EQ(Modulus(stltri[2].n), 0); // collinear: no plane
+    EXPECT_EQ(stltri[2].D, 0);
+}
+
+TEST(Surface, FaceDataFollowFromTheCorners)
+{
+    StartAfresh();
+    AddFace({0, 0, 3}, {3, 0, 3}, {0, 3, 3});
+    UpdateSTL();
+    const Triangle &t = stltri[0];
+    EXPECT_EQ(t.n.z, 1);
+    EXPECT_EQ(t.C, 1);
+    EXPECT_EQ(t.D, -3);
+    EXPECT_EQ(t.midpoint.x, 1);
+    EXPECT_EQ(t.midpoint.z, 3);
+    EXPECT_EQ(PointPlaneDist(0, {7, 7, 5}), 2);
+    EXPECT_EQ(PointPlaneDist(0, {7, 7, 2}), -1);
+    nstltri = 0;
+    UpdateSTL();
+    EXPECT_EQ(stlmin.x, 1e32);
+    EXPECT_EQ(stlmax.z, -1e32);
+    EXPECT_EQ(stlmid.y, 0);
+}
+
+TEST(Surface, LinePlaneIntersectFindsPointsInsideTheTriangle)
+{
+    StartAfresh();
+    AddFace({0, 0, 0}, {4, 0, 0}, {0, 4, 0});
+    UpdateSTL();
+    // Away from the edges, where the sum of angles decides, a point is inside by its barycentric coordinates.
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> u(-1, 5);
+    int inside = 0;
+    for (int i = 0; i < 2000; i++) {
+        const double x = u(random), y = u(random);
+        if (std::fabs(x) < 0.01 || std::fabs(y) < 0.01 || std::fabs(x + y - 4) < 0.01)
+            continue;
+        const bool expected = x > 0 && y > 0 && x + y < 4;
+        Vector hit;
+        EXPECT_EQ(LinePlaneIntersect(0, &hit, {x, y, -1}, {x, y, 1}), expected) << x << " " << y;
+        EXPECT_NEAR(hit.x, x, 1e-12);
+        EXPECT_NEAR(hit.z, 0, 1e-12);
+        inside += expected;
+    }
+    EXPECT_GT(inside, 200);
+    Vector hit = {9, 9, 9};
+    EXPECT_FALSE(LinePlaneIntersect(0, &hit, {1, 1, 1}, {1, 1, 0.5})); // ends before the plane
+    EXPECT_EQ(hit.z, 0);                                               // and yet the line's hit is left
+    hit = {9, 9, 9};
+    EXPECT_FALSE(LinePlaneIntersect(0, &hit, {1, 1, 0}, {2, 1, 0})); // parallel
+    EXPECT_EQ(hit.x, 9);
+}
