@@ -43,18 +43,30 @@ static const ParameterSet kParameterSets[] = {
     {.name = "low stickiness", .stickiness = 5},
     {.name = "short branches", .branchlength = 0.05, .particles = 150},
     {.name = "half branches", .branchlength = 0.5, .bias = 1},
-    {.name = "half branches, associated", .nroots = 3, .roottype = kRootRandomY, .association = 1,
-     .branchlength = 0.5, .rootrange = 2},
+    {.name = "half branches, associated",
+     .nroots = 3,
+     .roottype = kRootRandomY,
+     .association = 1,
+     .branchlength = 0.5,
+     .rootrange = 2},
     {.name = "long branches", .source = kSourcePlaneZ, .branchlength = 2.5},
     {.name = "no drift", .bias = 0},
     {.name = "self-intersection", .intersectrange = 20, .particles = 12},
-    {.name = "self-intersection, three roots", .nroots = 3, .roottype = kRootSpherical, .intersectrange = 20,
+    {.name = "self-intersection, three roots",
+     .nroots = 3,
+     .roottype = kRootSpherical,
+     .intersectrange = 20,
      .particles = 20},
     {.name = "surface", .surface = 14},
     {.name = "inward surface", .branchlength = 0.5, .surface = -12},
     {.name = "surface as source", .source = kSourceSurface, .surface = 30},
-    {.name = "surface, rotation, roots", .source = kSourceSurface, .nroots = 3, .roottype = kRootRingY,
-     .rotation = 1, .stickiness = 50, .surface = 16},
+    {.name = "surface, rotation, roots",
+     .source = kSourceSurface,
+     .nroots = 3,
+     .roottype = kRootRingY,
+     .rotation = 1,
+     .stickiness = 50,
+     .surface = 16},
 };
 
 static Outcome GrowBy(GrowthStep step, const ParameterSet &set)
@@ -150,7 +162,8 @@ static void PutWalkerNear(Vector p)
 
 TEST(GrowthStep, FlowIsSharedAlongThePathToTheRoot)
 {
-    // A chain 0 - 1 - 2 from root 0: the path from particle 2 counts n = 1 + 2, and gives 1/3 to each of 2, 1 and 0.
+    // A chain 0 - 1 - 2 from root 0: the path from particle 2 counts n = 1 + 2, and gives 1/3 to each of 2, 1
+    // and 0.
     StartAfresh();
     growthstate.branchlength = 1;
     for (int i = 0; i < 3; i++) {

@@ -158,7 +158,8 @@ void ReferenceStep()
         nseeds = nseeds + 1;
     }
     const Vector before = growthstate.pos;
-    growthstate.stepcount = growthstate.stepcount == INT_MAX ? INT_MAX % 10000 + 1 : growthstate.stepcount + 1;
+    growthstate.stepcount =
+        growthstate.stepcount == INT_MAX ? INT_MAX % 10000 + 1 : growthstate.stepcount + 1;
 
     Triple pos = From(before);
     Triple d;
@@ -193,7 +194,8 @@ void ReferenceStep()
     if (growthstate.rotation != 0) {
         const double angle = growthstate.rotation * 0.017453292519943295;
         const double c = std::cos(angle), s = std::sin(angle);
-        // Terms with a zero factor are left out: they add a zero to a sum, which changes nothing but a zero's sign.
+        // Terms with a zero factor are left out: they add a zero to a sum, which changes nothing but a zero's
+        // sign.
         const double x = c * pos[0] - s * pos[1];
         const double y = s * pos[0] + c * pos[1];
         const double z = (c + (1 - c)) * pos[2];

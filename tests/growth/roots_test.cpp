@@ -29,9 +29,12 @@ TEST(Roots, RandomDistributionsDrawInOrder)
         const char *name;
         bool x, y, z;
     } rows[] = {
-        {2, "Spherical", true, true, true},          {9, "Spherical", true, true, true},
-        {0, "Spherical", true, true, true},          {-4, "Spherical", true, true, true},
-        {3, "Random: x axis plane", false, true, true}, {4, "Random: y axis plane", true, false, true},
+        {2, "Spherical", true, true, true},
+        {9, "Spherical", true, true, true},
+        {0, "Spherical", true, true, true},
+        {-4, "Spherical", true, true, true},
+        {3, "Random: x axis plane", false, true, true},
+        {4, "Random: y axis plane", true, false, true},
         {5, "Random: z axis plane", true, true, false},
     };
     for (const auto &row : rows) {
@@ -136,8 +139,13 @@ TEST(Roots, RestartFallsBackToThePlacedRoots)
 
 TEST(Roots, MenuLabelsStandOnePlaceAheadOfWhatIsPlaced)
 {
-    const char *names[] = {"Origin", "Spherical", "Random: x axis plane", "Random: y axis plane",
-                           "Random: z axis plane", "Ring: x axis plane", "Ring: y axis plane",
+    const char *names[] = {"Origin",
+                           "Spherical",
+                           "Random: x axis plane",
+                           "Random: y axis plane",
+                           "Random: z axis plane",
+                           "Ring: x axis plane",
+                           "Ring: y axis plane",
                            "Ring: z axis plane"};
     StartAfresh();
     for (int id = 1; id <= 8; id++) {
@@ -156,8 +164,8 @@ TEST(SeedFile, GivesTheRoots)
         const char *text;
         int count;
     } rows[] = {
-        {"1 2 3\n4 5 6\n", 2}, {"1 2 3\n4 5 6\n7 8\n", 2}, {"1 2 3\r\n4\t5\n6", 2}, {"1 2 3 4 5 6", 2},
-        {"1 2 3\n4 five 6\n7 8 9\n", 1},
+        {"1 2 3\n4 5 6\n", 2}, {"1 2 3\n4 5 6\n7 8\n", 2},      {"1 2 3\r\n4\t5\n6", 2},
+        {"1 2 3 4 5 6", 2},    {"1 2 3\n4 five 6\n7 8 9\n", 1},
     };
     for (const auto &row : rows) {
         StartAfresh();

@@ -108,7 +108,8 @@ void SetBoxSurface(double size, bool inward)
     nstltri = 0;
     for (int axis = 0; axis < 3; axis++) {
         for (const double side : {-h, h}) {
-            // Corners of a side in counterclockwise order seen from outside for side > 0, then flipped as needed.
+            // Corners of a side in counterclockwise order seen from outside for side > 0, then flipped as
+            // needed.
             double corner[4][3];
             for (int k = 0; k < 4; k++) {
                 corner[k][axis] = side;

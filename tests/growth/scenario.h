@@ -35,5 +35,6 @@ unsigned long long HashParticles(int count);
 // Grows by `step` until there are `particles` particles or `steps` steps have been taken.
 void Grow(GrowthStep step, int particles, long steps);
 
-// A surface of its own: a closed box of edge `size` about the origin, its faces outward or, where `inward`, inward.
+// A surface of its own: a closed box of edge `size` about the origin, its faces outward or, where `inward`,
+// inward.
 void SetBoxSurface(double size, bool inward);

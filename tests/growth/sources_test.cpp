@@ -19,8 +19,8 @@ static Vector Launch(int source)
 
 TEST(Sources, LaunchOnTheLaunchSphereOnTheirSide)
 {
-    // Bounds of the launch positions per source, as multiples of the launch radius: cap is the least cosine of the
-    // angle to the axis (0: the half space), spread the largest lateral coordinate.
+    // Bounds of the launch positions per source, as multiples of the launch radius: cap is the least cosine
+    // of the angle to the axis (0: the half space), spread the largest lateral coordinate.
     struct Row {
         int source, axis;
         int side; // +1, -1, or 0 for both
@@ -28,10 +28,10 @@ TEST(Sources, LaunchOnTheLaunchSphereOnTheirSide)
     };
     const double plane = 1 / std::sqrt(3.0) - 1e-12;
     const Row rows[] = {
-        {2, 0, 1, 0.99, 0.0501},  {3, 0, -1, 0.99, 0.0501}, {4, 0, 0, 0.99, 0.0501},  {5, 1, 1, 0.99, 0.0501},
-        {6, 1, -1, 0.99, 0.0501}, {7, 1, 0, 0.99, 0.0501},  {8, 2, 1, 0.99, 0.0501},  {9, 2, -1, 0.99, 0.0501},
-        {10, 2, 0, 0.99, 0.0501}, {11, 0, 1, plane, 0.71},  {12, 1, 1, plane, 0.71},  {13, 2, 1, plane, 0.71},
-        {14, 0, 1, 0, 1},         {15, 1, 1, 0, 1},         {16, 2, 1, 0, 1},         {1, 0, 0, 0, 1},
+        {2, 0, 1, 0.99, 0.0501},  {3, 0, -1, 0.99, 0.0501}, {4, 0, 0, 0.99, 0.0501}, {5, 1, 1, 0.99, 0.0501},
+        {6, 1, -1, 0.99, 0.0501}, {7, 1, 0, 0.99, 0.0501},  {8, 2, 1, 0.99, 0.0501}, {9, 2, -1, 0.99, 0.0501},
+        {10, 2, 0, 0.99, 0.0501}, {11, 0, 1, plane, 0.71},  {12, 1, 1, plane, 0.71}, {13, 2, 1, plane, 0.71},
+        {14, 0, 1, 0, 1},         {15, 1, 1, 0, 1},         {16, 2, 1, 0, 1},        {1, 0, 0, 0, 1},
         {17, 0, 0, 0, 1},         {0, 0, 0, 0, 1},          {18, 0, 0, 0, 1},
     };
     StartAfresh();

@@ -15,7 +15,8 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 
-// A binary STL file of `count` announced faces and `faces` present ones: face k spans (k,0,0), (k+1,0,0), (k,1,0).
+// A binary STL file of `count` announced faces and `faces` present ones: face k spans (k,0,0), (k+1,0,0),
+// (k,1,0).
 static std::string BinarySTL(uint32_t count, int faces, bool swap = false)
 {
     std::string text(80, '\0');
@@ -39,8 +40,8 @@ static std::string BinarySTL(uint32_t count, int faces, bool swap = false)
 static std::string Facet(const char *loop, const char *end, const std::string &z = "0")
 {
     const std::string e = end;
-    return "facet normal 0 0 -1" + e + "  " + loop + e + "    vertex 0 0 " + z + e + "    vertex 1 0 " + z + e +
-           "    vertex 0 1 " + z + e + "  endloop" + e + "endfacet" + e;
+    return "facet normal 0 0 -1" + e + "  " + loop + e + "    vertex 0 0 " + z + e + "    vertex 1 0 " + z +
+           e + "    vertex 0 1 " + z + e + "  endloop" + e + "endfacet" + e;
 }
 
 static STLResult Read(const std::string &content)
@@ -115,7 +116,8 @@ TEST_F(STLReader, TruncatedBinaryRepeatsTheValuesLastRead)
     ASSERT_EQ(nstltri, 4);
     for (const int i : {2, 3})
         EXPECT_EQ(stltri[i].p[1].x, 2);
-    // Every other length: whatever is read, nothing is uninitialised (the sanitizers look on) and bounds are finite.
+    // Every other length: whatever is read, nothing is uninitialised (the sanitizers look on) and bounds are
+    // finite.
     for (size_t length = 0; length < whole.size(); length++) {
         const STLResult result = Read(whole.substr(0, length));
         EXPECT_EQ(result, length < 80 ? kSTLShortHeader : kSTLRead) << length;
@@ -185,16 +187,18 @@ TEST_F(STLReader, VerboseModeReportsProgress)
     options.debug = 1;
     const TemporaryFile ascii("solid\n" + Facet("outer loop", "\n"));
     const TemporaryFile binary(BinarySTL(1, 1));
-    const std::string bounds = "Bounds: 0 <= x <= 1\n        0 <= y <= 1\n        0 <= z <= 0\nMidpoint: 0.5 0.5 0\n";
+    const std::string bounds =
+        "Bounds: 0 <= x <= 1\n        0 <= y <= 1\n        0 <= z <= 0\nMidpoint: 0.5 0.5 0\n";
     testing::internal::CaptureStderr();
     ReadSTLFile(ascii.path());
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "ASCII stl file\nParsing ascii stl file\nRead 1 triangle faces\n" + bounds + ascii.path() + "\n");
+              "ASCII stl file\nParsing ascii stl file\nRead 1 triangle faces\n" + bounds + ascii.path() +
+                  "\n");
     testing::internal::CaptureStderr();
     ReadSTLFile(binary.path());
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Binary stl file\nParsing binary stl file\nExpecting 1 facets\nRead 1 triangle faces\n" + bounds +
-                  binary.path() + "\n");
+              "Binary stl file\nParsing binary stl file\nExpecting 1 facets\nRead 1 triangle faces\n" +
+                  bounds + binary.path() + "\n");
 }
 
 TEST_F(STLReader, LinesEndAtEitherCharacterOrTheLimit)

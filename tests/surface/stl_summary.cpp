@@ -11,6 +11,7 @@ int main(int argc, char **argv)
     SetProgramDefaults();
     if (argc != 2 || ReadSTLFile(argv[1]) != kSTLRead)
         return 1;
-    printf("%d %.4f %.4f %.4f %.4f %.4f %.4f\n", nstltri, stlmin.x, stlmax.x, stlmin.y, stlmax.y, stlmin.z, stlmax.z);
+    printf("%d %.4f %.4f %.4f %.4f %.4f %.4f\n", nstltri, stlmin.x, stlmax.x, stlmin.y, stlmax.y, stlmin.z,
+           stlmax.z);
     return 0;
 }

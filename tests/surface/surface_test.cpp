@@ -20,22 +20,21 @@ TEST(Surface, BadFacesAreReplacedByTheLast)
 {
     StartAfresh();
     const Vector a = {0, 0, 0}, b = {1, 0, 0}, c = {0, 1, 0};
-    AddFace(a, a, b);                   // 0: bad
-    AddFace(a, b, c);                   // 1
-    AddFace(a, b, {1, 1e-7, 0});        // 2: bad
-    AddFace(a, b, {3, 0, 0});           // 3: collinear, kept
-    AddFace(c, b, c);                   // 4: bad
-    AddFace(a, b, {0, 0, 2});           // 5
-    AddFace(c, c, c);                   // 6: bad, at the end
+    AddFace(a, a, b);            // 0: bad
+    AddFace(a, b, c);            // 1
+    AddFace(a, b, {1, 1e-7, 0}); // 2: bad
+    AddFace(a, b, {3, 0, 0});    // 3: collinear, kept
+    AddFace(c, b, c);            // 4: bad
+    AddFace(a, b, {0, 0, 2});    // 5
+    AddFace(c, c, c);            // 6: bad, at the end
     options.debug = 1;
     testing::internal::CaptureStderr();
     UpdateSTL();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "Removed 4 bad faces\n"
-              "Bounds: 0 <= x <= 3\n"
-              "        0 <= y <= 1\n"
-              "        0 <= z <= 2\n"
-              "Midpoint: 1.5 0.5 1\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Removed 4 bad faces\n"
+                                                      "Bounds: 0 <= x <= 3\n"
+                                                      "        0 <= y <= 1\n"
+                                                      "        0 <= z <= 2\n"
+                                                      "Midpoint: 1.5 0.5 1\n");
     ASSERT_EQ(nstltri, 3);
     EXPECT_EQ(stltri[0].p[2].z, 2);
     EXPECT_EQ(stltri[1].p[2].y, 1);

@@ -1,0 +1,72 @@
+#include <GL/glut.h>
+
+#include "fakes/recorder.h"
+
+// The functions that register a callback.
+#define FAKE_CALLBACK(name, field, ...)                                                                      \
+    extern "C" void name(void (*callback)(__VA_ARGS__))                                                      \
+    {                                                                                                        \
+        registered.field = callback;                                                                         \
+        Record(#name, {callback != nullptr ? 1.0 : 0.0});                                                    \
+    }
+
+FAKE_CALLBACK(glutDisplayFunc, display, )
+FAKE_CALLBACK(glutReshapeFunc, reshape, int, int)
+FAKE_CALLBACK(glutKeyboardFunc, keyboard, unsigned char, int, int)
+FAKE_CALLBACK(glutSpecialFunc, special, int, int, int)
+FAKE_CALLBACK(glutMouseFunc, mouse, int, int, int, int)
+FAKE_CALLBACK(glutMotionFunc, motion, int, int)
+FAKE_CALLBACK(glutPassiveMotionFunc, passivemotion, int, int)
+FAKE_CALLBACK(glutVisibilityFunc, visibility, int)
+FAKE_CALLBACK(glutIdleFunc, idle, )
+
+extern "C" int glutGetModifiers()
+{
+    return fakemodifiers;
+}
+
+extern "C" void glutSwapBuffers()
+{
+    Record("glutSwapBuffers");
+}
+
+extern "C" void glutPostRedisplay()
+{
+    Record("glutPostRedisplay");
+}
+
+extern "C" void glutInit(int *count, char **arguments)
+{
+    Record("glutInit", {double(*count)}, arguments[*count - 1]);
+}
+
+extern "C" int glutCreateWindow(const char *title)
+{
+    Record("glutCreateWindow", {}, title);
+    return 1;
+}
+
+extern "C" void glutInitDisplayMode(unsigned int mode)
+{
+    Record("glutInitDisplayMode", {double(mode)});
+}
+
+extern "C" void glutReshapeWindow(int width, int height)
+{
+    Record("glutReshapeWindow", {double(width), double(height)});
+}
+
+extern "C" void glutFullScreen()
+{
+    Record("glutFullScreen");
+}
+
+extern "C" void glutSetCursor(int cursor)
+{
+    Record("glutSetCursor", {double(cursor)});
+}
+
+extern "C" void glutMainLoop()
+{
+    Record("glutMainLoop");
+}

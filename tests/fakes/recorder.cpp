@@ -1,0 +1,52 @@
+#include "fakes/recorder.h"
+
+#include <algorithm>
+#include <cstdio>
+
+std::vector<Call> calls;
+int fakemodifiers = 0;
+std::string fakefile;
+RegisteredCallbacks registered;
+
+void ForgetCalls()
+{
+    calls.clear();
+}
+
+void Record(const char *name, std::initializer_list<double> args, const std::string &text)
+{
+    calls.push_back({name, args, text});
+}
+
+std::vector<Call> CallsOf(const std::string &name)
+{
+    std::vector<Call> found;
+    std::copy_if(calls.begin(), calls.end(), std::back_inserter(found),
+                 [&](const Call &call) { return call.name == name; });
+    return found;
+}
+
+int CountCalls(const std::string &name)
+{
+    return static_cast<int>(CallsOf(name).size());
+}
+
+std::string Text(const Call &call)
+{
+    std::string text = call.name + "(";
+    for (size_t i = 0; i < call.args.size(); i++) {
+        char number[32];
+        snprintf(number, sizeof number, i > 0 ? ",%g" : "%g", call.args[i]);
+        text += number;
+    }
+    return text + call.text + ")";
+}
+
+std::string Transcript(std::initializer_list<const char *> names)
+{
+    std::string text;
+    for (const Call &call : calls)
+        if (std::find(names.begin(), names.end(), call.name) != names.end())
+            text += Text(call) + "\n";
+    return text;
+}

@@ -1,0 +1,47 @@
+// Stand-ins for OpenGL, GLU, GLUT and XForms, linked in their place: they record every call for a test to
+// look at, and answer what a test has told them to.
+
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+struct Call {
+    std::string name;
+    std::vector<double> args;
+    std::string text; // text arguments, joined by "|"
+};
+
+// All calls since the last ForgetCalls.
+extern std::vector<Call> calls;
+void ForgetCalls();
+void Record(const char *name, std::initializer_list<double> args = {}, const std::string &text = "");
+
+// The calls of one name, and their number.
+std::vector<Call> CallsOf(const std::string &name);
+int CountCalls(const std::string &name);
+
+// The call as text, "glClear(16640)", numbers as "%g" prints them.
+std::string Text(const Call &call);
+
+// The calls whose name is in `names`, as text, one a line.
+std::string Transcript(std::initializer_list<const char *> names);
+
+// What the stand-ins answer: modifiers held, file selected (empty: cancelled).
+extern int fakemodifiers;
+extern std::string fakefile;
+
+// The callbacks that the program has registered with GLUT.
+struct RegisteredCallbacks {
+    void (*display)() = nullptr;
+    void (*reshape)(int, int) = nullptr;
+    void (*keyboard)(unsigned char, int, int) = nullptr;
+    void (*special)(int, int, int) = nullptr;
+    void (*mouse)(int, int, int, int) = nullptr;
+    void (*motion)(int, int) = nullptr;
+    void (*passivemotion)(int, int) = nullptr;
+    void (*visibility)(int) = nullptr;
+    void (*idle)() = nullptr;
+};
+extern RegisteredCallbacks registered;
