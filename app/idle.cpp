@@ -4,6 +4,7 @@
 #include <forms.h>
 
 #include "geom/clock.h"
+#include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
 #include "viewer/camera.h"
@@ -43,6 +44,7 @@ static void Grow()
 {
     if (!growthstate.running || options.boxcountrequest)
         return;
+    const HeldGenerators held;
     for (int i = 0; i < kStepsPerCall; i++)
         IterateSystem();
 }

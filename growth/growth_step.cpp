@@ -4,17 +4,26 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "growth/array.h"
+#include "growth/cell_index.h"
+#include "growth/generators.h"
 #include "growth/sources.h"
 #include "growth/state.h"
 #include "surface/surface.h"
+#include "surface/surface_index.h"
 
 // Steps after which a walker that has not stuck is abandoned for a new one.
 constexpr int kWalkerLife = 10000;
 constexpr double kPercent = 0.01;
-// Larger than any squared distance in an aggregate.
-constexpr double kFarAway = 1e32;
+
+// What maxweight and radius were when they were last known to be the largest of the first `count` particles.
+struct Extent {
+    int count;
+    double maxweight, radius;
+};
+static Extent extent = {-1, 0, 0};
 
 // Steps of the growth step, in the order in which they are taken.
 static void LaunchWalker();
@@ -22,14 +31,16 @@ static void CountStep();
 static void MoveAtRandom();
 static void Drift();
 static void Rotate();
-static int FindPartner();
 static bool MeetsBranch(int partner);
-static bool CutsSurface(int partner);
-static bool PokesThroughGap();
+static bool MeetsSurface(int partner);
+static bool CutsSurface(int partner, const std::vector<int> &faces);
+static bool PokesThroughGap(const std::vector<int> &faces);
+static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
 static void AddFlow(int partner);
 static void UpdateExtent();
 
+static void StopGrowth();
 static double LaunchRadius();
 static void Explain(const char *rejection);
 
@@ -49,17 +60,23 @@ void IterateSystem()
     Rotate();
 
     const int partner = FindPartner();
-    const double r = drand48();
+    const double r = DrawUniform();
     if (partner < 0 || r > growthstate.stickiness * kPercent)
         return;
 
-    if (MeetsBranch(partner) || CutsSurface(partner) || PokesThroughGap() || !Stick(partner)) {
+    if (MeetsBranch(partner) || MeetsSurface(partner) || !Stick(partner)) {
         growthstate.pos = undo;
         return;
     }
     AddFlow(partner);
     UpdateExtent();
     growthstate.stepcount = 0;
+}
+
+void ForgetAggregate()
+{
+    DropCellIndex();
+    extent.count = -1;
 }
 
 static void LaunchWalker()
@@ -80,9 +97,9 @@ static void CountStep()
 static void MoveAtRandom()
 {
     Vector step;
-    step.x = drand48() - 0.5;
-    step.y = drand48() - 0.5;
-    step.z = drand48() - 0.5;
+    step.x = DrawUniform() - 0.5;
+    step.y = DrawUniform() - 0.5;
+    step.z = DrawUniform() - 0.5;
     Normalise(&step);
     growthstate.pos = growthstate.pos + growthstate.branchlength * step;
 }
@@ -101,9 +118,9 @@ static void Drift()
             return;
         target = cells[root].p;
     } else {
-        target.x = cells[rand() % nplaced].p.x;
-        target.y = cells[rand() % nplaced].p.y;
-        target.z = cells[rand() % nplaced].p.z;
+        target.x = cells[DrawInteger() % nplaced].p.x;
+        target.y = cells[DrawInteger() % nplaced].p.y;
+        target.z = cells[DrawInteger() % nplaced].p.z;
     }
     const double b = growthstate.branchlength * growthstate.bias * kPercent;
     Vector direction = target - growthstate.pos;
@@ -116,37 +133,6 @@ static void Rotate()
     if (growthstate.rotation != 0)
         growthstate.pos =
             ArbitraryRotate(growthstate.pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
-}
-
-// The newest eligible particle within a branch length, or -1. The skip tests compare signed differences with
-// a squared distance (kept): below a branch length of 1 they can pass over a particle that is near.
-static int FindPartner()
-{
-    const double reach2 = growthstate.branchlength * growthstate.branchlength;
-    const int classes = growthstate.association ? growthstate.nroots : 0;
-    double dmin = kFarAway;
-    int partner = -1;
-    for (int i = ncells - 1; i >= 0; i--) {
-        if (classes > 0 && i % classes != ncells % classes)
-            continue;
-        const double dx = cells[i].p.x - growthstate.pos.x;
-        if (dx > dmin)
-            continue;
-        const double dy = cells[i].p.y - growthstate.pos.y;
-        if (dy > dmin)
-            continue;
-        const double dz = cells[i].p.z - growthstate.pos.z;
-        if (dz > dmin)
-            continue;
-        const double d2 = dx * dx + dy * dy + dz * dz;
-        if (d2 < dmin) {
-            dmin = d2;
-            partner = i;
-        }
-        if (dmin < reach2)
-            return partner;
-    }
-    return -1;
 }
 
 // Whether the line of the new branch comes too near to the line of another.
@@ -170,10 +156,20 @@ static bool MeetsBranch(int partner)
     return false;
 }
 
-// Whether the new branch crosses a face of the constraint surface.
-static bool CutsSurface(int partner)
+static bool MeetsSurface(int partner)
 {
-    for (int i = 0; i < nstltri; i++) {
+    const std::vector<int> *faces = FacesNear(growthstate.pos, growthstate.branchlength);
+    if (faces == nullptr) {
+        StopGrowth();
+        return true;
+    }
+    return CutsSurface(partner, *faces) || PokesThroughGap(*faces);
+}
+
+// Whether the new branch crosses a face of the constraint surface.
+static bool CutsSurface(int partner, const std::vector<int> &faces)
+{
+    for (const int i : faces) {
         Vector hit;
         if (LinePlaneIntersect(i, &hit, growthstate.pos, cells[partner].p)) {
             Explain("*** Cuts constraint surface\n");
@@ -185,23 +181,25 @@ static bool CutsSurface(int partner)
 
 // Whether the walker is within a branch length of an edge of a face and on the outer side of that face: it
 // may have come through the gap between two faces.
-static bool PokesThroughGap()
+static bool PokesThroughGap(const std::vector<int> &faces)
 {
-    for (int i = 0; i < nstltri; i++) {
-        const Triangle &t = stltri[i];
-        for (int edge = 0; edge < 3; edge++) {
-            Vector closest;
-            double mu;
-            const double distance =
-                PointLine3D(growthstate.pos, t.p[edge], t.p[(edge + 1) % 3], &closest, &mu);
-            if (!(mu >= 0 && mu <= 1 && distance < growthstate.branchlength))
-                continue;
-            if (DotProduct(growthstate.pos - t.midpoint, t.n) > 0) {
-                Explain("*** Gap poke through\n");
-                return true;
-            }
-            break; // the first near edge decides for its face
+    for (const int i : faces) {
+        if (IsNearEdge(stltri[i]) && DotProduct(growthstate.pos - stltri[i].midpoint, stltri[i].n) > 0) {
+            Explain("*** Gap poke through\n");
+            return true;
         }
+    }
+    return false;
+}
+
+static bool IsNearEdge(const Triangle &t)
+{
+    for (int edge = 0; edge < 3; edge++) {
+        Vector closest;
+        double mu;
+        const double distance = PointLine3D(growthstate.pos, t.p[edge], t.p[(edge + 1) % 3], &closest, &mu);
+        if (mu >= 0 && mu <= 1 && distance < growthstate.branchlength)
+            return true;
     }
     return false;
 }
@@ -209,11 +207,11 @@ static bool PokesThroughGap()
 // Makes the walker a particle. Returns false, growth stopped, when there is no memory for it.
 static bool Stick(int partner)
 {
-    if (AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0}))
+    if (AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0})) {
+        AddToCellIndex();
         return true;
-    if (growthstate.running)
-        fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
-    growthstate.running = 0;
+    }
+    StopGrowth();
     return false;
 }
 
@@ -231,12 +229,31 @@ static void AddFlow(int partner)
         cells[i].weight += 1.0 / n;
 }
 
+// Raises maxweight and radius to the largest of any particle. Where they already were that before this stick,
+// only the path from the new particle to its root can raise them.
 static void UpdateExtent()
 {
-    for (int i = 0; i < ncells; i++) {
-        growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
-        growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
+    const bool waslargest = extent.count == ncells - 1 && extent.maxweight == growthstate.maxweight &&
+                            extent.radius == growthstate.radius;
+    if (waslargest) {
+        for (int i = ncells - 1; i >= 0; i = cells[i].parent)
+            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+        growthstate.radius = std::max(growthstate.radius, Modulus(cells[ncells - 1].p));
+    } else {
+        for (int i = 0; i < ncells; i++) {
+            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+            growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
+        }
     }
+    extent = {ncells, growthstate.maxweight, growthstate.radius};
+}
+
+// For lack of memory. Says so once; the user may try again.
+static void StopGrowth()
+{
+    if (growthstate.running)
+        fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
+    growthstate.running = 0;
 }
 
 static double LaunchRadius()

@@ -11,3 +11,7 @@
 // particle, growth stops (growthstate.running = 0), standard error says so, and the walker stands where it
 // was before the step.
 void IterateSystem();
+
+// Whoever replaces the particles of cells, rather than appends to them, says so: what growth knows of them is
+// dropped.
+void ForgetAggregate();

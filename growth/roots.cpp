@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "growth/array.h"
+#include "growth/growth_step.h"
 #include "growth/state.h"
 
 // Least distance from the range of several roots to the edge of the launch area.
@@ -64,6 +65,7 @@ void InitialiseGrowth()
     stats.timestep = 0;
     nseeds = 0;
     ncells = placed;
+    ForgetAggregate();
 }
 
 int ResetSeeds()
@@ -88,6 +90,7 @@ int ResetSeeds()
     if (count > 0)
         SetRootName(distribution.name);
     ncells = count;
+    ForgetAggregate();
     SeedGenerators();
     nseeds = 0;
     return 1;
@@ -124,6 +127,7 @@ SeedFileResult ReadSeedFile(const char *path)
         growthstate.radius = std::max(growthstate.radius, Modulus(p));
     }
     fclose(file);
+    ForgetAggregate();
 
     if (growthstate.nroots == 0) {
         growthstate.nroots = 1;

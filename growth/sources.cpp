@@ -1,7 +1,6 @@
 #include "growth/sources.h"
 
-#include <cstdlib>
-
+#include "growth/generators.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 
@@ -50,7 +49,7 @@ Vector *GetNewParticle(Vector *p, int sourcetype, double launchradius)
 {
     Vector d;
     if (sourcetype == kSourceSurface && nstltri > 0) {
-        d = stltri[rand() % nstltri].midpoint;
+        d = stltri[DrawInteger() % nstltri].midpoint;
     } else {
         const Source &source = FindSource(sourcetype);
         const double lateral = 0.1 * growthstate.branchlength;
@@ -82,19 +81,19 @@ static double DrawComponent(Component component, double lateral)
 {
     switch (component) {
     case kCentred:
-        return drand48() - 0.5;
+        return DrawUniform() - 0.5;
     case kLateral:
-        return (drand48() - 0.5) * lateral;
+        return (DrawUniform() - 0.5) * lateral;
     case kPlus:
         return 1;
     case kMinus:
         return -1;
     case kSide:
-        return drand48() < 0.5 ? -1 : 1;
+        return DrawUniform() < 0.5 ? -1 : 1;
     case kWide:
-        return 2 * drand48() - 1;
+        return 2 * DrawUniform() - 1;
     case kHalf:
-        return 0.5 * drand48();
+        return 0.5 * DrawUniform();
     }
     return 0;
 }

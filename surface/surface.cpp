@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "growth/state.h"
+#include "surface/surface_index.h"
 
 // Below this cosine of the angle to the normal, times the segment's length, a segment is parallel to a face.
 constexpr double kParallel = 1e-5;
@@ -24,6 +25,7 @@ static void FindBounds();
 
 void UpdateSTL()
 {
+    DropSurfaceIndex();
     RemoveBadFaces();
     for (int i = 0; i < nstltri; i++)
         DeriveFaceData(&stltri[i]);

@@ -1,0 +1,486 @@
+#include "growth/cell_index.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <new>
+#include <vector>
+
+#include "growth/state.h"
+
+// Larger than any squared distance in an aggregate: where the scan's minimum starts.
+constexpr double kFarAway = 1e32;
+// Cells are this much larger than the distance that they stand for, so that a coordinate rounded across a
+// cell's border cannot hide a particle.
+constexpr double kMargin = 1.01;
+// Cells further than this from the origin are not told apart safely; nor are branch lengths outside these
+// bounds indexed. Beyond them every particle is scanned.
+constexpr double kFarthestCell = 1e9;
+constexpr double kShortestBranch = 1e-9;
+constexpr double kLongestBranch = 1e9;
+// At a branch length below this the scan's order and skip test matter, within this distance.
+constexpr double kOrderedReach = 1;
+// Where the map of clearances ends, in launch radii; it is made anew when the aggregate outgrows it.
+constexpr double kMapRoom = 1.25;
+// Bytes that the map may take, as a whole and per particle. A map that needs more gets coarser cells.
+constexpr double kMapBytes = 8e6;
+constexpr double kMapBytesPerParticle = 40;
+
+// The scan's state, and its test of one particle.
+// ------------------------------------------------------------------
+
+struct Scan {
+    Vector pos = growthstate.pos;
+    double reach2 = growthstate.branchlength * growthstate.branchlength;
+    int classes = growthstate.association && growthstate.nroots > 0 ? growthstate.nroots : 1;
+    int wanted = ncells % classes;
+    double dmin = kFarAway;
+    int partner = -1;
+
+    [[nodiscard]] bool IsEligible(int i) const { return classes == 1 || i % classes == wanted; }
+
+    // Returns true when the scan stops at particle i.
+    bool Visit(int i)
+    {
+        const double dx = cells[i].p.x - pos.x;
+        if (dx > dmin)
+            return false;
+        const double dy = cells[i].p.y - pos.y;
+        if (dy > dmin)
+            return false;
+        const double dz = cells[i].p.z - pos.z;
+        if (dz > dmin)
+            return false;
+        const double d2 = dx * dx + dy * dy + dz * dz;
+        if (d2 < dmin) {
+            dmin = d2;
+            partner = i;
+        }
+        return dmin < reach2;
+    }
+};
+
+// Lists of particles by cube of space, newest first.
+// ---------------------------------------------------------------
+
+class CellLists
+{
+public:
+    // The eight lists that hold every particle within the reach of a point, and perhaps others. A list may
+    // occur twice.
+    using Lists = std::array<int, 8>;
+
+    void Start(double reach, int count)
+    {
+        inverse = 1 / (2 * kMargin * reach);
+        std::size_t size = kSmallest;
+        while (size < 2 * static_cast<std::size_t>(count))
+            size *= 2;
+        heads.assign(size, -1);
+        next.clear();
+        next.reserve(static_cast<std::size_t>(count));
+    }
+
+    [[nodiscard]] bool IsFull() const { return next.size() >= heads.size(); }
+
+    [[nodiscard]] bool Holds(Vector p) const
+    {
+        return std::fabs(p.x) * inverse < kFarthestCell && std::fabs(p.y) * inverse < kFarthestCell &&
+               std::fabs(p.z) * inverse < kFarthestCell;
+    }
+
+    // Appends the next particle; one that is in no list has no cell.
+    void Append(Vector p, bool listed)
+    {
+        const int i = static_cast<int>(next.size());
+        next.push_back(-1);
+        if (!listed)
+            return;
+        int &head = heads[Slot(Cell(p.x, 0), Cell(p.y, 0), Cell(p.z, 0))];
+        next.back() = head;
+        head = i;
+    }
+
+    // The cubes of edge 2 reaches that the ball about p can meet: two along each axis.
+    [[nodiscard]] Lists Around(Vector p) const
+    {
+        const int x = Cell(p.x, 0.5);
+        const int y = Cell(p.y, 0.5);
+        const int z = Cell(p.z, 0.5);
+        Lists lists;
+        for (int k = 0; k < 8; k++)
+            lists[static_cast<std::size_t>(k)] = heads[Slot(x + k % 2, y + k / 2 % 2, z + k / 4)];
+        return lists;
+    }
+
+    [[nodiscard]] int Next(int i) const { return next[static_cast<std::size_t>(i)]; }
+
+private:
+    static constexpr std::size_t kSmallest = 1024;
+
+    [[nodiscard]] int Cell(double coordinate, double shift) const
+    {
+        return static_cast<int>(std::floor(coordinate * inverse - shift));
+    }
+
+    // Blocks of 4 x 4 x 4 cells lie together in memory; blocks that share a slot share their lists.
+    [[nodiscard]] std::size_t Slot(int x, int y, int z) const
+    {
+        const auto hash = static_cast<std::size_t>(x >> 2) * 73856093U ^
+                          static_cast<std::size_t>(y >> 2) * 19349663U ^
+                          static_cast<std::size_t>(z >> 2) * 83492791U;
+        return (hash * 64 + static_cast<std::size_t>((x & 3) | (y & 3) << 2 | (z & 3) << 4)) &
+               (heads.size() - 1);
+    }
+
+    double inverse = 0;     // cells per unit of length
+    std::vector<int> heads; // by slot: the newest particle of the list, or -1
+    std::vector<int> next;  // by particle: the next older one of its list, or -1
+};
+
+// How far the nearest particle is at least, by cube of space.
+// -------------------------------------------------------
+
+// Levels of cubic cells about the origin, each level's of twice the edge of the level below. A cell's bit is
+// set when a particle lies in it or in one of its 26 neighbours; so a point in a cell whose bit is not set is
+// at least an edge away from every particle.
+class ClearanceMap
+{
+public:
+    // A map of the cube from -extent to extent whose smallest cells have at least the given edge.
+    void Start(double smallestedge, double wantedextent, int count)
+    {
+        levels.clear();
+        extent = wantedextent;
+        edge = kMargin * smallestedge;
+        const double budget = 8 * (kMapBytes + kMapBytesPerParticle * count);
+        while (std::pow(2 * extent / edge + 1, 3) > budget)
+            edge *= 2;
+        inverse = 1 / edge;
+        int size = static_cast<int>(2 * extent / edge) + 1;
+        for (;;) {
+            levels.push_back(Level{size, std::vector<uint64_t>(Words(size))});
+            if (size <= kCoarsest)
+                break;
+            size = (size - 1) / 2 + 1;
+        }
+        last = 0;
+    }
+
+    // No map: nothing is known to be clear.
+    void Clear() { levels.clear(); }
+
+    void Mark(Vector p)
+    {
+        int x, y, z;
+        if (levels.empty() || !FindCell(p, &x, &y, &z))
+            return;
+        for (Level &level : levels) {
+            level.MarkAround(x, y, z);
+            x >>= 1;
+            y >>= 1;
+            z >>= 1;
+        }
+    }
+
+    // A distance within which there is no particle of p, or 0 when none is known.
+    double Clearance(Vector p)
+    {
+        int x, y, z;
+        if (levels.empty() || !FindCell(p, &x, &y, &z))
+            return 0;
+        const int size = levels[0].size;
+        if (x < 0 || y < 0 || z < 0 || x >= size || y >= size || z >= size)
+            return 0;
+        // Walkers move little between two questions: the search starts beside the last answer's level.
+        const int top = static_cast<int>(levels.size()) - 1;
+        int l = last < top ? last + 1 : top;
+        const auto marked = [&](int k) {
+            return levels[static_cast<std::size_t>(k)].IsMarked(x >> k, y >> k, z >> k);
+        };
+        if (marked(l)) {
+            do
+                l--;
+            while (l >= 0 && marked(l));
+        } else {
+            while (l < top && !marked(l + 1))
+                l++;
+        }
+        last = l < 0 ? 0 : l;
+        return l < 0 ? 0 : std::ldexp(edge, l) / kMargin;
+    }
+
+private:
+    static constexpr int kCoarsest = 4;
+
+    struct Level {
+        int size; // cells along each axis
+        std::vector<uint64_t> bits;
+
+        [[nodiscard]] bool IsMarked(int x, int y, int z) const
+        {
+            const std::size_t bit = Bit(x, y, z);
+            return (bits[bit / 64] >> (bit % 64) & 1) != 0;
+        }
+
+        void MarkAround(int x, int y, int z)
+        {
+            for (int k = z - 1; k <= z + 1; k++)
+                for (int j = y - 1; j <= y + 1; j++)
+                    for (int i = x - 1; i <= x + 1; i++) {
+                        if (i < 0 || j < 0 || k < 0 || i >= size || j >= size || k >= size)
+                            continue;
+                        const std::size_t bit = Bit(i, j, k);
+                        bits[bit / 64] |= uint64_t{1} << (bit % 64);
+                    }
+        }
+
+        [[nodiscard]] std::size_t Bit(int x, int y, int z) const
+        {
+            const auto n = static_cast<std::size_t>(size);
+            return (static_cast<std::size_t>(z) * n + static_cast<std::size_t>(y)) * n +
+                   static_cast<std::size_t>(x);
+        }
+    };
+
+    static std::size_t Words(int size)
+    {
+        const auto n = static_cast<std::size_t>(size);
+        return (n * n * n + 63) / 64;
+    }
+
+    // The cell of the lowest level; returns false for a point too far away to have one.
+    bool FindCell(Vector p, int *x, int *y, int *z) const
+    {
+        const double cx = std::floor((p.x + extent) * inverse);
+        const double cy = std::floor((p.y + extent) * inverse);
+        const double cz = std::floor((p.z + extent) * inverse);
+        if (!(std::fabs(cx) < kFarthestCell && std::fabs(cy) < kFarthestCell &&
+              std::fabs(cz) < kFarthestCell))
+            return false;
+        *x = static_cast<int>(cx);
+        *y = static_cast<int>(cy);
+        *z = static_cast<int>(cz);
+        return true;
+    }
+
+    std::vector<Level> levels; // the finest first
+    double extent = 0;
+    double edge = 0;    // of the finest cells
+    double inverse = 0; // its reciprocal
+    int last = 0;       // level of the last answer
+};
+
+// The index
+// --------------------------------------------------------------------------------------------------------
+
+struct CellIndex {
+    // What it was built from; anything else than this, and it is built anew.
+    const Particle *array = nullptr;
+    int count = -1;
+    double branchlength = 0;
+    Vector newest = {0, 0, 0};
+
+    bool usable = false; // every particle has a cell
+    CellLists lists;     // for the reach of a branch length
+    CellLists ordered;   // for kOrderedReach; only where the branch length is below it
+    ClearanceMap map;
+    double mapextent = 0; // what the map was made to cover
+
+    // A ball that is free of walkers' partners: no particle lies within a branch length of a point in it.
+    Vector freecentre = {0, 0, 0};
+    double freeradius2 = -1;
+};
+
+static CellIndex cellindex;
+
+static bool IsCurrent();
+static bool NewestIsUnmoved();
+static bool Prepare();
+static void Build();
+static void Insert(int i);
+static void MakeMap();
+static double LaunchRadius();
+static bool NeedsOrder();
+static int ScanAll();
+static int NewestWithinReach();
+static int ScanInOrder();
+
+int FindPartner()
+{
+    const Vector pos = growthstate.pos;
+    if (IsCurrent()) {
+        const Vector moved = pos - cellindex.freecentre;
+        if (DotProduct(moved, moved) < cellindex.freeradius2)
+            return -1;
+    }
+    if (!Prepare() || !cellindex.lists.Holds(pos))
+        return ScanAll();
+
+    const double free = cellindex.map.Clearance(pos) - growthstate.branchlength;
+    if (free >= 0) {
+        cellindex.freecentre = pos;
+        cellindex.freeradius2 = free * free;
+        return -1;
+    }
+    const int newest = NewestWithinReach();
+    return newest < 0 || !NeedsOrder() ? newest : ScanInOrder();
+}
+
+void AddToCellIndex()
+{
+    if (!cellindex.usable || cellindex.count != ncells - 1 || cellindex.lists.IsFull()) {
+        DropCellIndex();
+        return;
+    }
+    try {
+        cellindex.array = cells;
+        Insert(ncells - 1);
+    } catch (const std::bad_alloc &) {
+        DropCellIndex();
+    }
+}
+
+void DropCellIndex()
+{
+    cellindex.array = nullptr;
+    cellindex.count = -1;
+    cellindex.freeradius2 = -1;
+}
+
+static bool IsCurrent()
+{
+    return cellindex.array == cells && cellindex.count == ncells &&
+           cellindex.branchlength == growthstate.branchlength;
+}
+
+static bool NewestIsUnmoved()
+{
+    const Vector p = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
+    return p.x == cellindex.newest.x && p.y == cellindex.newest.y && p.z == cellindex.newest.z;
+}
+
+// Makes the index current. Returns false where the aggregate cannot be indexed, or memory does not suffice.
+static bool Prepare()
+{
+    try {
+        if (!IsCurrent() || !NewestIsUnmoved())
+            Build();
+        else if (cellindex.usable && LaunchRadius() > cellindex.mapextent)
+            MakeMap();
+    } catch (const std::bad_alloc &) {
+        cellindex = CellIndex();
+        return false;
+    }
+    return cellindex.usable;
+}
+
+static void Build()
+{
+    DropCellIndex();
+    cellindex.branchlength = growthstate.branchlength;
+    cellindex.usable =
+        growthstate.branchlength >= kShortestBranch && growthstate.branchlength <= kLongestBranch;
+    if (cellindex.usable) {
+        cellindex.lists.Start(growthstate.branchlength, ncells);
+        cellindex.map.Clear();
+        if (NeedsOrder())
+            cellindex.ordered.Start(kOrderedReach, ncells);
+        else
+            cellindex.ordered = CellLists();
+        for (int i = 0; i < ncells && cellindex.usable; i++)
+            Insert(i);
+        MakeMap();
+    }
+    cellindex.array = cells;
+    cellindex.count = ncells;
+    cellindex.newest = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
+}
+
+// A particle that is not at a finite place is nobody's partner and is left out.
+static void Insert(int i)
+{
+    const Vector p = cells[i].p;
+    const bool finite = std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+    cellindex.usable = cellindex.usable && (!finite || cellindex.lists.Holds(p));
+    if (!cellindex.usable)
+        return;
+    cellindex.lists.Append(p, finite);
+    if (NeedsOrder())
+        cellindex.ordered.Append(p, finite);
+    cellindex.map.Mark(p);
+    cellindex.count = i + 1;
+    cellindex.newest = p;
+    cellindex.freeradius2 = -1;
+}
+
+static void MakeMap()
+{
+    cellindex.map.Clear();
+    cellindex.freeradius2 = -1;
+    cellindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
+    if (!(cellindex.mapextent / growthstate.branchlength < kFarthestCell))
+        return; // searched without a map
+    cellindex.map.Start(kMargin * growthstate.branchlength, cellindex.mapextent, ncells);
+    for (int i = 0; i < ncells; i++)
+        cellindex.map.Mark(cells[i].p);
+}
+
+static double LaunchRadius()
+{
+    return 2 * growthstate.branchlength + growthstate.radius;
+}
+
+static bool NeedsOrder()
+{
+    return growthstate.branchlength < kOrderedReach;
+}
+
+static int ScanAll()
+{
+    Scan scan;
+    for (int i = ncells - 1; i >= 0; i--)
+        if (scan.IsEligible(i) && scan.Visit(i))
+            return scan.partner;
+    return -1;
+}
+
+// The newest eligible particle nearer than a branch length. Where that is 1 or more, it is the partner: no
+// signed difference of its coordinates exceeds the branch length, nor the square of that, nor the scan's
+// minimum before it.
+static int NewestWithinReach()
+{
+    const Scan scan;
+    int newest = -1;
+    for (int i : cellindex.lists.Around(scan.pos)) {
+        for (; i > newest; i = cellindex.lists.Next(i)) {
+            const Vector d = cells[i].p - scan.pos;
+            if (DotProduct(d, d) < scan.reach2 && scan.IsEligible(i)) {
+                newest = i;
+                break;
+            }
+        }
+    }
+    return newest;
+}
+
+// The scan over the particles within kOrderedReach and perhaps some beyond, merged from their lists newest
+// first. Those at a distance of 1 or more leave a minimum of 1 or more, which no difference of a nearer
+// particle exceeds: they could as well be left out.
+static int ScanInOrder()
+{
+    Scan scan;
+    CellLists::Lists heads = cellindex.ordered.Around(scan.pos);
+    for (;;) {
+        int newest = -1;
+        for (const int i : heads)
+            newest = i > newest ? i : newest;
+        if (newest < 0)
+            return -1;
+        for (int &i : heads)
+            if (i == newest)
+                i = cellindex.ordered.Next(i);
+        if (scan.IsEligible(newest) && scan.Visit(newest))
+            return scan.partner;
+    }
+}

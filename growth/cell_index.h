@@ -1,0 +1,19 @@
+// Neighbour search: which particle a walker has come near to, without looking at all of them.
+//
+// The answer is that of a scan over all particles, to the last bit; docs/cell-index.md says what is stored
+// and why the answer is exact.
+
+#pragma once
+
+// The particle that the walker at growthstate.pos sticks to, or -1. It is what this scan finds: from the
+// newest particle to the oldest, with association on only those of the next particle's class, keep the
+// nearest, pass over particles of which a signed difference of a coordinate exceeds the smallest squared
+// distance so far (kept), and stop at the first that is nearer than a branch length.
+int FindPartner();
+
+// The last particle of cells is new: the index follows, wherever cells has moved to.
+void AddToCellIndex();
+
+// The index is built anew at the next search. It notices by itself when the array, the count, the last
+// particle or the branch length has changed; whoever changes other particles in place says so here.
+void DropCellIndex();
