@@ -16,8 +16,7 @@ constexpr double kDegreesToRadians = 0.017453292519943295;
 constexpr double kRadiansToDegrees = 57.29577951308232;
 constexpr double kTwoPi = 6.283185307179586;
 
-// Simple routines
-// ---------------------------------------------------------------------------------------------
+// Simple routines -----------------------------------------------------------------------------------------
 
 inline Vector operator+(Vector a, Vector b)
 {
@@ -72,8 +71,7 @@ int VectorEqual(Vector a, Vector b);
 // *min and *max become the componentwise minimum and maximum of themselves and p.
 void MinMaxXYZ(Vector *min, Vector *max, Vector p);
 
-// Rotations
-// ---------------------------------------------------------------------------------------------------
+// Rotations -----------------------------------------------------------------------------------------------
 
 // Rotation about a coordinate axis by theta radians, clockwise seen from the tip of the axis: the opposite
 // sense of ArbitraryRotate. Kept: surfaces are placed with these.
@@ -86,8 +84,7 @@ Vector RotateZ(Vector p, double theta);
 // the scaling of p by cos(theta).
 Vector ArbitraryRotate(Vector p, double theta, Vector r);
 
-// Normals, lines and planes
-// -----------------------------------------------------------------------------------
+// Normals, lines and planes -------------------------------------------------------------------------------
 
 // Unit normal (p2 - p1) x (p3 - p1) of a triangle; (0, 0, 0) for collinear corners.
 Vector CalcNormal(Vector p1, Vector p2, Vector p3);

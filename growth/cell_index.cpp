@@ -26,8 +26,7 @@ constexpr double kMapRoom = 1.25;
 constexpr double kMapBytes = 8e6;
 constexpr double kMapBytesPerParticle = 40;
 
-// The scan's state, and its test of one particle.
-// ------------------------------------------------------------------
+// The scan's state, and its test of one particle ----------------------------------------------------------
 
 struct Scan {
     Vector pos = growthstate.pos;
@@ -60,8 +59,7 @@ struct Scan {
     }
 };
 
-// Lists of particles by cube of space, newest first.
-// ---------------------------------------------------------------
+// Lists of particles by cube of space, newest first -------------------------------------------------------
 
 class CellLists
 {
@@ -138,8 +136,7 @@ private:
     std::vector<int> next;  // by particle: the next older one of its list, or -1
 };
 
-// How far the nearest particle is at least, by cube of space.
-// -------------------------------------------------------
+// How far the nearest particle is at least, by cube of space ----------------------------------------------
 
 // Levels of cubic cells about the origin, each level's of twice the edge of the level below. A cell's bit is
 // set when a particle lies in it or in one of its 26 neighbours; so a point in a cell whose bit is not set is
@@ -153,13 +150,14 @@ public:
         levels.clear();
         extent = wantedextent;
         edge = kMargin * smallestedge;
-        const double budget = 8 * (kMapBytes + kMapBytesPerParticle * count);
+        const double budget = 4 * (kMapBytes + kMapBytesPerParticle * count);
         while (std::pow(2 * extent / edge + 1, 3) > budget)
             edge *= 2;
         inverse = 1 / edge;
         int size = static_cast<int>(2 * extent / edge) + 1;
         for (;;) {
-            levels.push_back(Level{size, std::vector<uint64_t>(Words(size))});
+            levels.push_back(
+                Level{size, std::vector<uint64_t>(Words(size)), std::vector<uint64_t>(Words(size))});
             if (size <= kCoarsest)
                 break;
             size = (size - 1) / 2 + 1;
@@ -176,7 +174,8 @@ public:
         if (levels.empty() || !FindCell(p, &x, &y, &z))
             return;
         for (Level &level : levels) {
-            level.MarkAround(x, y, z);
+            if (!level.Occupy(x, y, z))
+                return; // and so are the cells around it, on this level and on those above
             x >>= 1;
             y >>= 1;
             z >>= 1;
@@ -189,8 +188,7 @@ public:
         int x, y, z;
         if (levels.empty() || !FindCell(p, &x, &y, &z))
             return 0;
-        const int size = levels[0].size;
-        if (x < 0 || y < 0 || z < 0 || x >= size || y >= size || z >= size)
+        if (!levels[0].Contains(x, y, z))
             return 0;
         // Walkers move little between two questions: the search starts beside the last answer's level.
         const int top = static_cast<int>(levels.size()) - 1;
@@ -214,25 +212,43 @@ private:
     static constexpr int kCoarsest = 4;
 
     struct Level {
-        int size; // cells along each axis
-        std::vector<uint64_t> bits;
+        int size;                       // cells along each axis
+        std::vector<uint64_t> near;     // a particle lies in the cell or in a neighbour
+        std::vector<uint64_t> occupied; // a particle lies in the cell
 
-        [[nodiscard]] bool IsMarked(int x, int y, int z) const
+        [[nodiscard]] bool IsMarked(int x, int y, int z) const { return Test(near, x, y, z); }
+
+        [[nodiscard]] bool Contains(int x, int y, int z) const
+        {
+            return x >= 0 && y >= 0 && z >= 0 && x < size && y < size && z < size;
+        }
+
+        // A particle lies in the cell, which may be outside of the map. Returns false where that was known.
+        bool Occupy(int x, int y, int z)
+        {
+            if (Contains(x, y, z)) {
+                if (Test(occupied, x, y, z))
+                    return false;
+                Set(&occupied, x, y, z);
+            }
+            for (int k = z - 1; k <= z + 1; k++)
+                for (int j = y - 1; j <= y + 1; j++)
+                    for (int i = x - 1; i <= x + 1; i++)
+                        if (Contains(i, j, k))
+                            Set(&near, i, j, k);
+            return true;
+        }
+
+        [[nodiscard]] bool Test(const std::vector<uint64_t> &bits, int x, int y, int z) const
         {
             const std::size_t bit = Bit(x, y, z);
             return (bits[bit / 64] >> (bit % 64) & 1) != 0;
         }
 
-        void MarkAround(int x, int y, int z)
+        void Set(std::vector<uint64_t> *bits, int x, int y, int z) const
         {
-            for (int k = z - 1; k <= z + 1; k++)
-                for (int j = y - 1; j <= y + 1; j++)
-                    for (int i = x - 1; i <= x + 1; i++) {
-                        if (i < 0 || j < 0 || k < 0 || i >= size || j >= size || k >= size)
-                            continue;
-                        const std::size_t bit = Bit(i, j, k);
-                        bits[bit / 64] |= uint64_t{1} << (bit % 64);
-                    }
+            const std::size_t bit = Bit(x, y, z);
+            (*bits)[bit / 64] |= uint64_t{1} << (bit % 64);
         }
 
         [[nodiscard]] std::size_t Bit(int x, int y, int z) const
@@ -271,8 +287,7 @@ private:
     int last = 0;       // level of the last answer
 };
 
-// The index
-// --------------------------------------------------------------------------------------------------------
+// The index -----------------------------------------------------------------------------------------------
 
 struct CellIndex {
     // What it was built from; anything else than this, and it is built anew.

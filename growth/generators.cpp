@@ -89,8 +89,11 @@ static bool MatchesLibrary()
     generators = start;
     PutStatesBack();
     bool same = true;
-    for (int i = 0; i < kComparedDraws; i++)
-        same = (drand48() == uniform[i]) & (rand() == integer[i]) & same;
+    for (int i = 0; i < kComparedDraws; i++) {
+        const double u = drand48();
+        const int n = rand();
+        same = same && u == uniform[i] && n == integer[i];
+    }
     TakeStates();
     generators = start;
     PutStatesBack();

@@ -8,8 +8,7 @@
 
 constexpr int versionid = 102; // version times 100
 
-// The aggregate
-// -----------------------------------------------------------------------------------------------
+// The aggregate -------------------------------------------------------------------------------------------
 
 struct Particle {
     Vector p;
@@ -29,8 +28,7 @@ constexpr int kSeedRing = 1000;
 extern Vector seeds[kSeedRing]; // the latest launch positions; launch k stands at k mod kSeedRing
 extern int nseeds;              // launches since the last initialisation
 
-// Growth
-// ------------------------------------------------------------------------------------------------------
+// Growth --------------------------------------------------------------------------------------------------
 
 // Where new walkers are launched.
 enum SourceType {
@@ -89,8 +87,7 @@ struct GrowthState {
 };
 extern GrowthState growthstate;
 
-// Program
-// -----------------------------------------------------------------------------------------------------
+// Program -------------------------------------------------------------------------------------------------
 
 // How the aggregate is drawn (options.dlamode).
 enum AggregateMode { kAggregateOff = 1, kAggregatePoints = 2, kAggregateLines = 3, kAggregateTubes = 5 };

@@ -116,6 +116,8 @@ TEST(GrowthStep, DefaultRunIsPinned)
     StartAfresh();
     Grow(IterateSystem, 3000, LONG_MAX);
     EXPECT_EQ(HashParticles(3000), 0x1fec8f014a1214ccULL) << std::hex << HashParticles(3000);
+    Grow(IterateSystem, 20000, LONG_MAX);
+    EXPECT_EQ(HashParticles(20000), 0xb4129258beabd5deULL) << std::hex << HashParticles(20000);
 }
 
 TEST(GrowthStep, RestartGrowsTheSameAggregate)

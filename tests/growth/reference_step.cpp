@@ -194,11 +194,10 @@ void ReferenceStep()
     if (growthstate.rotation != 0) {
         const double angle = growthstate.rotation * 0.017453292519943295;
         const double c = std::cos(angle), s = std::sin(angle);
-        // Terms with a zero factor are left out: they add a zero to a sum, which changes nothing but a zero's
-        // sign.
-        const double x = c * pos[0] - s * pos[1];
-        const double y = s * pos[0] + c * pos[1];
-        const double z = (c + (1 - c)) * pos[2];
+        // The zeros of the z axis stay in the sums: they matter where a coordinate is infinite.
+        const double x = c * pos[0] + (0 - s) * pos[1] + 0 * pos[2];
+        const double y = s * pos[0] + c * pos[1] + 0 * pos[2];
+        const double z = 0 * pos[0] + 0 * pos[1] + (c + (1 - c)) * pos[2];
         pos = {x, y, z};
     }
     growthstate.pos = To(pos);

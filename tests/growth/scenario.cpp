@@ -1,5 +1,6 @@
 #include "growth/scenario.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -7,14 +8,22 @@
 #include "growth/roots.h"
 #include "surface/surface.h"
 
+// Bit for bit, but for the bits of what is not a number.
 static bool Same(double a, double b)
 {
-    return memcmp(&a, &b, sizeof a) == 0;
+    return (std::isnan(a) && std::isnan(b)) || memcmp(&a, &b, sizeof a) == 0;
 }
 
 static bool Same(Vector a, Vector b)
 {
     return Same(a.x, b.x) && Same(a.y, b.y) && Same(a.z, b.z);
+}
+
+static std::string Exact(Vector v)
+{
+    char text[100];
+    snprintf(text, sizeof text, "%a %a %a", v.x, v.y, v.z);
+    return text;
 }
 
 void StartAfresh()
@@ -69,7 +78,7 @@ std::string Difference(const Outcome &a, const Outcome &b)
         if (!Same(a.seeds[i], b.seeds[i]))
             return "launch " + std::to_string(i);
     if (!Same(a.pos, b.pos))
-        return "walker";
+        return "walker at " + Exact(a.pos) + " and " + Exact(b.pos);
     if (!Same(a.radius, b.radius) || !Same(a.maxweight, b.maxweight))
         return "radius or maxweight";
     if (a.stepcount != b.stepcount || a.nseeds != b.nseeds)

@@ -1,0 +1,54 @@
+#include "floor.h"
+
+#include <chrono>
+#include <cstdlib>
+
+#include "growth/sources.h"
+#include "growth/state.h"
+
+// What the loop computes, so that no part of it can be left out.
+static volatile double kept;
+
+double Now()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+double TimeFloor(long steps)
+{
+    static Vector pos = {0, 0, 0};
+    const double start = Now();
+    double sum = 0;
+    for (long step = 0; step < steps; step++) {
+        const double launchradius = 2 * growthstate.branchlength + growthstate.radius;
+        const Vector undo = pos;
+        Vector direction;
+        direction.x = drand48() - 0.5;
+        direction.y = drand48() - 0.5;
+        direction.z = drand48() - 0.5;
+        Normalise(&direction);
+        pos = pos + growthstate.branchlength * direction;
+        if (Modulus(pos) > launchradius) {
+            pos = undo;
+            continue;
+        }
+        if (growthstate.bias > 0) {
+            Vector target;
+            if (growthstate.association) {
+                target = cells[ncells % growthstate.nroots].p;
+            } else {
+                target.x = cells[rand() % growthstate.nroots].p.x;
+                target.y = cells[rand() % growthstate.nroots].p.y;
+                target.z = cells[rand() % growthstate.nroots].p.z;
+            }
+            Vector towards = target - pos;
+            Normalise(&towards);
+            pos = pos - (growthstate.branchlength * growthstate.bias * 0.01) * towards;
+        }
+        if (growthstate.rotation != 0)
+            pos = ArbitraryRotate(pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
+        sum += drand48();
+    }
+    kept = sum + pos.x;
+    return Now() - start;
+}

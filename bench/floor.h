@@ -1,0 +1,11 @@
+// The floor under the cost of a growth step: the draws, by the C library, and the arithmetic that a walker's
+// step needs for the current growth parameters (move, containment, drift, rotation), with no search and no
+// sticking.
+
+#pragma once
+
+// Takes `steps` steps of a walker within the current launch radius. Returns the seconds that they took.
+double TimeFloor(long steps);
+
+// Seconds of a steady clock.
+double Now();
