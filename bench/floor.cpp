@@ -17,6 +17,8 @@ double Now()
 double TimeFloor(long steps)
 {
     static Vector pos = {0, 0, 0};
+    if (Modulus(pos) > 2 * growthstate.branchlength + growthstate.radius)
+        pos = {0, 0, 0};
     const double start = Now();
     double sum = 0;
     for (long step = 0; step < steps; step++) {

@@ -1,5 +1,6 @@
 #include "growth/cell_index.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -18,8 +19,6 @@ constexpr double kMargin = 1.01;
 constexpr double kFarthestCell = 1e9;
 constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
-// At a branch length below this the scan's order and skip test matter, within this distance.
-constexpr double kOrderedReach = 1;
 // Where the map of clearances ends, in launch radii; it is made anew when the aggregate outgrows it.
 constexpr double kMapRoom = 1.25;
 // Bytes that the map may take, as a whole and per particle. A map that needs more gets coarser cells.
@@ -37,6 +36,19 @@ struct Scan {
     int partner = -1;
 
     [[nodiscard]] bool IsEligible(int i) const { return classes == 1 || i % classes == wanted; }
+
+    [[nodiscard]] double SquaredDistance(int i) const
+    {
+        const Vector d = cells[i].p - pos;
+        return DotProduct(d, d);
+    }
+
+    // Of particle i's coordinates less the walker's, the largest.
+    [[nodiscard]] double LargestDifference(int i) const
+    {
+        const Vector d = cells[i].p - pos;
+        return std::max({d.x, d.y, d.z});
+    }
 
     // Returns true when the scan stops at particle i.
     bool Visit(int i)
@@ -109,6 +121,28 @@ public:
         for (int k = 0; k < 8; k++)
             lists[static_cast<std::size_t>(k)] = heads[Slot(x + k % 2, y + k / 2 % 2, z + k / 4)];
         return lists;
+    }
+
+    // Calls visit(q) for the particles q newer than i within a radius of p, and perhaps others, until it
+    // returns false. Returns false, without a visit, where that would mean more lists than there are
+    // particles.
+    template<typename Visit>
+    bool VisitNewer(Vector p, double radius, int i, Visit visit) const
+    {
+        const double span = radius * inverse * kMargin;
+        const int n = static_cast<int>(2 * span) + 2;
+        if (std::pow(n, 3) > static_cast<double>(next.size()))
+            return false;
+        const int x0 = Cell(p.x, span);
+        const int y0 = Cell(p.y, span);
+        const int z0 = Cell(p.z, span);
+        for (int z = z0; z < z0 + n; z++)
+            for (int y = y0; y < y0 + n; y++)
+                for (int x = x0; x < x0 + n; x++)
+                    for (int q = heads[Slot(x, y, z)]; q > i; q = Next(q))
+                        if (!visit(q))
+                            return true;
+        return true;
     }
 
     [[nodiscard]] int Next(int i) const { return next[static_cast<std::size_t>(i)]; }
@@ -297,8 +331,7 @@ struct CellIndex {
     Vector newest = {0, 0, 0};
 
     bool usable = false; // every particle has a cell
-    CellLists lists;     // for the reach of a branch length
-    CellLists ordered;   // for kOrderedReach; only where the branch length is below it
+    CellLists lists;
     ClearanceMap map;
     double mapextent = 0; // what the map was made to cover
 
@@ -316,10 +349,9 @@ static void Build();
 static void Insert(int i);
 static void MakeMap();
 static double LaunchRadius();
-static bool NeedsOrder();
 static int ScanAll();
-static int NewestWithinReach();
-static int ScanInOrder();
+static int NewestWithinReach(int below);
+static int PartnerInOrder(int newest);
 
 int FindPartner()
 {
@@ -338,8 +370,8 @@ int FindPartner()
         cellindex.freeradius2 = free * free;
         return -1;
     }
-    const int newest = NewestWithinReach();
-    return newest < 0 || !NeedsOrder() ? newest : ScanInOrder();
+    const int newest = NewestWithinReach(ncells);
+    return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
 }
 
 void AddToCellIndex()
@@ -399,10 +431,6 @@ static void Build()
     if (cellindex.usable) {
         cellindex.lists.Start(growthstate.branchlength, ncells);
         cellindex.map.Clear();
-        if (NeedsOrder())
-            cellindex.ordered.Start(kOrderedReach, ncells);
-        else
-            cellindex.ordered = CellLists();
         for (int i = 0; i < ncells && cellindex.usable; i++)
             Insert(i);
         MakeMap();
@@ -421,8 +449,6 @@ static void Insert(int i)
     if (!cellindex.usable)
         return;
     cellindex.lists.Append(p, finite);
-    if (NeedsOrder())
-        cellindex.ordered.Append(p, finite);
     cellindex.map.Mark(p);
     cellindex.count = i + 1;
     cellindex.newest = p;
@@ -446,11 +472,6 @@ static double LaunchRadius()
     return 2 * growthstate.branchlength + growthstate.radius;
 }
 
-static bool NeedsOrder()
-{
-    return growthstate.branchlength < kOrderedReach;
-}
-
 static int ScanAll()
 {
     Scan scan;
@@ -460,17 +481,16 @@ static int ScanAll()
     return -1;
 }
 
-// The newest eligible particle nearer than a branch length. Where that is 1 or more, it is the partner: no
-// signed difference of its coordinates exceeds the branch length, nor the square of that, nor the scan's
-// minimum before it.
-static int NewestWithinReach()
+// The newest eligible particle nearer than a branch length whose index is below `below`. Where the branch
+// length is 1 or more, the newest of all is the partner: no signed difference of its coordinates exceeds the
+// branch length, nor the square of that, nor the scan's minimum before it.
+static int NewestWithinReach(int below)
 {
     const Scan scan;
     int newest = -1;
     for (int i : cellindex.lists.Around(scan.pos)) {
         for (; i > newest; i = cellindex.lists.Next(i)) {
-            const Vector d = cells[i].p - scan.pos;
-            if (DotProduct(d, d) < scan.reach2 && scan.IsEligible(i)) {
+            if (i < below && scan.SquaredDistance(i) < scan.reach2 && scan.IsEligible(i)) {
                 newest = i;
                 break;
             }
@@ -479,23 +499,30 @@ static int NewestWithinReach()
     return newest;
 }
 
-// The scan over the particles within kOrderedReach and perhaps some beyond, merged from their lists newest
-// first. Those at a distance of 1 or more leave a minimum of 1 or more, which no difference of a nearer
-// particle exceeds: they could as well be left out.
-static int ScanInOrder()
+// Below a branch length of 1 the scan can pass over a particle within reach: when a newer particle, not
+// itself passed over, has a squared distance below one of its signed differences. Until the scan stops, every
+// squared distance that counts is at least the branch length's square; so a particle whose differences do not
+// exceed that is never passed over. Where these two facts do not decide, the scan does.
+static int PartnerInOrder(int newest)
 {
-    Scan scan;
-    CellLists::Lists heads = cellindex.ordered.Around(scan.pos);
-    for (;;) {
-        int newest = -1;
-        for (const int i : heads)
-            newest = i > newest ? i : newest;
-        if (newest < 0)
-            return -1;
-        for (int &i : heads)
-            if (i == newest)
-                i = cellindex.ordered.Next(i);
-        if (scan.IsEligible(newest) && scan.Visit(newest))
-            return scan.partner;
+    const Scan scan;
+    for (int i = newest; i >= 0; i = NewestWithinReach(i)) {
+        const double difference = scan.LargestDifference(i);
+        if (difference <= scan.reach2)
+            return i;
+        bool contested = false;
+        bool passedover = false;
+        const bool searched = cellindex.lists.VisitNewer(scan.pos, std::sqrt(difference), i, [&](int q) {
+            if (!scan.IsEligible(q) || !(scan.SquaredDistance(q) < difference))
+                return true;
+            contested = true;
+            passedover = scan.LargestDifference(q) <= scan.reach2;
+            return !passedover;
+        });
+        if (!searched || (contested && !passedover))
+            return ScanAll();
+        if (!contested)
+            return i;
     }
+    return -1;
 }
