@@ -19,18 +19,26 @@ constexpr double kMargin = 1.01;
 constexpr double kFarthestCell = 1e9;
 constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
-// Where the map of clearances ends, in launch radii; it is made anew when the aggregate outgrows it.
+// More classes than this share one map of clearances.
+constexpr int kMostMaps = 16;
+// Where the maps end, in launch radii; they are made anew when the aggregate outgrows them.
 constexpr double kMapRoom = 1.25;
-// Bytes that the map may take, as a whole and per particle. A map that needs more gets coarser cells.
+// Bytes that the maps may take, together: for themselves and per particle.
 constexpr double kMapBytes = 8e6;
 constexpr double kMapBytesPerParticle = 40;
 
 // The scan's state, and its test of one particle ----------------------------------------------------------
 
+// Particles attach only to those of their own class, index mod this.
+static int Classes()
+{
+    return growthstate.association && growthstate.nroots > 0 ? growthstate.nroots : 1;
+}
+
 struct Scan {
     Vector pos = growthstate.pos;
     double reach2 = growthstate.branchlength * growthstate.branchlength;
-    int classes = growthstate.association && growthstate.nroots > 0 ? growthstate.nroots : 1;
+    int classes = Classes();
     int wanted = ncells % classes;
     double dmin = kFarAway;
     int partner = -1;
@@ -179,13 +187,13 @@ class ClearanceMap
 {
 public:
     // A map of the cube from -extent to extent whose smallest cells have at least the given edge.
-    void Start(double smallestedge, double wantedextent, int count)
+    // It takes at most `bytes`, and coarser cells where it must.
+    void Start(double smallestedge, double wantedextent, double bytes)
     {
-        levels.clear();
         extent = wantedextent;
         edge = kMargin * smallestedge;
-        const double budget = 4 * (kMapBytes + kMapBytesPerParticle * count);
-        while (std::pow(2 * extent / edge + 1, 3) > budget)
+        constexpr double cellsperbyte = 4; // two bits a cell
+        while (std::pow(2 * extent / edge + 1, 3) > cellsperbyte * bytes)
             edge *= 2;
         inverse = 1 / edge;
         int size = static_cast<int>(2 * extent / edge) + 1;
@@ -199,13 +207,10 @@ public:
         last = 0;
     }
 
-    // No map: nothing is known to be clear.
-    void Clear() { levels.clear(); }
-
     void Mark(Vector p)
     {
         int x, y, z;
-        if (levels.empty() || !FindCell(p, &x, &y, &z))
+        if (!FindCell(p, &x, &y, &z))
             return;
         for (Level &level : levels) {
             if (!level.Occupy(x, y, z))
@@ -220,7 +225,7 @@ public:
     double Clearance(Vector p)
     {
         int x, y, z;
-        if (levels.empty() || !FindCell(p, &x, &y, &z))
+        if (!FindCell(p, &x, &y, &z))
             return 0;
         if (!levels[0].Contains(x, y, z))
             return 0;
@@ -328,12 +333,14 @@ struct CellIndex {
     const Particle *array = nullptr;
     int count = -1;
     double branchlength = 0;
+    int classes = 1;
     Vector newest = {0, 0, 0};
 
     bool usable = false; // every particle has a cell
     CellLists lists;
-    ClearanceMap map;
-    double mapextent = 0; // what the map was made to cover
+    // A map for each class, or one for all particles. None: nothing is known to be clear.
+    std::vector<ClearanceMap> maps;
+    double mapextent = 0; // what they were made to cover
 
     // A ball that is free of walkers' partners: no particle lies within a branch length of a point in it.
     Vector freecentre = {0, 0, 0};
@@ -347,7 +354,8 @@ static bool NewestIsUnmoved();
 static bool Prepare();
 static void Build();
 static void Insert(int i);
-static void MakeMap();
+static void MakeMaps();
+static ClearanceMap *MapOf(int i);
 static double LaunchRadius();
 static int ScanAll();
 static int NewestWithinReach(int below);
@@ -364,11 +372,13 @@ int FindPartner()
     if (!Prepare() || !cellindex.lists.Holds(pos))
         return ScanAll();
 
-    const double free = cellindex.map.Clearance(pos) - growthstate.branchlength;
-    if (free >= 0) {
-        cellindex.freecentre = pos;
-        cellindex.freeradius2 = free * free;
-        return -1;
+    if (ClearanceMap *map = MapOf(ncells); map != nullptr) {
+        const double free = map->Clearance(pos) - growthstate.branchlength;
+        if (free >= 0) {
+            cellindex.freecentre = pos;
+            cellindex.freeradius2 = free * free;
+            return -1;
+        }
     }
     const int newest = NewestWithinReach(ncells);
     return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
@@ -398,13 +408,14 @@ void DropCellIndex()
 static bool IsCurrent()
 {
     return cellindex.array == cells && cellindex.count == ncells &&
-           cellindex.branchlength == growthstate.branchlength;
+           cellindex.branchlength == growthstate.branchlength && cellindex.classes == Classes();
 }
 
 static bool NewestIsUnmoved()
 {
     const Vector p = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
-    return p.x == cellindex.newest.x && p.y == cellindex.newest.y && p.z == cellindex.newest.z;
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    return same(p.x, cellindex.newest.x) && same(p.y, cellindex.newest.y) && same(p.z, cellindex.newest.z);
 }
 
 // Makes the index current. Returns false where the aggregate cannot be indexed, or memory does not suffice.
@@ -414,7 +425,7 @@ static bool Prepare()
         if (!IsCurrent() || !NewestIsUnmoved())
             Build();
         else if (cellindex.usable && LaunchRadius() > cellindex.mapextent)
-            MakeMap();
+            MakeMaps();
     } catch (const std::bad_alloc &) {
         cellindex = CellIndex();
         return false;
@@ -426,14 +437,15 @@ static void Build()
 {
     DropCellIndex();
     cellindex.branchlength = growthstate.branchlength;
+    cellindex.classes = Classes();
     cellindex.usable =
         growthstate.branchlength >= kShortestBranch && growthstate.branchlength <= kLongestBranch;
     if (cellindex.usable) {
         cellindex.lists.Start(growthstate.branchlength, ncells);
-        cellindex.map.Clear();
+        cellindex.maps.clear();
         for (int i = 0; i < ncells && cellindex.usable; i++)
             Insert(i);
-        MakeMap();
+        MakeMaps();
     }
     cellindex.array = cells;
     cellindex.count = ncells;
@@ -449,22 +461,35 @@ static void Insert(int i)
     if (!cellindex.usable)
         return;
     cellindex.lists.Append(p, finite);
-    cellindex.map.Mark(p);
+    if (ClearanceMap *map = MapOf(i); map != nullptr)
+        map->Mark(p);
     cellindex.count = i + 1;
     cellindex.newest = p;
     cellindex.freeradius2 = -1;
 }
 
-static void MakeMap()
+static void MakeMaps()
 {
-    cellindex.map.Clear();
+    cellindex.maps.clear();
     cellindex.freeradius2 = -1;
     cellindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
     if (!(cellindex.mapextent / growthstate.branchlength < kFarthestCell))
         return; // searched without a map
-    cellindex.map.Start(kMargin * growthstate.branchlength, cellindex.mapextent, ncells);
+    const int count = cellindex.classes <= kMostMaps ? cellindex.classes : 1;
+    const double bytes = (kMapBytes + kMapBytesPerParticle * ncells) / count;
+    cellindex.maps.resize(static_cast<std::size_t>(count));
+    for (ClearanceMap &map : cellindex.maps)
+        map.Start(kMargin * growthstate.branchlength, cellindex.mapextent, bytes);
     for (int i = 0; i < ncells; i++)
-        cellindex.map.Mark(cells[i].p);
+        MapOf(i)->Mark(cells[i].p);
+}
+
+// The map that a particle of index i is marked in, or nullptr.
+static ClearanceMap *MapOf(int i)
+{
+    if (cellindex.maps.empty())
+        return nullptr;
+    return &cellindex.maps[static_cast<std::size_t>(i) % cellindex.maps.size()];
 }
 
 static double LaunchRadius()
