@@ -32,15 +32,14 @@ static void MoveAtRandom();
 static void Drift();
 static void Rotate();
 static bool MeetsBranch(int partner);
-static bool MeetsSurface(int partner);
-static bool CutsSurface(int partner, const std::vector<int> &faces);
-static bool PokesThroughGap(const std::vector<int> &faces);
+static bool CutsSurface(int partner);
+static bool PokesThroughGap();
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
 static void AddFlow(int partner);
 static void UpdateExtent();
 
-static void StopGrowth();
+static bool StopGrowth();
 static double LaunchRadius();
 static void Explain(const char *rejection);
 
@@ -64,7 +63,7 @@ void IterateSystem()
     if (partner < 0 || r > growthstate.stickiness * kPercent)
         return;
 
-    if (MeetsBranch(partner) || MeetsSurface(partner) || !Stick(partner)) {
+    if (MeetsBranch(partner) || CutsSurface(partner) || PokesThroughGap() || !Stick(partner)) {
         growthstate.pos = undo;
         return;
     }
@@ -156,20 +155,13 @@ static bool MeetsBranch(int partner)
     return false;
 }
 
-static bool MeetsSurface(int partner)
-{
-    const std::vector<int> *faces = FacesNear(growthstate.pos, growthstate.branchlength);
-    if (faces == nullptr) {
-        StopGrowth();
-        return true;
-    }
-    return CutsSurface(partner, *faces) || PokesThroughGap(*faces);
-}
-
 // Whether the new branch crosses a face of the constraint surface.
-static bool CutsSurface(int partner, const std::vector<int> &faces)
+static bool CutsSurface(int partner)
 {
-    for (const int i : faces) {
+    const std::vector<int> *faces = FacesNear(growthstate.pos, cells[partner].p, 0);
+    if (faces == nullptr)
+        return StopGrowth();
+    for (const int i : *faces) {
         Vector hit;
         if (LinePlaneIntersect(i, &hit, growthstate.pos, cells[partner].p)) {
             Explain("*** Cuts constraint surface\n");
@@ -181,10 +173,13 @@ static bool CutsSurface(int partner, const std::vector<int> &faces)
 
 // Whether the walker is within a branch length of an edge of a face and on the outer side of that face: it
 // may have come through the gap between two faces.
-static bool PokesThroughGap(const std::vector<int> &faces)
+static bool PokesThroughGap()
 {
-    for (const int i : faces) {
-        if (IsNearEdge(stltri[i]) && DotProduct(growthstate.pos - stltri[i].midpoint, stltri[i].n) > 0) {
+    const std::vector<int> *faces = FacesNear(growthstate.pos, growthstate.pos, growthstate.branchlength);
+    if (faces == nullptr)
+        return StopGrowth();
+    for (const int i : *faces) {
+        if (DotProduct(growthstate.pos - stltri[i].midpoint, stltri[i].n) > 0 && IsNearEdge(stltri[i])) {
             Explain("*** Gap poke through\n");
             return true;
         }
@@ -211,8 +206,7 @@ static bool Stick(int partner)
         AddToCellIndex();
         return true;
     }
-    StopGrowth();
-    return false;
+    return !StopGrowth();
 }
 
 // Adds 1/n to the flow along the path from the partner to its root. The walk that counts n stops at index 0
@@ -248,12 +242,13 @@ static void UpdateExtent()
     extent = {ncells, growthstate.maxweight, growthstate.radius};
 }
 
-// For lack of memory. Says so once; the user may try again.
-static void StopGrowth()
+// For lack of memory; the step is refused. Says so once; the user may try again.
+static bool StopGrowth()
 {
     if (growthstate.running)
         fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     growthstate.running = 0;
+    return true;
 }
 
 static double LaunchRadius()
