@@ -79,6 +79,13 @@ struct Scan {
     }
 };
 
+// floor() of what fits an int, without a call.
+static int Floor(double value)
+{
+    const int truncated = static_cast<int>(value);
+    return truncated - (value < truncated ? 1 : 0);
+}
+
 // Lists of particles by cube of space, newest first -------------------------------------------------------
 
 class CellLists
@@ -160,17 +167,21 @@ private:
 
     [[nodiscard]] int Cell(double coordinate, double shift) const
     {
-        return static_cast<int>(std::floor(coordinate * inverse - shift));
+        return Floor(coordinate * inverse - shift);
     }
 
-    // Blocks of 4 x 4 x 4 cells lie together in memory; blocks that share a slot share their lists.
+    // Blocks of 4 x 4 x 4 cells lie together in memory; blocks that share a slot share their lists. A slot is
+    // made of a part for each coordinate.
     [[nodiscard]] std::size_t Slot(int x, int y, int z) const
     {
-        const auto hash = static_cast<std::size_t>(x >> 2) * 73856093U ^
-                          static_cast<std::size_t>(y >> 2) * 19349663U ^
-                          static_cast<std::size_t>(z >> 2) * 83492791U;
-        return (hash * 64 + static_cast<std::size_t>((x & 3) | (y & 3) << 2 | (z & 3) << 4)) &
-               (heads.size() - 1);
+        return (Part(x, 73856093U, 0) ^ Part(y, 19349663U, 2) ^ Part(z, 83492791U, 4)) & (heads.size() - 1);
+    }
+
+    static std::size_t Part(int coordinate, std::size_t factor, int shift)
+    {
+        const auto block = static_cast<std::size_t>(coordinate >> 2);
+        const auto within = static_cast<std::size_t>(coordinate & 3);
+        return block * factor << 6 | within << shift;
     }
 
     double inverse = 0;     // cells per unit of length
@@ -307,15 +318,13 @@ private:
     // The cell of the lowest level; returns false for a point too far away to have one.
     bool FindCell(Vector p, int *x, int *y, int *z) const
     {
-        const double cx = std::floor((p.x + extent) * inverse);
-        const double cy = std::floor((p.y + extent) * inverse);
-        const double cz = std::floor((p.z + extent) * inverse);
-        if (!(std::fabs(cx) < kFarthestCell && std::fabs(cy) < kFarthestCell &&
-              std::fabs(cz) < kFarthestCell))
+        const Vector c = {(p.x + extent) * inverse, (p.y + extent) * inverse, (p.z + extent) * inverse};
+        if (!(std::fabs(c.x) < kFarthestCell && std::fabs(c.y) < kFarthestCell &&
+              std::fabs(c.z) < kFarthestCell))
             return false;
-        *x = static_cast<int>(cx);
-        *y = static_cast<int>(cy);
-        *z = static_cast<int>(cz);
+        *x = Floor(c.x);
+        *y = Floor(c.y);
+        *z = Floor(c.z);
         return true;
     }
 
