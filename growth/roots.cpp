@@ -127,7 +127,6 @@ SeedFileResult ReadSeedFile(const char *path)
         growthstate.radius = std::max(growthstate.radius, Modulus(p));
     }
     fclose(file);
-    ForgetAggregate();
 
     if (growthstate.nroots == 0) {
         growthstate.nroots = 1;

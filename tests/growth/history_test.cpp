@@ -178,6 +178,29 @@ TEST(History, LargeAggregatesGrowAsByThePlainReference)
     }
 }
 
+// Roots read anew, of which only the first, not looked at by the index when it is asked, has moved.
+TEST(History, TheIndexFollowsNewRoots)
+{
+    StartAfresh();
+    for (const char *first : {"0 0 0", "9 9 9", "-3 2 1"}) {
+        const TemporaryFile file(std::string(first) + "\n5 5 5\n");
+        ASSERT_EQ(ReadSeedFile(file.path()), kSeedFileRead);
+        growthstate.bias = 0;
+        const Vector root = cells[0].p;
+        for (int i = 0; i < 200 && ncells == 2; i++) {
+            growthstate.pos = {root.x + 0.9, root.y, root.z};
+            growthstate.stepcount = 1;
+            IterateSystem();
+        }
+        ASSERT_EQ(ncells, 3) << first;
+        EXPECT_EQ(cells[2].parent, 0);
+        ncells = 2; // as if it had not stuck: the next roots are as many, at the same place in memory
+        growthstate.pos = {0, -8, -5};
+        growthstate.stepcount = 1;
+        IterateSystem();
+    }
+}
+
 // A search after a particle was moved where the index can notice it, or is told.
 TEST(History, TheIndexFollowsChangedParticles)
 {
