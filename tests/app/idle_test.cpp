@@ -52,12 +52,16 @@ TEST_F(Idle, PanelsArePolledWhileOneIsVisibleOnceTheDelayHasPassed)
         *visible = 0;
     }
     settingformvisible = 1;
-    options.framerate = 1e9;
-    HandleIdle();
-    ForgetCalls();
-    options.framerate = 1e-9;
-    HandleIdle(); // right after a redisplay
-    EXPECT_EQ(CountCalls("fl_check_forms"), 0);
+    int polled = 1;
+    for (int attempt = 0; attempt < 10 && polled > 0; attempt++) { // one at least without the machine stalling
+        options.framerate = 1e9;
+        HandleIdle();
+        ForgetCalls();
+        options.framerate = 1e-9;
+        HandleIdle(); // right after a redisplay
+        polled = CountCalls("fl_check_forms");
+    }
+    EXPECT_EQ(polled, 0);
 }
 
 TEST_F(Idle, RedisplaysAtTheFrameRateAndTurnsTheCamera)
