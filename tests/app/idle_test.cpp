@@ -53,7 +53,8 @@ TEST_F(Idle, PanelsArePolledWhileOneIsVisibleOnceTheDelayHasPassed)
     }
     settingformvisible = 1;
     int polled = 1;
-    for (int attempt = 0; attempt < 10 && polled > 0; attempt++) { // one at least without the machine stalling
+    for (int attempt = 0; attempt < 10 && polled > 0;
+         attempt++) { // one at least without the machine stalling
         options.framerate = 1e9;
         HandleIdle();
         ForgetCalls();
