@@ -2,7 +2,7 @@
 
 #include "growth/state.h"
 
-static void SwingCamera(double theta, Vector axis, Vector right);
+static void SwingCamera(double theta, Vector axis, Vector right, double distance);
 
 void CameraHome()
 {
@@ -28,13 +28,14 @@ void CameraHome()
 
 void RotateCamera(double ix, double iy, double iz)
 {
+    const double distance = Modulus(camera.vp);
     const Vector right = RightVector();
     if (iz != 0)
         camera.vu = ArbitraryRotate(camera.vu, iz, camera.vd);
     if (ix != 0)
-        SwingCamera(ix, camera.vu, right);
+        SwingCamera(ix, camera.vu, right, distance);
     if (iy != 0)
-        SwingCamera(iy, right, right);
+        SwingCamera(iy, right, right, distance);
     Normalise(&camera.vu);
 }
 
@@ -43,11 +44,10 @@ Vector RightVector()
     return CrossProduct(camera.vd, camera.vu);
 }
 
-// Turns the view direction by theta radians about an axis and aims at the origin from the old distance; the
+// Turns the view direction by theta radians about an axis and aims at the origin from a distance; the
 // up vector becomes right x vd, not yet of unit length.
-static void SwingCamera(double theta, Vector axis, Vector right)
+static void SwingCamera(double theta, Vector axis, Vector right, double distance)
 {
-    const double distance = Modulus(camera.vp);
     camera.vd = ArbitraryRotate(camera.vd, theta, axis);
     Normalise(&camera.vd);
     camera.vp = -distance * camera.vd;
