@@ -7,6 +7,7 @@
 
 #include "growth/cell_lists.h"
 #include "growth/clearance_map.h"
+#include "growth/growth_step.h"
 #include "growth/state.h"
 
 // Larger than any squared distance in an aggregate: where the scan's minimum starts.
@@ -104,7 +105,6 @@ static void Build();
 static void Insert(int i);
 static void MakeMaps();
 static ClearanceMap *MapOf(int i);
-static double LaunchRadius();
 static int ScanAll();
 static int NewestWithinReach(int below);
 static int PartnerInOrder(int newest);
@@ -238,11 +238,6 @@ static ClearanceMap *MapOf(int i)
     if (cellindex.maps.empty())
         return nullptr;
     return &cellindex.maps[static_cast<std::size_t>(i) % cellindex.maps.size()];
-}
-
-static double LaunchRadius()
-{
-    return 2 * growthstate.branchlength + growthstate.radius;
 }
 
 static int ScanAll()

@@ -40,7 +40,6 @@ static void AddFlow(int partner);
 static void UpdateExtent();
 
 static bool StopGrowth();
-static double LaunchRadius();
 static void Explain(const char *rejection);
 
 void IterateSystem()
@@ -76,6 +75,11 @@ void ForgetAggregate()
 {
     DropCellIndex();
     extent.count = -1;
+}
+
+double LaunchRadius()
+{
+    return 2 * growthstate.branchlength + growthstate.radius;
 }
 
 static void LaunchWalker()
@@ -249,11 +253,6 @@ static bool StopGrowth()
         fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     growthstate.running = 0;
     return true;
-}
-
-static double LaunchRadius()
-{
-    return 2 * growthstate.branchlength + growthstate.radius;
 }
 
 static void Explain(const char *rejection)

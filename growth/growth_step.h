@@ -15,3 +15,6 @@ void IterateSystem();
 // Whoever replaces the particles of cells, rather than appends to them, says so: what growth knows of them is
 // dropped.
 void ForgetAggregate();
+
+// Radius of the sphere about the origin on which walkers start and beyond which they do not go.
+double LaunchRadius();
