@@ -1,8 +1,8 @@
 #include "app/idle.h"
 
 #include <GL/glut.h>
-#include <forms.h>
 
+#include "app/panels.h"
 #include "geom/clock.h"
 #include "growth/generators.h"
 #include "growth/growth_step.h"
@@ -16,7 +16,6 @@ constexpr double kPanelDelay = 0.02;
 constexpr double kSpinUnits = 200;
 
 static void Grow();
-static void PollPanels();
 
 void HandleIdle()
 {
@@ -47,10 +46,4 @@ static void Grow()
     const HeldGenerators held;
     for (int i = 0; i < kStepsPerCall; i++)
         IterateSystem();
-}
-
-static void PollPanels()
-{
-    if (settingformvisible || stlformvisible || sliceformvisible)
-        fl_check_forms();
 }

@@ -9,13 +9,18 @@
 
 #include "app/command_line.h"
 #include "app/idle.h"
+#include "export/slicing_panel.h"
 #include "growth/roots.h"
+#include "growth/settings_panel.h"
 #include "growth/state.h"
+#include "surface/transform_panel.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
+#include "viewer/menus.h"
 
 static void StartForms(char *path);
+static void CreatePanels();
 static void OpenWindow(int argc, char **argv);
 static void RegisterCallbacks();
 
@@ -26,6 +31,7 @@ void RunProgram(int argc, char **argv)
     SetProgramDefaults();
     ReadSwitches(argc, argv);
     StartForms(argv[0]);
+    CreatePanels();
     OpenWindow(argc, argv);
     RegisterCallbacks();
     // Numbers in files and panels always use a decimal point.
@@ -40,10 +46,23 @@ static void StartForms(char *path)
     char *arguments[] = {path, nullptr};
     if (options.debug)
         fputs("Initialising forms library\n", stderr);
+    // By itself the toolkit takes a visual with an alpha channel where there is one; without a compositing
+    // manager its windows then lie unpainted over each other.
+    FL_IOPT settings = {};
+    settings.vclass = FL_DefaultVisual;
+    fl_set_defaults(FL_PDVisual, &settings);
     if (fl_initialize(&count, arguments, "Sarkelo", nullptr, 0) == nullptr)
         exit(EXIT_FAILURE); // the library has said why
     if (options.debug)
         fputs("Initialised forms library\n", stderr);
+}
+
+static void CreatePanels()
+{
+    settingform = create_form_settingform();
+    stlform = create_form_stlform();
+    sliceform = create_form_sliceform();
+    UpdateForms();
 }
 
 static void OpenWindow(int argc, char **argv)
@@ -61,6 +80,7 @@ static void RegisterCallbacks()
 {
     glutDisplayFunc(HandleDisplay);
     glutReshapeFunc(HandleReshape);
+    CreateMenus();
     glutKeyboardFunc(HandleKeyboard);
     glutSpecialFunc(HandleSpecialKeyboard);
     glutMouseFunc(HandleMouse);

@@ -6,12 +6,15 @@
 
 #include "growth/array.h"
 #include "growth/growth_step.h"
+#include "growth/memory.h"
 #include "growth/state.h"
 
 // Least distance from the range of several roots to the edge of the launch area.
 constexpr double kRootMargin = 10;
 // The largest roottype that places roots.
 constexpr int kLastRootType = 9;
+// Memory that a root takes, in the aggregate and in the index over it.
+constexpr std::size_t kBytesPerRoot = 2 * sizeof(Particle);
 
 // How one coordinate of a root is made; R is rootrange, theta the root's share of the full circle.
 enum Coordinate {
@@ -96,6 +99,22 @@ int ResetSeeds()
     return 1;
 }
 
+void RestartFromRoots()
+{
+    InitialiseGrowth();
+    ResetSeeds();
+}
+
+bool MemoryHoldsRoots(int count)
+{
+    return count <= 0 || static_cast<std::size_t>(count) <= AvailableMemory() / kBytesPerRoot;
+}
+
+const char *RootTypeName(int roottype)
+{
+    return FindDistribution(roottype).name;
+}
+
 void HandleRootMenu(int id)
 {
     growthstate.roottype = id;
@@ -110,8 +129,7 @@ SeedFileResult ReadSeedFile(const char *path)
         return kSeedFileUnopened;
 
     growthstate.nroots = 0;
-    InitialiseGrowth();
-    ResetSeeds();
+    RestartFromRoots();
     ncells = 0;
     SetRootName(path);
 
@@ -131,8 +149,7 @@ SeedFileResult ReadSeedFile(const char *path)
     if (growthstate.nroots == 0) {
         growthstate.nroots = 1;
         growthstate.roottype = kRootOrigin;
-        InitialiseGrowth();
-        ResetSeeds();
+        RestartFromRoots();
         return kSeedFileEmpty;
     }
     if (options.debug)

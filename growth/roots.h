@@ -15,6 +15,15 @@ void InitialiseGrowth();
 // rootrange). Returns 1, or 0 with everything as it was when memory does not hold the roots.
 int ResetSeeds();
 
+// Starts a run from roots placed afresh, as InitialiseGrowth and then ResetSeeds do.
+void RestartFromRoots();
+
+// Whether the memory that is free holds an aggregate of `count` roots.
+bool MemoryHoldsRoots(int count);
+
+// Name of the distribution `roottype`, one of RootType.
+const char *RootTypeName(int roottype);
+
 // Menu callback: records distribution id and its name; roots are placed so at the next ResetSeeds.
 void HandleRootMenu(int id);
 

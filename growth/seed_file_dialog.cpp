@@ -4,6 +4,7 @@
 
 #include <forms.h>
 
+#include "growth/control_panel.h"
 #include "growth/roots.h"
 
 int ReadRoots()
@@ -15,6 +16,7 @@ int ReadRoots()
 
     switch (ReadSeedFile(path.c_str())) {
     case kSeedFileRead:
+        UpdateForms();
         return 1;
     case kSeedFileUnopened:
         fl_show_message("File Error", "Failed to read seed file", path.c_str());
@@ -23,6 +25,7 @@ int ReadRoots()
         fl_show_message("File Error", "Failed to read any root positions", "Resetting");
         return 0;
     case kSeedFileOutOfMemory:
+        UpdateForms();
         fl_show_message("File Error", "Not enough memory for all roots of this seed file", path.c_str());
         return 1;
     }

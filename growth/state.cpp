@@ -22,7 +22,7 @@ void SetProgramDefaults()
     options.framerate = 30.0;
     options.showextras = 1;
     options.showinfo = 1;
-    options.surfacemode = 2;
+    options.surfacemode = kSurfaceWireframe;
     options.dlamode = kAggregateLines;
     options.marker1[0] = 10;
     options.marker2[2] = 10;

@@ -92,6 +92,9 @@ extern GrowthState growthstate;
 // How the aggregate is drawn (options.dlamode).
 enum AggregateMode { kAggregateOff = 1, kAggregatePoints = 2, kAggregateLines = 3, kAggregateTubes = 5 };
 
+// How the constraint surface is drawn (options.surfacemode).
+enum SurfaceMode { kSurfaceOff = 1, kSurfaceWireframe, kSurfaceMidpoints, kSurfaceVertices, kSurfaceSolid };
+
 struct Options {
     int debug;           // verbose mode: progress and rejections go to standard error
     int fullscreen;      // open the window full screen
@@ -100,7 +103,7 @@ struct Options {
     double framerate;    // redisplays per second
     int showextras;      // draw circles, axes, launches, roots and lights
     int showinfo;        // draw the information text
-    int surfacemode;     // drawing mode of the constraint surface
+    int surfacemode;     // SurfaceMode
     int dlamode;         // AggregateMode
     int byteswap;        // reverse the bytes of numbers read from binary STL files
     int autospin;        // camera turn per redisplay, in 1/200 radian

@@ -18,6 +18,7 @@ Vector stlmin = {kUnbounded, kUnbounded, kUnbounded};
 Vector stlmax = {-kUnbounded, -kUnbounded, -kUnbounded};
 Vector stlmid = {0, 0, 0};
 
+static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles);
 static void RemoveBadFaces();
 static bool IsBadFace(const Triangle &t);
 static void DeriveFaceData(Triangle *t);
@@ -36,6 +37,20 @@ void UpdateSTL()
         fprintf(stderr, "        %g <= z <= %g\n", stlmin.z, stlmax.z);
         fprintf(stderr, "Midpoint: %g %g %g\n", stlmid.x, stlmid.y, stlmid.z);
     }
+}
+
+void TransformSTL(Vector scale, Vector shift, Vector rotate)
+{
+    if (options.debug) {
+        fprintf(stderr, "Scale  : %g,%g,%g\n", scale.x, scale.y, scale.z);
+        fprintf(stderr, "Shift  : %g,%g,%g\n", shift.x, shift.y, shift.z);
+        fprintf(stderr, "Rotate : %g,%g,%g\n", rotate.x, rotate.y, rotate.z);
+    }
+    const Vector angles = kDegreesToRadians * rotate;
+    for (int i = 0; i < nstltri; i++)
+        for (Vector &corner : stltri[i].p)
+            corner = TransformPoint(corner, scale, shift, angles);
+    UpdateSTL();
 }
 
 int LinePlaneIntersect(int index, Vector *hit, Vector p1, Vector p2)
@@ -63,6 +78,14 @@ double PointPlaneDist(int index, Vector point)
 {
     const Triangle &t = stltri[index];
     return t.A * point.x + t.B * point.y + t.C * point.z + t.D;
+}
+
+static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles)
+{
+    p = RotateX(p, angles.x);
+    p = RotateY(p, angles.y);
+    p = RotateZ(p, angles.z);
+    return {p.x * scale.x + shift.x, p.y * scale.y + shift.y, p.z * scale.z + shift.z};
 }
 
 static void RemoveBadFaces()

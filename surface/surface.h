@@ -25,6 +25,11 @@ extern Vector stlmid;
 // computes normals, planes, centres and bounds. In verbose mode reports them to standard error.
 void UpdateSTL();
 
+// Rotates every corner about the x, then the y, then the z axis by the angles `rotate` in degrees, scales it
+// about the origin and shifts it, then calls UpdateSTL: a scale of 0 flattens the surface, and the faces that
+// vanish thereby are removed. In verbose mode reports the three to standard error.
+void TransformSTL(Vector scale, Vector shift, Vector rotate);
+
 // 1 when the segment p1-p2 crosses triangle `index` of stltri, else 0. *hit is where its line meets the
 // triangle's plane, unchanged where they are parallel. A point is inside the triangle when the angles to its
 // corners close the full circle to within 1e-5 degrees.

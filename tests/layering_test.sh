@@ -18,10 +18,13 @@ forbid() {
 forbid geom growth surface analysis export image viewer app
 forbid growth analysis export image viewer app
 forbid surface analysis export image viewer app
+forbid analysis viewer app
+forbid export viewer app
+forbid image growth surface analysis export viewer app
 forbid viewer app
 
 toolkit='_(panel|drawing|menu|dialog)\.(h|cpp)$'
-for file in $(find geom growth surface -name '*.h' -o -name '*.cpp' | grep -vE "$toolkit"); do
+for file in $(find geom growth surface analysis export image -name '*.h' -o -name '*.cpp' 2>/dev/null | grep -vE "$toolkit"); do
     if grep -nE '#include <(GL/|X11/|forms\.h)|#include ".*_(panel|drawing|menu|dialog)\.h"' "$file"; then
         echo "$file is core and must not use a toolkit"
         faults=1

@@ -6,6 +6,7 @@
 #include "growth/state.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/camera.h"
+#include "viewer/surface_drawing.h"
 
 // Where an eye stands, in half eye separations to the right of the view point.
 constexpr double kLeftEye = -1;
@@ -47,20 +48,24 @@ static void DrawMono()
 {
     ClearBuffer(GL_BACK);
     AimEye(kMonoEye);
+    DrawSTL(options.surfacemode, 0);
     DrawDLA(options.dlamode);
 }
 
+// Each eye sees the aggregate drawn before the surface, the other way round than in mono (kept).
 static void DrawStereo()
 {
     const bool active = camera.stereo == kStereoActive;
     ClearBuffer(active ? GL_BACK_RIGHT : GL_BACK);
     AimEye(kRightEye);
     DrawDLA(options.dlamode);
+    DrawSTL(options.surfacemode, 0);
 
     if (active)
         ClearBuffer(GL_BACK_LEFT);
     AimEye(kLeftEye);
     DrawDLA(options.dlamode);
+    DrawSTL(options.surfacemode, 0);
 }
 
 static void ClearBuffer(GLenum buffer)

@@ -6,6 +6,7 @@
 
 #include "growth/state.h"
 #include "viewer/camera.h"
+#include "viewer/menus.h"
 
 constexpr unsigned char kEscape = 27;
 // Factor of one zoom or dolly step.
@@ -85,6 +86,18 @@ void HandleSpecialKeyboard(int key, int, int)
 {
     RecordShift();
     switch (key) {
+    case GLUT_KEY_F1:
+        HandleMainMenu(kCommandExtras);
+        break;
+    case GLUT_KEY_F2:
+        HandleMainMenu(kCommandInfo);
+        break;
+    case GLUT_KEY_F3:
+        HandleMainMenu(kCommandPause);
+        break;
+    case GLUT_KEY_F4:
+        HandleMainMenu(kCommandRestart);
+        break;
     case GLUT_KEY_LEFT:
         Turn(-kKeyTurn, true);
         break;

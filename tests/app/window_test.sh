@@ -3,46 +3,7 @@
 # and it ends on request. Dual-screen stereo shows a picture in each half.
 set -eu
 program=$1
-title="Diffusion Limited Aggregation"
-work=$(mktemp -d)
-. "$(dirname "$0")/../../packaging/packages.sh"
-start_virtual_display
-trap 'kill "$virtual_display" 2>/dev/null; rm -rf "$work"' EXIT
-cd "$work"
-
-fail() {
-    echo "$1" >&2
-    exit 1
-}
-
-# Starts the program with the given arguments and waits for its window.
-start() {
-    "$program" "$@" &
-    pid=$!
-    for _ in $(seq 100); do
-        if window=$(xdotool search --name "$title" 2>/dev/null); then
-            xdotool windowmove "$window" 0 0
-            return
-        fi
-        sleep 0.1
-    done
-    fail "no window"
-}
-
-key() {
-    # Keys go to the window under the pointer.
-    xdotool mousemove 400 300 key "$@"
-    sleep 0.5
-}
-
-picture() {
-    timeout 20 xwd -silent -name "$title" | xwdtopnm 2>/dev/null >"$1"
-}
-
-# Colours of an area (columns left to right) of a picture that are not black.
-colours() {
-    pnmcut -left "$2" -right "$3" "$1" | ppmhist -noheader | awk '$5 > 0 && $1 + $2 + $3 > 0' | wc -l
-}
+. "$(dirname "$0")/drive.sh"
 
 start
 sleep 4

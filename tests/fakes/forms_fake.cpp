@@ -1,6 +1,92 @@
+#include <list>
+#include <map>
+
 #include <forms.h>
 
 #include "fakes/recorder.h"
+
+static std::list<FL_OBJECT> objects;
+static std::map<FL_OBJECT *, std::string> inputs;
+
+static FL_OBJECT *Add(const char *name, int type, int x, int y, int width, int height, const char *label)
+{
+    Record(name, {double(type), double(x), double(y), double(width), double(height)}, label);
+    return &objects.emplace_back();
+}
+
+#define FAKE_OBJECT(name)                                                                                    \
+    extern "C" FL_OBJECT *name(int type, int x, int y, int width, int height, const char *label)             \
+    {                                                                                                        \
+        return Add(#name, type, x, y, width, height, label);                                                 \
+    }
+
+FAKE_OBJECT(fl_add_box)
+FAKE_OBJECT(fl_add_frame)
+FAKE_OBJECT(fl_add_button)
+FAKE_OBJECT(fl_add_checkbutton)
+FAKE_OBJECT(fl_add_text)
+FAKE_OBJECT(fl_add_input)
+
+extern "C" FL_FORM *fl_bgn_form(int type, int width, int height)
+{
+    static std::list<FL_FORM> forms;
+    Record("fl_bgn_form", {double(type), double(width), double(height)});
+    return &forms.emplace_back();
+}
+
+extern "C" void fl_end_form() {}
+
+extern "C" void fl_set_object_lsize(FL_OBJECT *, int size)
+{
+    Record("fl_set_object_lsize", {double(size)});
+}
+
+extern "C" void fl_set_object_lalign(FL_OBJECT *, int alignment)
+{
+    Record("fl_set_object_lalign", {double(alignment)});
+}
+
+extern "C" void fl_set_object_lstyle(FL_OBJECT *, int style)
+{
+    Record("fl_set_object_lstyle", {double(style)});
+}
+
+extern "C" FL_FORM_ATCLOSE fl_set_form_atclose(FL_FORM *, FL_FORM_ATCLOSE callback, void *data)
+{
+    fakeclose = [=] { return callback(nullptr, data); };
+    return nullptr;
+}
+
+extern "C" Window fl_show_form(FL_FORM *, int place, int border, const char *title)
+{
+    Record("fl_show_form", {double(place), double(border)}, title);
+    return 0;
+}
+
+extern "C" void fl_hide_form(FL_FORM *)
+{
+    Record("fl_hide_form");
+}
+
+extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
+{
+    inputs[input] = text;
+}
+
+extern "C" const char *fl_get_input(FL_OBJECT *input)
+{
+    return inputs[input].c_str();
+}
+
+extern "C" int fl_get_button(FL_OBJECT *)
+{
+    return fakebutton;
+}
+
+extern "C" void fl_set_defaults(unsigned long mask, FL_IOPT *settings)
+{
+    Record("fl_set_defaults", {double(mask), double(settings->vclass)});
+}
 
 extern "C" Display *fl_initialize(int *count, char *arguments[], const char *name, FL_CMD_OPT *, int)
 {
@@ -12,7 +98,7 @@ extern "C" Display *fl_initialize(int *count, char *arguments[], const char *nam
 extern "C" FL_OBJECT *fl_check_forms()
 {
     Record("fl_check_forms");
-    return nullptr;
+    return fakeworked;
 }
 
 extern "C" const char *fl_show_fselector(const char *message, const char *directory, const char *pattern,

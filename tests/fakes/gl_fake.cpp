@@ -45,6 +45,16 @@ FAKE2(glPolygonMode, GLenum, GLenum)
 FAKE1(glShadeModel, GLenum)
 FAKE2(glColorMaterial, GLenum, GLenum)
 FAKE2(glLightModeli, GLenum, GLint)
+FAKE2(glNewList, GLuint, GLenum)
+FAKE0(glEndList)
+FAKE1(glCallList, GLuint)
+FAKE2(glDeleteLists, GLuint, GLsizei)
+
+extern "C" GLuint glGenLists(GLsizei)
+{
+    Record("glGenLists");
+    return fakelist;
+}
 
 extern "C" void glClearColor(GLfloat r, GLfloat g, GLfloat b, GLfloat a)
 {

@@ -70,3 +70,24 @@ extern "C" void glutMainLoop()
 {
     Record("glutMainLoop");
 }
+
+extern "C" int glutCreateMenu(void (*handler)(int))
+{
+    fakemenus.push_back(handler);
+    return static_cast<int>(fakemenus.size());
+}
+
+extern "C" void glutAddMenuEntry(const char *label, int id)
+{
+    Record("glutAddMenuEntry", {double(fakemenus.size()), double(id)}, label);
+}
+
+extern "C" void glutAddSubMenu(const char *label, int menu)
+{
+    Record("glutAddSubMenu", {double(fakemenus.size()), double(menu)}, label);
+}
+
+extern "C" void glutAttachMenu(int button)
+{
+    Record("glutAttachMenu", {double(fakemenus.size()), double(button)});
+}

@@ -6,6 +6,11 @@
 std::vector<Call> calls;
 int fakemodifiers = 0;
 std::string fakefile;
+unsigned fakelist = 7;
+FL_OBJECT_ *fakeworked = nullptr;
+int fakebutton = 0;
+std::function<int()> fakeclose;
+std::vector<void (*)(int)> fakemenus;
 RegisteredCallbacks registered;
 
 void ForgetCalls()

@@ -3,9 +3,12 @@
 
 #pragma once
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <vector>
+
+struct FL_OBJECT_;
 
 struct Call {
     std::string name;
@@ -28,9 +31,19 @@ std::string Text(const Call &call);
 // The calls whose name is in `names`, as text, one a line.
 std::string Transcript(std::initializer_list<const char *> names);
 
-// What the stand-ins answer: modifiers held, file selected (empty: cancelled).
+// What the stand-ins answer: modifiers held, file selected (empty: cancelled), the display list made next.
+extern unsigned fakelist;
 extern int fakemodifiers;
 extern std::string fakefile;
+
+// Panels: the object that the user has worked, the state of any button, and the closing of the panel built
+// last by the window manager.
+extern FL_OBJECT_ *fakeworked;
+extern int fakebutton;
+extern std::function<int()> fakeclose;
+
+// The handlers of the menus built; GLUT's ids count them from 1.
+extern std::vector<void (*)(int)> fakemenus;
 
 // The callbacks that the program has registered with GLUT.
 struct RegisteredCallbacks {

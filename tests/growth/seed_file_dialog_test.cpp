@@ -4,11 +4,13 @@
 
 #include "fakes/recorder.h"
 #include "growth/scenario.h"
+#include "panels.h"
 #include "temporary_file.h"
 
 TEST(SeedFileDialog, AnswersAndMessages)
 {
     StartAfresh();
+    CreatePanelsOnce();
     const TemporaryFile good("1 2 3\n4 5 6\n");
     const TemporaryFile empty("");
     const struct {
@@ -33,6 +35,9 @@ TEST(SeedFileDialog, AnswersAndMessages)
             EXPECT_EQ(CallsOf("fl_show_message").at(0).text, row.message);
         }
         EXPECT_EQ(growthstate.nroots, row.nroots);
+        if (row.nroots == 2) {
+            EXPECT_STREQ(fl_get_input(settingform->nroots), "2");
+        }
         EXPECT_EQ(ncells, row.nroots);
     }
 }

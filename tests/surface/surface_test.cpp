@@ -1,5 +1,6 @@
 #include "surface/surface.h"
 
+#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -90,4 +91,29 @@ TEST(Surface, LinePlaneIntersectFindsPointsInsideTheTriangle)
     hit = {9, 9, 9};
     EXPECT_FALSE(LinePlaneIntersect(0, &hit, {1, 1, 0}, {2, 1, 0})); // parallel
     EXPECT_EQ(hit.x, 9);
+}
+
+TEST(Surface, TransformRotatesThenScalesThenShifts)
+{
+    StartAfresh();
+    options.debug = 1;
+    AddFace({1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+    testing::internal::CaptureStderr();
+    TransformSTL({2, 2, 2}, {1, 0, 0}, {0, 0, 90});
+    EXPECT_EQ(testing::internal::GetCapturedStderr().substr(0, 47),
+              "Scale  : 2,2,2\nShift  : 1,0,0\nRotate : 0,0,90\nB");
+    options.debug = 0;
+    const Vector turned = RotateZ({1, 0, 0}, 90 * kDegreesToRadians);
+    EXPECT_TRUE(VectorEqual(stltri[0].p[0], {2 * turned.x + 1, 2 * turned.y, 0}));
+    EXPECT_TRUE(VectorEqual(stltri[0].p[2], {1, 0, 2}));
+
+    nstltri = 0;
+    AddFace({1, 2, 3}, {4, 6, 5}, {9, 7, 8});
+    TransformSTL({1, 2, 3}, {0, 0, 0}, {10, 20, 30}); // about x, then y, then z
+    const Vector p = RotateZ(RotateY(RotateX({4, 6, 5}, 10 * kDegreesToRadians), 20 * kDegreesToRadians),
+                             30 * kDegreesToRadians);
+    EXPECT_NEAR(stltri[0].p[1].x, p.x, 1e-12);
+    EXPECT_NEAR(stltri[0].p[1].y, 2 * p.y, 1e-12);
+    EXPECT_NEAR(stltri[0].p[1].z, 3 * p.z, 1e-12);
+    EXPECT_EQ(stlmax.z, std::max({stltri[0].p[0].z, stltri[0].p[1].z, stltri[0].p[2].z}));
 }

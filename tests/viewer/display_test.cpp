@@ -6,6 +6,7 @@
 #include "fakes/recorder.h"
 #include "growth/scenario.h"
 #include "viewer/camera.h"
+#include "viewer/surface_drawing.h"
 
 // One frame in a stereo mode, from home, in a window of 800 x 600; what sets it up and what is drawn, in
 // order. 1029 is GL_BACK, 1027 GL_BACK_RIGHT, 1026 GL_BACK_LEFT, 16640 colour and depth, 1 GL_LINES.
@@ -13,12 +14,14 @@ static std::string Frame(int stereo)
 {
     StartAfresh();
     CameraHome();
+    options.surfacemode = kSurfaceWireframe;
+    DrawSTL(options.surfacemode, 1);
     camera.stereo = stereo;
     HandleReshape(800, 600);
     ForgetCalls();
     HandleDisplay();
-    return Transcript(
-        {"glDrawBuffer", "glClear", "glViewport", "glFrustum", "gluLookAt", "glBegin", "glutSwapBuffers"});
+    return Transcript({"glDrawBuffer", "glClear", "glViewport", "glFrustum", "gluLookAt", "glBegin",
+                       "glCallList", "glutSwapBuffers"});
 }
 
 TEST(Display, Mono)
@@ -28,6 +31,7 @@ TEST(Display, Mono)
                                   "glViewport(0,0,800,600)\n"
                                   "glFrustum(-4.6188,4.6188,-3.4641,3.4641,6,600)\n"
                                   "gluLookAt(60,0,0,59,0,0,0,0,1)\n"
+                                  "glCallList(7)\n"
                                   "glBegin(1)\n"
                                   "glutSwapBuffers()\n");
 }
@@ -40,12 +44,14 @@ TEST(Display, ActiveStereoClearsAndDrawsEachBackBuffer)
                                     "glFrustum(-4.7188,4.5188,-3.4641,3.4641,6,600)\n"
                                     "gluLookAt(60,1,0,59,1,0,0,0,1)\n"
                                     "glBegin(1)\n"
+                                    "glCallList(7)\n"
                                     "glDrawBuffer(1026)\n"
                                     "glClear(16640)\n"
                                     "glViewport(0,0,800,600)\n"
                                     "glFrustum(-4.5188,4.7188,-3.4641,3.4641,6,600)\n"
                                     "gluLookAt(60,-1,0,59,-1,0,0,0,1)\n"
                                     "glBegin(1)\n"
+                                    "glCallList(7)\n"
                                     "glutSwapBuffers()\n");
 }
 
@@ -57,10 +63,12 @@ TEST(Display, DualScreenStereoHalvesTheWindow)
                                         "glFrustum(-2.4094,2.2094,-3.4641,3.4641,6,600)\n"
                                         "gluLookAt(60,1,0,59,1,0,0,0,1)\n"
                                         "glBegin(1)\n"
+                                        "glCallList(7)\n"
                                         "glViewport(0,0,400,600)\n"
                                         "glFrustum(-2.2094,2.4094,-3.4641,3.4641,6,600)\n"
                                         "gluLookAt(60,-1,0,59,-1,0,0,0,1)\n"
                                         "glBegin(1)\n"
+                                        "glCallList(7)\n"
                                         "glutSwapBuffers()\n");
 }
 

@@ -1,0 +1,19 @@
+// Built-in constraint surfaces, about as large as a young aggregate: radius 20 and height 40 about the
+// origin, axis along z. The plane lies below, at z = -20.
+
+#pragma once
+
+#include <span>
+
+struct Sample {
+    const char *name;
+    int id;
+};
+
+// Names and ids in the order of the menu. "None", id 100, is the first.
+std::span<const Sample> Samples();
+
+// Replaces the constraint surface by the sample of that id and names it in growthstate.surfacename; any id
+// that is no shape's leaves no surface, named "None". Returns 1, or 0 without a surface when memory does not
+// hold it.
+int BuildSample(int id);

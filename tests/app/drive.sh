@@ -1,0 +1,153 @@
+# Drives the real program on a virtual display as a person would: sourced by the tests with `program` set.
+
+title="Diffusion Limited Aggregation"
+work=$(mktemp -d)
+. "$(dirname "${BASH_SOURCE[0]}")/../../packaging/packages.sh"
+start_virtual_display
+trap 'kill "$virtual_display" 2>/dev/null; rm -rf "$work"' EXIT
+cd "$work"
+
+fail() {
+    echo "line ${BASH_LINENO[*]}: $1" >&2
+    exit 1
+}
+
+# Starts the program with the given arguments and waits for its window.
+start() {
+    "$program" "$@" &
+    pid=$!
+    for _ in $(seq 100); do
+        if window=$(xdotool search --name "$title" 2>/dev/null); then
+            xdotool windowmove "$window" 0 0
+            sleep 0.5
+            return
+        fi
+        sleep 0.1
+    done
+    fail "no window"
+}
+
+key() {
+    # Keys go to the window under the pointer.
+    xdotool mousemove 20 580 key "$@"
+    sleep 0.5
+}
+
+picture() {
+    timeout 20 xwd -silent -name "$title" | xwdtopnm 2>/dev/null >"$1"
+}
+
+# Colours of an area (columns left to right) of a picture that are not black.
+colours() {
+    pnmcut -left "$2" -right "$3" "$1" | ppmhist -noheader | awk '$5 > 0 && $1 + $2 + $3 > 0' | wc -l
+}
+
+# Menus: the entries from top to bottom, and how far an entry is from the next, in pixels.
+main_menu=("Settings" "Compute/save slices" "Read constraint surface from STL file" "Read seeds" "-"
+    "DLA drawing mode" "Constraint surface drawing mode" "-" "New particle distribution"
+    "Sample constraint surfaces" "Transform constraint surface" "Initial root distribution" "-"
+    "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)" "-" "Quit (q)")
+entry_height=25
+
+# choose ENTRY [NUMBER]: chooses an entry of the main menu, or the entry NUMBER (from 1) of the menu it opens.
+choose() {
+    local row=0 y
+    until [ "${main_menu[$row]}" = "$1" ]; do
+        row=$((row + 1))
+        [ $row -lt ${#main_menu[@]} ] || fail "no entry $1"
+    done
+    xdotool mousemove 20 20 click 3
+    sleep 0.4
+    y=$((34 + entry_height * row))
+    xdotool mousemove 60 $((y + 2))
+    sleep 0.2
+    xdotool mousemove 62 $y
+    sleep 0.3
+    if [ $# -gt 1 ]; then
+        local submenu
+        xdotool mousemove 64 $((y + 1))
+        sleep 0.3
+        # The menu that stands to the right of the main menu's left edge.
+        submenu=$(xwininfo -root -tree | sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk '$1 > 20' | head -1)
+        [ -n "$submenu" ] || fail "$1 opens no menu"
+        set -- "$1" "$2" $submenu
+        xdotool mousemove $(($3 + 20)) $((y + 2))
+        sleep 0.2
+        y=$(($4 + 14 + entry_height * ($2 - 1)))
+        xdotool mousemove $(($3 + 22)) $y
+        sleep 0.3
+    fi
+    xdotool click 1
+    sleep 0.7
+}
+
+# The panels by their sizes; panel SIZE prints the window, or nothing while it is hidden.
+settings=411x531 transform=351x291 slicing=421x251
+panel() {
+    xwininfo -root -tree | awk -v size="$1" '/XForm/ && index($0, " " size "+") { print $1; exit }'
+}
+
+# press PANEL X Y: clicks at a place of a panel.
+press() {
+    local id
+    id=$(panel "$1")
+    [ -n "$id" ] || fail "no panel $1"
+    xdotool mousemove --window "$id" "$2" "$3" click 1
+    sleep 0.2
+}
+
+# Closes the message box that stands there.
+answer() {
+    local id height
+    for _ in $(seq 30); do
+        id=$(xwininfo -root -tree | awk '/"Message"/ { print $1; exit }')
+        [ -n "$id" ] && break
+        sleep 0.1
+    done
+    [ -n "$id" ] || fail "no message"
+    height=$(xwininfo -id "$id" | awk '/Height:/ { print $2 }')
+    xdotool mousemove --window "$id" 200 $((height - 23)) click 1
+    sleep 0.4
+}
+
+# Types a path into the file selector that stands there; without one, cancels it.
+select_file() {
+    local id
+    for _ in $(seq 30); do
+        id=$(xwininfo -root -tree | awk '/"FileSelector"/ { print $1; exit }')
+        [ -n "$id" ] && break
+        sleep 0.1
+    done
+    [ -n "$id" ] || fail "no file selector"
+    if [ $# -eq 0 ]; then
+        xdotool mousemove --window "$id" 250 215 click 1
+    else
+        xdotool mousemove --window "$id" 140 302 click 1 key ctrl+e ctrl+u
+        xdotool type -- "$1"
+        xdotool key Return
+    fi
+    sleep 0.5
+}
+
+# type_into PANEL X Y TEXT: replaces the text of the input there and leaves it.
+type_into() {
+    press "$1" "$2" "$3"
+    xdotool key ctrl+e ctrl+u
+    [ -z "$4" ] || xdotool type -- "$4"
+    xdotool key Tab
+    sleep 0.2
+}
+
+# expect NAME VALUE: the program's record has the value (needs the program that shows its records).
+expect() {
+    local value
+    rm -f records
+    kill -USR1 "$pid"
+    for _ in $(seq 50); do
+        [ -f records ] && break
+        sleep 0.1
+    done
+    [ -f records ] || fail "the program does not answer"
+    value=$(sed -n "s/^$1 //p" records)
+    [ "$value" = "$2" ] || { echo "line ${BASH_LINENO[*]}: $1 is $value, not $2" >&2; exit 1; }
+}

@@ -1,0 +1,74 @@
+// The program, with its records to look at: on SIGUSR1 the next frame writes them to the file "records", one
+// name and value a line.
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+
+#include "app/program.h"
+#include "growth/state.h"
+#include "surface/surface.h"
+
+static volatile sig_atomic_t wanted = 0;
+
+static void WriteRecords()
+{
+    FILE *file = fopen("records.new", "w");
+    if (file == nullptr)
+        return;
+    const struct {
+        const char *name;
+        double value;
+    } numbers[] = {
+        {"placed",
+         double(std::count_if(cells, cells + ncells, [](const Particle &p) { return p.parent < 0; }))},
+        {"nstltri", double(nstltri)},
+        {"stlmaxx", stlmax.x},
+        {"sourcetype", double(growthstate.sourcetype)},
+        {"running", double(growthstate.running)},
+        {"branchlength", growthstate.branchlength},
+        {"bias", growthstate.bias},
+        {"stickiness", growthstate.stickiness},
+        {"thickfrom", growthstate.thickfrom},
+        {"thickto", growthstate.thickto},
+        {"seed", double(growthstate.seed)},
+        {"rotation", growthstate.rotation},
+        {"nroots", double(growthstate.nroots)},
+        {"rootrange", growthstate.rootrange},
+        {"roottype", double(growthstate.roottype)},
+        {"association", double(growthstate.association)},
+        {"intersectrange", growthstate.intersectrange},
+        {"showextras", double(options.showextras)},
+        {"showinfo", double(options.showinfo)},
+        {"surfacemode", double(options.surfacemode)},
+        {"dlamode", double(options.dlamode)},
+        {"slicecount", double(options.slicecount)},
+        {"sliceparam1", options.sliceparam1},
+        {"settingformvisible", double(settingformvisible)},
+        {"stlformvisible", double(stlformvisible)},
+        {"sliceformvisible", double(sliceformvisible)},
+    };
+    for (const auto &number : numbers)
+        fprintf(file, "%s %.10g\n", number.name, number.value);
+    fprintf(file, "surfacename %s\n", growthstate.surfacename);
+    fprintf(file, "rootname %s\n", growthstate.rootname);
+    fclose(file);
+    rename("records.new", "records");
+}
+
+extern "C" void __real_glutSwapBuffers();
+extern "C" void __wrap_glutSwapBuffers()
+{
+    __real_glutSwapBuffers();
+    if (!wanted)
+        return;
+    wanted = 0;
+    WriteRecords();
+}
+
+int main(int argc, char **argv)
+{
+    signal(SIGUSR1, [](int) { wanted = 1; });
+    RunProgram(argc, argv);
+    return 0;
+}

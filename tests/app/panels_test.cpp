@@ -1,0 +1,230 @@
+#include "app/panels.h"
+
+#include <climits>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include "fakes/recorder.h"
+#include "growth/growth_step.h"
+#include "growth/roots.h"
+#include "growth/scenario.h"
+#include "panels.h"
+#include "surface/samples.h"
+#include "surface/surface.h"
+
+class Panels : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        StartAfresh();
+        SetProgramDefaults();
+        CreatePanelsOnce();
+        settingformvisible = stlformvisible = sliceformvisible = 1;
+        ForgetCalls();
+    }
+    void TearDown() override { settingformvisible = stlformvisible = sliceformvisible = 0; }
+
+    static void Work(FL_OBJECT *object)
+    {
+        fakeworked = object;
+        PollPanels();
+        fakeworked = nullptr;
+    }
+    static void Type(FL_OBJECT *input, const char *text)
+    {
+        fl_set_input(input, text);
+        Work(input);
+    }
+};
+
+TEST_F(Panels, InputsSetTheirParametersWithinLimits)
+{
+    const struct {
+        FL_OBJECT *input;
+        const char *text;
+        const double *parameter;
+        double value;
+    } rows[] = {
+        {settingform->bias, "0.5", &growthstate.bias, 0.5},
+        {settingform->bias, "1.5", &growthstate.bias, 1},
+        {settingform->bias, "-0.1", &growthstate.bias, 0},
+        {settingform->bias, "nan", &growthstate.bias, 0},
+        {settingform->branchlength, "0.009", &growthstate.branchlength, 0.01},
+        {settingform->branchlength, "x", &growthstate.branchlength, 0.01},
+        {settingform->branchlength, "1e308", &growthstate.branchlength, 1e308},
+        {settingform->stickiness, "0", &growthstate.stickiness, 1},
+        {settingform->stickiness, "101", &growthstate.stickiness, 100},
+        {settingform->stickiness, "", &growthstate.stickiness, 1},
+        {settingform->thickto, "-3", &growthstate.thickto, 3},
+        {settingform->thickfrom, "-0.25", &growthstate.thickfrom, 0.25},
+        {settingform->rotation, "-6", &growthstate.rotation, -5},
+        {settingform->rotation, "6", &growthstate.rotation, 5},
+        {settingform->rotation, "-4.5", &growthstate.rotation, -4.5},
+        {settingform->rootrange, "-1e308", &growthstate.rootrange, -1e308},
+        {settingform->intersectrange, "91", &growthstate.intersectrange, 90},
+        {settingform->intersectrange, "-1", &growthstate.intersectrange, 0},
+        {sliceform->normalx, "-2.5", &options.sliceparam1, -2.5},
+        {sliceform->normaly, "7 up", &options.sliceparam2, 7},
+        {sliceform->normalz, "none", &options.sliceparam3, 0},
+    };
+    for (const auto &row : rows) {
+        Type(row.input, row.text);
+        EXPECT_EQ(*row.parameter, row.value) << row.text;
+    }
+    const struct {
+        FL_OBJECT *input;
+        const char *text;
+        const int *parameter;
+        int value;
+    } counts[] = {
+        {settingform->seed, "-7.9", &growthstate.seed, 7},
+        {settingform->seed, "nan", &growthstate.seed, 0},
+        {settingform->seed, "-1e308", &growthstate.seed, INT_MAX},
+        {settingform->nroots, "-3", &growthstate.nroots, 3},
+        {sliceform->count, "1", &options.slicecount, 2},
+        {sliceform->count, "inf", &options.slicecount, INT_MAX},
+        {sliceform->count, "12.7", &options.slicecount, 12},
+    };
+    for (const auto &row : counts) {
+        Type(row.input, row.text);
+        EXPECT_EQ(*row.parameter, row.value) << row.text;
+    }
+}
+
+TEST_F(Panels, RootsAndAssociationStartTheRunAnew)
+{
+    growthstate.roottype = kRootRingZ;
+    Type(settingform->nroots, "4");
+    EXPECT_EQ(ncells, 4);
+    Grow(IterateSystem, 50, 1000000);
+    Type(settingform->rootrange, "6");
+    EXPECT_EQ(ncells, 4);
+    EXPECT_EQ(cells[0].p.x, 6);
+    Grow(IterateSystem, 50, 1000000);
+    fakebutton = 1;
+    Work(settingform->association);
+    EXPECT_EQ(growthstate.association, 1);
+    EXPECT_EQ(ncells, 4);
+    Type(settingform->nroots, "0");
+    EXPECT_EQ(ncells, 0);
+    for (int i = 0; i < 1000; i++)
+        IterateSystem();
+    EXPECT_EQ(ncells, 0);
+}
+
+TEST_F(Panels, RootsThatMemoryCannotHoldAreRefused)
+{
+    growthstate.roottype = kRootSpherical;
+    Type(settingform->nroots, "3");
+    Grow(IterateSystem, 100, 1000000);
+    const Outcome before = TakeOutcome();
+    ASSERT_FALSE(MemoryHoldsRoots(INT_MAX)) << "this machine is too large for the test";
+    Type(settingform->nroots, "1e308");
+    EXPECT_EQ(CallsOf("fl_show_message").at(0).text,
+              "Memory Error|Not enough memory for this number of roots|");
+    EXPECT_EQ(growthstate.nroots, 3);
+    EXPECT_EQ(ncells, static_cast<int>(before.cells.size()));
+    EXPECT_STREQ(fl_get_input(settingform->nroots), "3");
+}
+
+// What was changed and undone, and a restart, leave the same aggregate.
+TEST_F(Panels, ARestartRegrowsTheSameAggregate)
+{
+    Grow(IterateSystem, 500, 10000000);
+    const unsigned long long first = HashParticles(500);
+    Type(settingform->branchlength, "2");
+    Type(settingform->stickiness, "10");
+    Grow(IterateSystem, 600, 10000000);
+    Type(settingform->nroots, "5");
+    Grow(IterateSystem, 50, 10000000);
+    Type(settingform->branchlength, "1");
+    Type(settingform->stickiness, "100");
+    Type(settingform->nroots, "1");
+    Grow(IterateSystem, 500, 10000000);
+    EXPECT_EQ(HashParticles(500), first);
+
+    // "Restart" alone keeps the root with the flow that it has gathered, and grows the same branches.
+    const std::vector<Particle> grown(cells, cells + 500);
+    InitialiseGrowth();
+    Grow(IterateSystem, 500, 10000000);
+    for (int i = 1; i < 500; i++)
+        ASSERT_TRUE(memcmp(&grown[i], &cells[i], sizeof(Particle)) == 0) << i;
+}
+
+TEST_F(Panels, ApplyTransformsTheSurfaceAndReturnsToTheIdentity)
+{
+    BuildSample(11);
+    fl_set_input(stlform->scalex, "2");
+    fl_set_input(stlform->shifty, "1");
+    Work(stlform->apply);
+    EXPECT_DOUBLE_EQ(stlmax.x, 2 * 28.284271247461902);
+    EXPECT_DOUBLE_EQ(stlmax.y, 1 + 28.284271247461902);
+    EXPECT_STREQ(fl_get_input(stlform->scalex), "1.0");
+    EXPECT_STREQ(fl_get_input(stlform->shifty), "0.0");
+    EXPECT_EQ(CountCalls("glNewList"), 1);
+    fl_set_input(stlform->scalex, "2");
+    Work(stlform->apply);
+    EXPECT_DOUBLE_EQ(stlmax.x, 4 * 28.284271247461902);
+    for (FL_OBJECT *scale : {stlform->scalex, stlform->scaley, stlform->scalez})
+        fl_set_input(scale, "nothing");
+    Work(stlform->apply); // scaled by 0: every face is gone
+    EXPECT_EQ(nstltri, 0);
+}
+
+TEST_F(Panels, HideAndClose)
+{
+    Work(settingform->hide);
+    Work(stlform->hide);
+    Work(sliceform->hide);
+    EXPECT_EQ(settingformvisible + stlformvisible + sliceformvisible, 0);
+    EXPECT_EQ(CountCalls("fl_hide_form"), 3);
+    sliceformvisible = 1;
+    EXPECT_EQ(fakeclose(), FL_OK); // by the window manager: the toolkit hides it
+    EXPECT_EQ(sliceformvisible, 0);
+}
+
+// Odd texts in every input, in random order, with growth between: nothing hangs, crashes or leaves a
+// parameter out of its range.
+TEST_F(Panels, OddInputDoesNoHarm)
+{
+    const char *texts[] = {"",     "letters", "1e308", "-1e308", "nan", "-nan",   "inf", "-inf", "0",
+                           "-0.0", "-1",      "1",     "3",      "0.5", "1e-320", "99",  "45",   "2000"};
+    FL_OBJECT *inputs[] = {settingform->bias,
+                           settingform->branchlength,
+                           settingform->stickiness,
+                           settingform->thickto,
+                           settingform->thickfrom,
+                           settingform->seed,
+                           settingform->rotation,
+                           settingform->nroots,
+                           settingform->rootrange,
+                           settingform->association,
+                           settingform->intersectrange,
+                           stlform->scalex,
+                           stlform->scaley,
+                           stlform->scalez,
+                           stlform->shiftx,
+                           stlform->rotatey,
+                           stlform->apply,
+                           sliceform->count};
+    const int samples[] = {100, 1, 12, 21, 31};
+    srand48(20);
+    unsigned short state[3] = {1, 2, 3}; // apart from growth's own generators
+    const auto pick = [&](size_t count) { return static_cast<size_t>(nrand48(state)) % count; };
+    for (int round = 0; round < 600; round++) {
+        if (round % 20 == 0) {
+            BuildSample(samples[pick(std::size(samples))]);
+            growthstate.roottype = static_cast<int>(pick(9));
+            growthstate.sourcetype = static_cast<int>(pick(18));
+        }
+        fakebutton = static_cast<int>(pick(2));
+        Type(inputs[pick(std::size(inputs))], texts[pick(std::size(texts))]);
+        for (int step = 0; step < 200; step++)
+            IterateSystem();
+        ASSERT_GE(growthstate.branchlength, 0.01);
+        ASSERT_TRUE(growthstate.stickiness >= 1 && growthstate.stickiness <= 100);
+        ASSERT_GE(growthstate.nroots, 0);
+    }
+}

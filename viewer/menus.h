@@ -1,0 +1,30 @@
+// The pop-up menu of the right button: every command of the program, and the callbacks of those menus whose
+// choices concern the view.
+
+#pragma once
+
+// Ids of the main menu's entries. The separators' ids, and all others, do nothing.
+enum MainCommand {
+    kCommandReadSurface = 1,
+    kCommandSettings = 2,
+    kCommandTransform = 3,
+    kCommandReadSeeds = 5,
+    kCommandSlices = 7,
+    kCommandExtras = 10,
+    kCommandInfo = 11,
+    kCommandPause = 12,
+    kCommandRestart = 13,
+    kCommandSeparator = 50,
+    kCommandLastSeparator = 60,
+    kCommandQuit = 100
+};
+
+// Builds the menu tree and attaches it to the right button of the current window.
+void CreateMenus();
+
+void HandleMainMenu(int id);
+void HandleDLAMenu(int mode);
+void HandleSTLMenu(int mode);
+
+// Replaces the constraint surface by the sample of that id, and its drawing.
+void HandleSampleMenu(int id);
