@@ -14,8 +14,8 @@ constexpr double kBoxCornerRadius = 28.284271247461902;
 constexpr int kCylinderStep = 5;
 constexpr int kBoxStep = 90;
 constexpr int kSphereStep = 5;
-// The plane's square: cells to a side, and their edge.
-constexpr int kPlaneCells = 20;
+// The plane's square: cells on either side of its middle, and their edge.
+constexpr int kPlaneCells = 10;
 constexpr double kPlaneCellSize = 20;
 
 // The shapes by their menu ids.
@@ -155,11 +155,11 @@ static bool AddSphere(UpperHalf upper)
 static bool AddPlane()
 {
     const double z = -kHalfHeight;
-    for (int column = 0; column < kPlaneCells; column++) {
-        const double x0 = (column - kPlaneCells / 2) * kPlaneCellSize;
+    for (int column = -kPlaneCells; column < kPlaneCells; column++) {
+        const double x0 = column * kPlaneCellSize;
         const double x1 = x0 + kPlaneCellSize;
-        for (int row = 0; row < kPlaneCells; row++) {
-            const double y0 = (row - kPlaneCells / 2) * kPlaneCellSize;
+        for (int row = -kPlaneCells; row < kPlaneCells; row++) {
+            const double y0 = row * kPlaneCellSize;
             const double y1 = y0 + kPlaneCellSize;
             if (!AddFace({x0, y0, z}, {x0, y1, z}, {x1, y1, z}) ||
                 !AddFace({x1, y1, z}, {x1, y0, z}, {x0, y0, z}))

@@ -9,7 +9,7 @@ forbid() {
     local room=$1 right
     shift
     for right in "$@"; do
-        if grep -rnE "^#include \"$right/" "$room" --include='*.h' --include='*.cpp'; then
+        if grep -srnE "^#include \"$right/" "$room" --include='*.h' --include='*.cpp'; then
             echo "$room/ must not include $right/"
             faults=1
         fi
