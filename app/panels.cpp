@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 
 #include <forms.h>
 
+#include "export/slices.h"
 #include "growth/control_panel.h"
 #include "growth/roots.h"
 #include "growth/state.h"
@@ -17,6 +19,9 @@ constexpr double kShortestBranch = 0.01;
 // Degrees per step, either way.
 constexpr double kFastestRotation = 5;
 constexpr int kFewestSlices = 2;
+// More files than this are written only after a question.
+constexpr int kManySlices = 10000;
+constexpr double kShortestNormal = 1e-5;
 
 // An input of the settings panel, and what its number does.
 struct SettingInput {
@@ -25,6 +30,7 @@ struct SettingInput {
 };
 
 static void WorkSlicingPanel(const FL_OBJECT *worked);
+static void Slice();
 static void WorkSettingsPanel(const FL_OBJECT *worked);
 static void WorkTransformPanel(const FL_OBJECT *worked);
 static void ChangeRootCount(int count);
@@ -79,6 +85,23 @@ static void WorkSlicingPanel(const FL_OBJECT *worked)
         options.sliceparam3 = ReadInput(sliceform->normalz);
     else if (worked == sliceform->count)
         options.slicecount = std::max(Truncate(ReadInput(sliceform->count)), kFewestSlices);
+    else if (worked == sliceform->slice)
+        Slice();
+}
+
+// A normal that is too short to have a direction becomes the z axis, and stays so.
+static void Slice()
+{
+    char question[64];
+    snprintf(question, sizeof question, "Write %d slice files?", options.slicecount);
+    if (options.slicecount > kManySlices && !fl_show_question(question, 0))
+        return;
+    if (Modulus({options.sliceparam1, options.sliceparam2, options.sliceparam3}) < kShortestNormal)
+        options.sliceparam3 = 1;
+    Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
+    Normalise(&direction);
+    if (!DoSlice(options.slicecount, direction))
+        exit(-1);
 }
 
 static void WorkSettingsPanel(const FL_OBJECT *worked)

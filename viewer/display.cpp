@@ -3,7 +3,9 @@
 #include <GL/glu.h>
 #include <GL/glut.h>
 
+#include "export/window_drawing.h"
 #include "growth/state.h"
+#include "image/bitmap.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/camera.h"
 #include "viewer/surface_drawing.h"
@@ -27,6 +29,11 @@ void HandleDisplay()
         DrawMono();
     else
         DrawStereo();
+    if (options.recordframes || options.dumpnext) {
+        const int stereo = camera.stereo == kStereoActive;
+        WindowDump("", camera.screenwidth, camera.screenheight, stereo, kImageTGACompressed);
+        options.dumpnext = 0;
+    }
     glutSwapBuffers();
 }
 

@@ -6,6 +6,8 @@
 #include <GL/glut.h>
 #include <forms.h>
 
+#include "export/aggregate.h"
+#include "export/save_dialog.h"
 #include "growth/control_panel.h"
 #include "growth/roots.h"
 #include "growth/seed_file_dialog.h"
@@ -19,6 +21,7 @@
 enum MenuNumber {
     kNoMenu = -1,
     kSurfaceModeMenu,
+    kSaveMenu,
     kAggregateModeMenu,
     kSampleMenu,
     kSourceMenu,
@@ -75,8 +78,14 @@ void HandleMainMenu(int id)
     case kCommandTransform:
         ShowPanel(stlform->form, &stlformvisible);
         break;
+    case kCommandSaveSurface:
+        SaveModel(kFormatSTL, kModeChains);
+        break;
     case kCommandReadSeeds:
         ReadRoots();
+        break;
+    case kCommandInformation:
+        SaveInformation();
         break;
     case kCommandSlices:
         ShowPanel(sliceform->form, &sliceformvisible);
@@ -128,6 +137,18 @@ static Menu DescribeMenu(int number)
                  {"Mid points of faces", kSurfaceMidpoints},
                  {"Face vertices", kSurfaceVertices},
                  {"Faces, solid", kSurfaceSolid}}};
+    case kSaveMenu:
+        return {HandleSaveMenu,
+                {{"PovRay (Sphere sweep)", 1},
+                 {"PovRay (Cylinders + Spheres)", 2},
+                 {"GEOM (Cylinders + Spheres)", 3},
+                 {"VRML (Cylinders + Spheres)", 4},
+                 {"VRML (Cylinders + Endcaps + Spheres)", 5},
+                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), low resolution", 8},
+                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), medium resolution", 9},
+                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), high resolution", 10},
+                 {"Point cloud as DXF", 6},
+                 {"Point cloud as GEOM", 7}}};
     case kAggregateModeMenu:
         return {HandleDLAMenu,
                 {{"Off", kAggregateOff},
@@ -143,7 +164,10 @@ static Menu DescribeMenu(int number)
     default:
         return {HandleMainMenu,
                 {{"Settings", kCommandSettings},
+                 {"Save DLA as", 0, kSaveMenu},
+                 {"Save constraint surface to STL file", kCommandSaveSurface},
                  {"Compute/save slices", kCommandSlices},
+                 {"Save simulation information", kCommandInformation},
                  {"Read constraint surface from STL file", kCommandReadSurface},
                  {"Read seeds", kCommandReadSeeds},
                  {"-", kCommandSeparator},

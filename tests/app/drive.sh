@@ -43,7 +43,8 @@ colours() {
 }
 
 # Menus: the entries from top to bottom, and how far an entry is from the next, in pixels.
-main_menu=("Settings" "Compute/save slices" "Read constraint surface from STL file" "Read seeds" "-"
+main_menu=("Settings" "Save DLA as" "Save constraint surface to STL file" "Compute/save slices"
+    "Save simulation information" "Read constraint surface from STL file" "Read seeds" "-"
     "DLA drawing mode" "Constraint surface drawing mode" "-" "New particle distribution"
     "Sample constraint surfaces" "Transform constraint surface" "Initial root distribution" "-"
     "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)" "-" "Quit (q)")

@@ -112,3 +112,9 @@ extern "C" void fl_show_message(const char *title, const char *text, const char 
 {
     Record("fl_show_message", {}, std::string(title) + "|" + text + "|" + detail);
 }
+
+extern "C" int fl_show_question(const char *question, int)
+{
+    Record("fl_show_question", {}, question);
+    return fakebutton;
+}

@@ -47,6 +47,8 @@ FAKE2(glColorMaterial, GLenum, GLenum)
 FAKE2(glLightModeli, GLenum, GLint)
 FAKE2(glNewList, GLuint, GLenum)
 FAKE0(glEndList)
+FAKE0(glFinish)
+FAKE1(glReadBuffer, GLenum)
 FAKE1(glCallList, GLuint)
 FAKE2(glDeleteLists, GLuint, GLsizei)
 
@@ -95,4 +97,11 @@ extern "C" void gluLookAt(GLdouble ex, GLdouble ey, GLdouble ez, GLdouble cx, GL
                           GLdouble ux, GLdouble uy, GLdouble uz)
 {
     Record("gluLookAt", {ex, ey, ez, cx, cy, cz, ux, uy, uz});
+}
+
+extern "C" void glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
+                             void *)
+{
+    Record("glReadPixels",
+           {double(x), double(y), double(width), double(height), double(format), double(type)});
 }

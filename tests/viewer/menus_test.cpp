@@ -6,6 +6,7 @@
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
+#include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "growth/control_panel.h"
 #include "growth/roots.h"
@@ -47,8 +48,9 @@ TEST_F(Menus, TheTree)
     EXPECT_EQ(tree.str(), expected.str());
     EXPECT_EQ(CallsOf("glutAttachMenu").at(0).args[1], GLUT_RIGHT_BUTTON);
     EXPECT_EQ(CallsOf("glutAttachMenu").at(0).args[0], double(fakemenus.size()));
-    EXPECT_EQ(fakemenus, (std::vector<void (*)(int)>{HandleSTLMenu, HandleDLAMenu, HandleSampleMenu,
-                                                     HandleSourceMenu, HandleRootMenu, HandleMainMenu}));
+    EXPECT_EQ(fakemenus,
+              (std::vector<void (*)(int)>{HandleSTLMenu, HandleSaveMenu, HandleDLAMenu, HandleSampleMenu,
+                                          HandleSourceMenu, HandleRootMenu, HandleMainMenu}));
 }
 
 TEST_F(Menus, SeparatorsAndUnknownIdsChangeNothing)

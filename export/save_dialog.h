@@ -1,0 +1,13 @@
+// Saving: asks for a file and writes it.
+
+#pragma once
+
+// Asks for a file and writes the model in a ModelFormat and ModelMode to it. Nothing happens where the format
+// is none, or the user cancels, or the file cannot be opened or has a name of 256 characters or more.
+void SaveModel(int format, int mode);
+
+// Menu callback: saves in the format of entry id.
+void HandleSaveMenu(int id);
+
+// Asks for a file and writes the report of the run to it. Returns 1, or 0 where nothing was written.
+int SaveInformation();

@@ -1,0 +1,200 @@
+#include "export/slices.h"
+
+#include <cstdlib>
+#include <new>
+#include <vector>
+
+#include "export/text_writer.h"
+#include "growth/state.h"
+
+// A branch and how it is told of while slicing.
+struct TracedBranch {
+    int from, to;    // particles of cells
+    bool newroot;    // the first of its root
+    bool firstchild; // the first of a particle that is no root
+};
+
+static std::vector<TracedBranch> ListBranches();
+static int ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches);
+static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
+static void TellBranches(const std::vector<TracedBranch> &branches);
+static Vector CutAtPlane(Vector p, Vector q, Vector n, double D);
+
+int DoSlice(int count, Vector direction)
+{
+    const double radius = growthstate.radius;
+    try {
+        const std::vector<TracedBranch> branches = ListBranches();
+        for (int k = 0; k < count; k++) {
+            const Slab slab = {direction, radius - 2.0 * k * radius / count,
+                               radius - 2.0 * (k + 1.0) * radius / count};
+            if (!(slab.top > -radius))
+                break;
+            fprintf(stderr, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
+            if (!ProcessSlice(k, slab, branches))
+                return 0;
+        }
+        return 1;
+    } catch (const std::bad_alloc &) {
+        fprintf(stderr, "Not enough memory to slice the aggregate\n");
+        return 0;
+    }
+}
+
+int ClipBranch(Vector p, Vector q, const Slab &slab, Vector *start, Vector *end)
+{
+    const Vector down = {-slab.n.x, -slab.n.y, -slab.n.z};
+    const double heightp = DotProduct(slab.n, p);
+    const double heightq = DotProduct(slab.n, q);
+    const bool pabove = slab.top - heightp < 0;
+    const bool qabove = slab.top - heightq < 0;
+    const bool pbelow = heightp - slab.bottom < 0;
+    const bool qbelow = heightq - slab.bottom < 0;
+    const auto cutattop = [&] { return CutAtPlane(p, q, down, slab.top); };
+    const auto cutatbottom = [&] { return CutAtPlane(p, q, slab.n, -slab.bottom); };
+
+    if ((pabove && qabove) || (pbelow && qbelow))
+        return 0;
+    *start = p;
+    *end = q;
+    if ((pabove && qbelow) || (pbelow && qabove)) {
+        *start = cutattop();
+        *end = cutatbottom();
+    } else if (pabove) {
+        *start = cutattop();
+    } else if (qabove) {
+        *start = cutattop();
+        *end = p;
+    } else if (qbelow) {
+        *end = cutatbottom();
+    } else if (pbelow) {
+        *start = q;
+        *end = cutatbottom();
+    }
+    return 1;
+}
+
+int FindBranch(int index, int *branch)
+{
+    for (int i = 0; i < ncells; i++) {
+        if (!cells[i].visited && cells[i].parent == index) {
+            *branch = i;
+            return 1;
+        }
+    }
+    return 0;
+}
+
+int TerminalCell(int index)
+{
+    for (int i = 0; i < ncells; i++)
+        if (cells[i].parent == index)
+            return 1;
+    return 0;
+}
+
+void WriteVector(FILE *file, Vector a, Vector b)
+{
+    fprintf(file, "%g %g %g %g %g %g\n", a.x, a.y, a.z, b.x, b.y, b.z);
+}
+
+// All branches, root by root in the order of cells: those to all children of a particle, oldest first; then,
+// from the youngest child to the oldest, likewise all that grows from it.
+static std::vector<TracedBranch> ListBranches()
+{
+    const std::size_t n = static_cast<std::size_t>(ncells);
+    // The children of particle i are children[first[i]] to children[first[i + 1] - 1], oldest first.
+    std::vector<int> first(n + 2, 0);
+    std::vector<int> children(n);
+    for (std::size_t i = 0; i < n; i++)
+        if (cells[i].parent >= 0)
+            first[static_cast<std::size_t>(cells[i].parent) + 2]++;
+    for (std::size_t i = 2; i < n + 2; i++)
+        first[i] += first[i - 1];
+    for (std::size_t i = 0; i < n; i++)
+        if (cells[i].parent >= 0) {
+            int &next = first[static_cast<std::size_t>(cells[i].parent) + 1];
+            children[static_cast<std::size_t>(next)] = static_cast<int>(i);
+            next++;
+        }
+
+    std::vector<TracedBranch> branches;
+    branches.reserve(n);
+    std::vector<int> waiting;
+    for (int root = 0; root < ncells; root++) {
+        if (cells[root].parent >= 0)
+            continue;
+        waiting.push_back(root);
+        while (!waiting.empty()) {
+            const int from = waiting.back();
+            waiting.pop_back();
+            const int begin = first[static_cast<std::size_t>(from)];
+            const int end = first[static_cast<std::size_t>(from) + 1];
+            for (int k = begin; k < end; k++) {
+                const int to = children[static_cast<std::size_t>(k)];
+                branches.push_back({from, to, from == root && k == begin, from != root && k == begin});
+                waiting.push_back(to);
+            }
+        }
+    }
+    return branches;
+}
+
+static int ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches)
+{
+    char name[32];
+    snprintf(name, sizeof name, "slice_%03d.txt", number);
+    FILE *file = fopen(name, "w");
+    if (file == nullptr) {
+        fprintf(stderr, "Failed to open output slice file \"%s\"\n", name);
+        return 0;
+    }
+    if (number == 0)
+        TellBranches(branches);
+    {
+        TextWriter out(file);
+        for (const TracedBranch &branch : branches)
+            TraceBranch(out, branch, slab);
+    }
+    fclose(file);
+    return 1;
+}
+
+static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab)
+{
+    Vector start, end;
+    if (ClipBranch(cells[branch.from].p, cells[branch.to].p, slab, &start, &end))
+        out.Print("%g %g %g %g %g %g\n", start, end);
+}
+
+// Names the roots and the branches in the order in which they are traced; a first child only in verbose mode.
+static void TellBranches(const std::vector<TracedBranch> &branches)
+{
+    TextWriter out(stderr);
+    std::size_t next = 0;
+    for (int root = 0; root < ncells; root++) {
+        if (cells[root].parent >= 0)
+            continue;
+        out.Print("   Processing seed node %d\n", root);
+        if (next == branches.size() || branches[next].from != root)
+            continue; // nothing grows from it
+        do {
+            const TracedBranch &branch = branches[next];
+            if (!branch.firstchild || options.debug)
+                out.Print("      Tracing branch node from %d -> %d\n", branch.from, branch.to);
+            next++;
+        } while (next < branches.size() && !branches[next].newroot);
+    }
+}
+
+// Where a branch whose ends lie on either side of a plane n.x + D = 0 meets it.
+static Vector CutAtPlane(Vector p, Vector q, Vector n, double D)
+{
+    Vector cut;
+    if (LineSegmentPlane(p, q, n, D, &cut))
+        return cut;
+    // Almost parallel to the plane: too close for that routine, yet across.
+    const double distancep = DotProduct(n, p) + D;
+    const double distanceq = DotProduct(n, q) + D;
+    return p + (distancep / (distancep - distanceq)) * (q - p);
+}

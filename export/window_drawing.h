@@ -1,0 +1,8 @@
+#pragma once
+
+// Saves what stands in the window's back buffer as an image file in the current directory, in one of the
+// ImageFormats of image/bitmap.h. `name` is the file's name without its extension, cut where the whole
+// exceeds 31 characters; an empty name stands for the next number that no file bears (0000.tga), and only a
+// named file is overwritten. With `stereo`, both back buffers are saved, as L_... and R_.... Returns 1, or 0
+// after a message on standard error.
+int WindowDump(const char *name, int width, int height, int stereo, int code);

@@ -1,0 +1,233 @@
+#include "export/aggregate.h"
+
+#include <cstdlib>
+#include <functional>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "export/information.h"
+#include "export/vrml.h"
+#include "growth/array.h"
+#include "growth/growth_step.h"
+#include "growth/scenario.h"
+#include "surface/surface.h"
+
+// What a command prints.
+static std::string Output(const std::string &command)
+{
+    std::string text;
+    FILE *pipe = popen(command.c_str(), "r");
+    for (int c; (c = fgetc(pipe)) != EOF;)
+        text += static_cast<char>(c);
+    pclose(pipe);
+    return text;
+}
+
+static std::string Written(const std::function<void(FILE *)> &write)
+{
+    char *text = nullptr;
+    size_t length = 0;
+    FILE *file = open_memstream(&text, &length);
+    write(file);
+    fclose(file);
+    const std::string result(text, length);
+    free(text);
+    return result;
+}
+
+static std::string Model(int format, int mode)
+{
+    return Written([=](FILE *file) { EXPECT_EQ(WriteModel(file, format, mode), 1); });
+}
+
+class Exports : public testing::Test
+{
+protected:
+    // Two roots, a fork at the first, a chain of three points and one of two; two faces.
+    void SetUp() override
+    {
+        StartAfresh();
+        SetProgramDefaults();
+        camera = {};
+        camera.vp = {60, 0, 0};
+        camera.vu = {0, 0, 1};
+        camera.aperture = 60;
+        growthstate.nroots = 2;
+        growthstate.radius = 12.5;
+        growthstate.maxweight = 3;
+        snprintf(growthstate.rootname, sizeof growthstate.rootname, "Spherical");
+        const Particle particles[] = {
+            {{0, 0, 0}, 3, -1, 9},
+            {{5, 0.5, -2.5}, 0, -1, 9},
+            {{1, 0, 0}, 1.5, 0, 9},
+            {{1.25, 0.75, 0.5}, 0, 2, 9},
+            {{0.3333333333333333, -1e-7, 1.125}, 0, 0, 9},
+        };
+        ncells = 0;
+        for (const Particle &particle : particles)
+            AppendToArray(&cells, &ncells, particle);
+        AppendToArray(&stltri, &nstltri,
+                      Triangle{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {0, 0, 1}, {}, 0, 0, 0, 0});
+        AppendToArray(&stltri, &nstltri,
+                      Triangle{{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0});
+    }
+
+    static void ExpectFile(const std::string &name, const std::string &written)
+    {
+        const std::string path = SARKELO_TESTS "/export/expected/" + name;
+        const std::string expected =
+            Output(name.ends_with(".gz") ? "gzip -dc '" + path + "'" : "cat '" + path + "'");
+        ASSERT_FALSE(expected.empty() && name != "surface_none.stl") << name;
+        if (written == expected)
+            return;
+        size_t at = 0;
+        while (at < written.size() && at < expected.size() && written[at] == expected[at])
+            at++;
+        const size_t from = at > 100 ? at - 100 : 0;
+        ADD_FAILURE() << name << " differs at byte " << at << "\nwritten:  " << written.substr(from, 160)
+                      << "\nexpected: " << expected.substr(from, 160);
+    }
+};
+
+TEST_F(Exports, EveryFormatToTheByte)
+{
+    const struct {
+        const char *name;
+        int format, mode;
+    } rows[] = {
+        {"id01.pov", kFormatPOV, 0},        {"id02.pov", kFormatPOV, 1},     {"id03.geom", kFormatGEOM, 1},
+        {"id04.wrl", kFormatVRML, 1},       {"id05.wrl", kFormatVRML, 2},    {"id06.dxf", kFormatPointDXF, 1},
+        {"id07.geom", kFormatPointGEOM, 1}, {"id08.wrl.gz", kFormatVRML, 3}, {"id09.wrl.gz", kFormatVRML, 4},
+        {"id10.wrl.gz", kFormatVRML, 5},    {"surface.stl", kFormatSTL, 0},
+    };
+    for (const auto &row : rows)
+        ExpectFile(row.name, Model(row.format, row.mode));
+    options.surfacemode = kSurfaceOff;
+    ExpectFile("surface_none.stl", Model(kFormatSTL, 0));
+}
+
+TEST_F(Exports, AssociatedRootsHaveTexturesOfTheirOwn)
+{
+    nstltri = 0;
+    growthstate.association = 1;
+    ExpectFile("id01_associated.pov", Model(kFormatPOV, 0));
+    ExpectFile("id02_associated.pov", Model(kFormatPOV, 1));
+}
+
+TEST_F(Exports, Information)
+{
+    stlmin = {-20, 0, 0};
+    stlmax = {2, 2, 1e10};
+    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
+    growthstate.sourcetype = kSourceAxisMinusZ;
+    growthstate.association = 1;
+    stats = {
+        5, {3, 1, 1, 0, 0, 0, 7}, {6.25, 4.1666666666666667, 2.7777777777777777}, {8, 12, 0, -1, -1, -1}};
+    ExpectFile("information.txt", Written(WriteInformation));
+
+    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
+    nstltri = 0;
+    growthstate.nroots = 1;
+    growthstate.association = 0;
+    growthstate.sourcetype = 18;
+    growthstate.bias = 1e-5;
+    growthstate.seed = -1;
+    stats = {};
+    ExpectFile("information_plain.txt", Written(WriteInformation));
+}
+
+TEST_F(Exports, RootsOnlyAndNothing)
+{
+    ncells = 2;
+    nstltri = 0;
+    growthstate.maxweight = 0;
+    EXPECT_EQ(Model(kFormatGEOM, 1), "# 3D DLA by Orvandel");
+    EXPECT_EQ(Model(kFormatPointDXF, 1), "0\nSECTION\n2\nENTITIES\n 0\nENDSEC\n 0\nEOF\n");
+    EXPECT_EQ(Model(kFormatPointGEOM, 1), "");
+    const std::string chains = Model(kFormatPOV, 0);
+    EXPECT_EQ(chains, Model(kFormatPOV, 1));
+    EXPECT_NE(chains.find("union {\n}\n// An instance"), std::string::npos);
+    ncells = 0;
+    growthstate.nroots = 0;
+    const std::string bare = Model(kFormatPOV, 0);
+    EXPECT_EQ(bare.find("#declare DLATEXTURE"), std::string::npos);
+    EXPECT_NE(bare.find(" texture { DLATEXTURE0 }\n"), std::string::npos);
+}
+
+// Every branch stands in exactly one chain, and each chain starts at the newest particle that none before it
+// holds.
+TEST(ExportedChains, HoldEveryBranchOnce)
+{
+    StartAfresh();
+    Grow(IterateSystem, 300, 10000000);
+    std::string expected;
+    std::vector<bool> taken(300);
+    taken[0] = true;
+    for (int i = 299; i > 0; i--) {
+        if (taken[static_cast<size_t>(i)])
+            continue;
+        int length = 1;
+        int j = i;
+        for (bool joined = false; !joined; length++) {
+            taken[static_cast<size_t>(j)] = true;
+            j = cells[j].parent;
+            joined = taken[static_cast<size_t>(j)];
+        }
+        expected += " // Length: " + std::to_string(length) + "\n";
+    }
+    std::istringstream scene(Model(kFormatPOV, 0));
+    std::string lengths;
+    for (std::string line; std::getline(scene, line);)
+        if (line.starts_with(" // Length"))
+            lengths += line + "\n";
+    EXPECT_EQ(lengths, expected);
+}
+
+static std::string Node(const std::function<void(TextWriter &)> &write)
+{
+    return Written([&](FILE *file) {
+        TextWriter out(file);
+        write(out);
+    });
+}
+
+static std::string Indices(const std::string &node)
+{
+    const size_t from = node.find("coordIndex [\n") + 13;
+    return node.substr(from, node.find("  ]\n", from) - from);
+}
+
+TEST(VRMLPrimitives, ResolutionsAndEnds)
+{
+    const auto sphere = [](int n) {
+        return Node([=](TextWriter &out) { WRLSphere3(out, n, {1, 2, 3}, {0, 1, 0}, -2); });
+    };
+    for (const int n : {3, 0, -4, -5})
+        EXPECT_EQ(sphere(n), sphere(n == -5 ? 5 : 4)) << n;
+    EXPECT_EQ(sphere(25), sphere(24));
+    EXPECT_EQ(Indices(sphere(4)), "    0,4,5,-1,    0,5,1,-1,\n    1,5,6,-1,    1,6,2,-1,\n"
+                                  "    2,6,7,-1,    2,7,3,-1,\n    4,8,9,-1,    4,9,5,-1,\n"
+                                  "    5,9,10,-1,    5,10,6,-1,\n    6,10,11,-1,    6,11,7,-1\n");
+    EXPECT_NE(sphere(4).find("    3 2 3,\n"), std::string::npos); // on the equator, at radius |-2|
+
+    const auto cone = [](bool caps, double r1, double r2) {
+        return Node([=](TextWriter &out) {
+            WRLCone2(out, 3, caps, {0, 0, 0}, {0, 2, 0}, {0, 1, 0}, r1, r2);
+        });
+    };
+    EXPECT_EQ(Indices(cone(false, 1, 1)), "    0,1,3,2,-1,\n    2,3,5,4,-1,\n    4,5,1,0,-1 \n");
+    EXPECT_EQ(Indices(cone(true, 1, 0)), "    0,2,7,-1,    0,1,3,2,-1,\n    2,4,7,-1,    2,3,5,4,-1,\n"
+                                         "    4,0,7,-1,    4,5,1,0,-1 \n");
+    EXPECT_EQ(Indices(cone(true, 0, 1)), "    1,6,3,-1,    0,1,3,2,-1,\n    3,6,5,-1,    2,3,5,4,-1,\n"
+                                         "    5,6,1,-1,    4,5,1,0,-1 \n");
+    // An axis along y takes its side vector from x: the first points lie along b = d x (q x d) = +x.
+    EXPECT_NE(cone(false, 1, 1).find("   point [\n    1 2 "), std::string::npos);
+    const std::string empty = Node([](TextWriter &out) { WRLFace(out, {}, {1, 1, 1}); });
+    EXPECT_NE(empty.find("   point [\n   ]\n  }\n  coordIndex [\n  -1\n  ]\n"), std::string::npos);
+    EXPECT_NE(Node([](TextWriter &out) {
+                  WRLCone2(out, 0, true, {}, {1, 0, 0}, {}, 1, 1);
+              }).find("   point [\n    0 0 0,\n    1 0 0\n   ]\n  }\n  coordIndex [\n  ]\n"),
+              std::string::npos);
+}

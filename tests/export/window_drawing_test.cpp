@@ -1,0 +1,118 @@
+#include "export/window_drawing.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "fakes/recorder.h"
+#include "growth/scenario.h"
+#include "image/bitmap.h"
+#include "viewer/camera.h"
+#include "viewer/display.h"
+#include "viewer/input.h"
+
+namespace fs = std::filesystem;
+
+// A directory of its own for the captures of a test. The program's number goes on from test to test.
+class Capture : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        StartAfresh();
+        SetProgramDefaults();
+        CameraHome();
+        char name[] = "/tmp/sarkelo-capture-XXXXXX";
+        ASSERT_NE(mkdtemp(name), nullptr);
+        directory = name;
+        back = fs::current_path();
+        fs::current_path(directory);
+        first = next;
+    }
+    void TearDown() override
+    {
+        camera.stereo = kStereoNone;
+        fs::current_path(back);
+        fs::permissions(directory, fs::perms::owner_all);
+        fs::remove_all(directory);
+    }
+    static std::string Numbered(const char *prefix, int number)
+    {
+        char name[32];
+        snprintf(name, sizeof name, "%s%04d.tga", prefix, number);
+        return name;
+    }
+    static int Files() { return static_cast<int>(std::distance(fs::directory_iterator("."), {})); }
+
+    static int next; // the number that the program gives next
+    int first = 0;
+    fs::path directory, back;
+};
+int Capture::next = 0;
+
+TEST_F(Capture, NumbersSkipExistingFiles)
+{
+    std::ofstream(Numbered("", first)) << "old";
+    std::ofstream(Numbered("", first + 1)) << "old";
+    EXPECT_EQ(WindowDump("", 4, 2, 0, kImageTGACompressed), 1);
+    EXPECT_EQ(WindowDump("", 4, 2, 0, kImageTGACompressed), 1);
+    next += 4;
+    EXPECT_EQ(fs::file_size(Numbered("", first)), 3U);
+    EXPECT_EQ(fs::file_size(Numbered("", first + 1)), 3U);
+    EXPECT_TRUE(fs::exists(Numbered("", first + 2)) && fs::exists(Numbered("", first + 3)));
+    EXPECT_EQ(Transcript({"glFinish", "glReadBuffer"}).substr(0, 29), "glFinish()\nglReadBuffer(1026)");
+}
+
+TEST_F(Capture, NamedFilesAreOverwrittenAndCutShort)
+{
+    std::ofstream("view.tga") << std::string(1000, 'x');
+    EXPECT_EQ(WindowDump("view", 4, 2, 0, kImageTGA), 1);
+    EXPECT_EQ(fs::file_size("view.tga"), 18U + 24);
+    EXPECT_EQ(WindowDump("view", 4, 2, 1, -kImageTGA), 1);
+    EXPECT_TRUE(fs::exists("L_view.tga") && fs::exists("R_view.tga"));
+    EXPECT_EQ(WindowDump(std::string(40, 'n').c_str(), 4, 2, 0, kImageTGA), 1);
+    EXPECT_TRUE(fs::exists(std::string(31, 'n')));
+    next += 3;
+}
+
+TEST_F(Capture, EachEyeHasItsFile)
+{
+    camera.stereo = kStereoActive;
+    HandleReshape(8, 6);
+    std::ofstream(Numbered("R_", first)) << "old";
+    ForgetCalls();
+    HandleKeyboard('w', 0, 0);
+    HandleDisplay();
+    HandleDisplay(); // one capture only
+    EXPECT_EQ(Transcript({"glReadBuffer", "glutSwapBuffers"}),
+              "glReadBuffer(1026)\nglReadBuffer(1027)\nglutSwapBuffers()\nglutSwapBuffers()\n");
+    EXPECT_TRUE(fs::exists(Numbered("L_", first)));
+    EXPECT_TRUE(fs::exists(Numbered("R_", first + 1))); // the numbering moves on with it
+    EXPECT_EQ(Files(), 3);
+    next += 2;
+}
+
+TEST_F(Capture, RecordingSavesEveryFrame)
+{
+    HandleReshape(8, 6);
+    HandleKeyboard('r', 0, 0);
+    for (int i = 0; i < 3; i++)
+        HandleDisplay();
+    HandleKeyboard('R', 0, 0);
+    HandleDisplay();
+    EXPECT_EQ(Files(), 3);
+    next += 3;
+}
+
+TEST_F(Capture, AFileThatCannotBeOpenedGivesItsMessage)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(WindowDump("no/such/directory", 4, 2, 0, kImageTGA), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "WindowDump - Failed to open file for window dump\n");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(WindowDump("", 2000000000, 2000000000, 0, kImageTGA), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "WindowDump - Failed to allocate memory for image\n");
+    EXPECT_EQ(Files(), 0);
+}
