@@ -81,14 +81,16 @@ void TextWriter::PutToDirective(const char **format)
 
 const char *TextWriter::PutLiteral(const char *format)
 {
-    for (;;) {
-        const char *end = strchrnul(format, '%');
-        PutText({format, static_cast<std::size_t>(end - format)});
-        if (end[0] == '\0' || end[1] != '%')
-            return end;
-        PutText("%");
-        format = end + 2;
+    for (; *format != '\0'; format++) {
+        if (*format == '%') {
+            if (format[1] != '%')
+                break;
+            format++;
+        }
+        MakeRoom(1);
+        buffer[length++] = *format;
     }
+    return format;
 }
 
 void TextWriter::PutText(std::string_view text)

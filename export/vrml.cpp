@@ -1,12 +1,27 @@
 #include "export/vrml.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 constexpr double kPi = kTwoPi / 2;
 constexpr int kFewestPoints = 4;
 
+// Sine and cosine of an angle.
+struct Angle {
+    double sine, cosine;
+};
+
+static const std::vector<Angle> &DivideCircle(int points, int parts);
+static const std::string &SphereIndices(int bands);
+static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap);
+static void AppendIndices(std::string *text, std::initializer_list<int> indices, const char *end);
 static void BeginMesh(TextWriter &out, Colour colour);
 static void BeginIndices(TextWriter &out);
 static void EndMesh(TextWriter &out);
@@ -55,7 +70,7 @@ void WRLSphere(TextWriter &out, Vector centre, Colour colour, double radius)
 void WRLSphere3(TextWriter &out, int resolution, Vector centre, Colour colour, double radius)
 {
     const int bands = std::max(std::abs(resolution), kFewestPoints) / 2;
-    const int ringpoints = 2 * bands;
+    const std::vector<Angle> &circle = DivideCircle(2 * bands, 2 * bands - 1);
     radius = std::fabs(radius);
 
     BeginMesh(out, colour);
@@ -63,23 +78,14 @@ void WRLSphere3(TextWriter &out, int resolution, Vector centre, Colour colour, d
         const double phi = j * kPi / bands - kPi / 2;
         const double ringradius = radius * std::cos(phi);
         const double y = centre.y + radius * std::sin(phi);
-        for (int k = 0; k < ringpoints; k++) {
-            const double theta = kTwoPi * k / (ringpoints - 1);
-            const Vector p = {centre.x + ringradius * std::cos(theta), y,
-                              centre.z + ringradius * std::sin(theta)};
-            out.Print("    %g %g %g", p);
-            out.Print(j == bands && k == ringpoints - 1 ? "\n" : ",\n");
+        for (const Angle &theta : circle) {
+            const bool last = j == bands && &theta == &circle.back();
+            out.Print(last ? "    %g %g %g\n" : "    %g %g %g,\n", centre.x + ringradius * theta.cosine, y,
+                      centre.z + ringradius * theta.sine);
         }
     }
     BeginIndices(out);
-    for (int i = 0; i < bands; i++) {
-        for (int k = 0; k < ringpoints - 1; k++) {
-            const int a = i * ringpoints + k;
-            const int above = a + ringpoints;
-            out.Print("    %d,%d,%d,-1,    %d,%d,%d,-1", a, above, above + 1, a, above + 1, a + 1);
-            out.Print(i == bands - 1 && k == ringpoints - 2 ? "\n" : ",\n");
-        }
-    }
+    out.Print("%s", SphereIndices(bands).c_str());
     EndMesh(out);
 }
 
@@ -115,32 +121,82 @@ void WRLCone2(TextWriter &out, int resolution, bool caps, Vector p1, Vector p2, 
     Normalise(&b);
 
     BeginMesh(out, colour);
-    for (int i = 0; i < resolution; i++) {
-        const double theta = kTwoPi * i / resolution;
-        Vector u = std::sin(theta) * a + std::cos(theta) * b;
+    for (const Angle &theta : DivideCircle(resolution, resolution)) {
+        Vector u = theta.sine * a + theta.cosine * b;
         Normalise(&u);
         out.Print("    %g %g %g,\n    %g %g %g,\n", p2 + r2 * u, p1 + r1 * u);
     }
     out.Print("    %g %g %g,\n    %g %g %g\n", p1, p2);
     BeginIndices(out);
-    const int points = 2 * resolution; // and the two centres behind them
-    for (int i = 0; i < resolution; i++) {
-        const char separator = i < resolution - 1 ? ',' : ' ';
-        const int k = 2 * i;
+    out.Print("%s", ConeIndices(resolution, caps, r2 > 0, r1 > 0).c_str());
+    EndMesh(out);
+}
+
+// What all meshes of one kind have in common is made once
+// ------------------------------------------------------
+
+// The first `points` multiples of the `parts`th part of the circle, from 0 on.
+static const std::vector<Angle> &DivideCircle(int points, int parts)
+{
+    static std::map<std::pair<int, int>, std::vector<Angle>> circles;
+    std::vector<Angle> &circle = circles[{points, parts}];
+    for (int k = static_cast<int>(circle.size()); k < points; k++) {
+        const double theta = kTwoPi * k / parts;
+        circle.push_back({std::sin(theta), std::cos(theta)});
+    }
+    return circle;
+}
+
+// Two triangles between each point of a ring, its next, and the two above them.
+static const std::string &SphereIndices(int bands)
+{
+    static std::map<int, std::string> texts;
+    std::string &text = texts[bands];
+    if (!text.empty())
+        return text;
+    const int ringpoints = 2 * bands;
+    for (int i = 0; i < bands; i++) {
+        for (int k = 0; k < ringpoints - 1; k++) {
+            const int a = i * ringpoints + k;
+            const int above = a + ringpoints;
+            const bool last = i == bands - 1 && k == ringpoints - 2;
+            AppendIndices(&text, {a, above, above + 1}, ",");
+            AppendIndices(&text, {a, above + 1, a + 1}, last ? "\n" : ",\n");
+        }
+    }
+    return text;
+}
+
+// The facets' quads, each behind the triangles of the caps that belong to it. Points alternate between the
+// ends, and the two centres follow them.
+static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap)
+{
+    static std::map<std::tuple<int, bool, bool, bool>, std::string> texts;
+    std::string &text = texts[{resolution, caps, firstcap, secondcap}];
+    if (!text.empty())
+        return text;
+    const int points = 2 * resolution;
+    for (int k = 0; k < points; k += 2) {
         const int k1 = (k + 1) % points;
         const int k2 = (k + 2) % points;
         const int k3 = (k + 3) % points;
-        if (!caps) {
-            out.Print("    %d,%d,%d,%d,-1%c\n", k, k1, k3, k2, separator);
-            continue;
-        }
-        if (r2 > 0)
-            out.Print("    %d,%d,%d,-1,", k1, points, k3);
-        if (r1 > 0)
-            out.Print("    %d,%d,%d,-1,", k, k2, points + 1);
-        out.Print("    %d,%d,%d,%d,-1%c\n", k, k1, k3, k2, separator);
+        if (caps && firstcap)
+            AppendIndices(&text, {k1, points, k3}, ",");
+        if (caps && secondcap)
+            AppendIndices(&text, {k, k2, points + 1}, ",");
+        AppendIndices(&text, {k, k1, k3, k2}, k + 2 < points ? ",\n" : " \n");
     }
-    EndMesh(out);
+    return text;
+}
+
+// A face: its indices and the mark of its end.
+static void AppendIndices(std::string *text, std::initializer_list<int> indices, const char *end)
+{
+    *text += "    ";
+    for (const int index : indices)
+        *text += std::to_string(index) + ",";
+    *text += "-1";
+    *text += end;
 }
 
 static void BeginMesh(TextWriter &out, Colour colour)

@@ -14,7 +14,7 @@ fail() {
 
 # Starts the program with the given arguments and waits for its window.
 start() {
-    "$program" "$@" &
+    "$program" "$@" 2>stderr.txt &
     pid=$!
     for _ in $(seq 100); do
         if window=$(xdotool search --name "$title" 2>/dev/null); then
