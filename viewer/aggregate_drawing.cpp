@@ -18,7 +18,6 @@ static void EnableLight(GLenum light, const float position[4]);
 static void DrawPoints();
 static void DrawLines();
 static void DrawTubes();
-static void SetColour(Colour colour);
 
 void CreateEnvironment(int mode)
 {
@@ -135,9 +134,4 @@ static void DrawTubes()
         SetColour(ChooseColour(i, kAggregateTubes));
         CreateCone(cells[parent].p, cells[i].p, radius(parent), radius(i), 0, kTwoPi, kTubeFacets);
     }
-}
-
-static void SetColour(Colour colour)
-{
-    glColor3f(static_cast<float>(colour.r), static_cast<float>(colour.g), static_cast<float>(colour.b));
 }

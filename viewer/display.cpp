@@ -8,6 +8,8 @@
 #include "image/bitmap.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/camera.h"
+#include "viewer/overlays.h"
+#include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
 // Where an eye stands, in half eye separations to the right of the view point.
@@ -18,6 +20,7 @@ constexpr double kRightEye = 1;
 static void UpdateCamera();
 static void DrawMono();
 static void DrawStereo();
+static void DrawOverlays(double eye);
 static void ClearBuffer(GLenum buffer);
 static void AimEye(double eye);
 static void SetViewport(double eye);
@@ -57,6 +60,7 @@ static void DrawMono()
     AimEye(kMonoEye);
     DrawSTL(options.surfacemode, 0);
     DrawDLA(options.dlamode);
+    DrawOverlays(kMonoEye);
 }
 
 // Each eye sees the aggregate drawn before the surface, the other way round than in mono (kept).
@@ -67,12 +71,26 @@ static void DrawStereo()
     AimEye(kRightEye);
     DrawDLA(options.dlamode);
     DrawSTL(options.surfacemode, 0);
+    DrawOverlays(kRightEye);
 
     if (active)
         ClearBuffer(GL_BACK_LEFT);
     AimEye(kLeftEye);
     DrawDLA(options.dlamode);
     DrawSTL(options.surfacemode, 0);
+    DrawOverlays(kLeftEye);
+}
+
+// Text replaces projection and view, so the boxes behind it need them anew.
+static void DrawOverlays(double eye)
+{
+    DrawExtras();
+    DrawInfo();
+    if (options.boxcountrequest) {
+        AimEye(eye);
+        CalcBoxCount(0, 1);
+    }
+    DrawStatistics(0);
 }
 
 static void ClearBuffer(GLenum buffer)

@@ -85,6 +85,11 @@ void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, doubl
     glEnd();
 }
 
+void SetColour(Colour colour)
+{
+    glColor3f(static_cast<float>(colour.r), static_cast<float>(colour.g), static_cast<float>(colour.b));
+}
+
 void SetVertex(Vector p)
 {
     glVertex3f(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z));

@@ -1,8 +1,10 @@
-// Bodies drawn in immediate mode. None changes any GL state but the current normal and texture coordinates.
+// Bodies drawn in immediate mode. None of the bodies changes any GL state but the current normal and texture
+// coordinates.
 
 #pragma once
 
 #include "geom/vector.h"
+#include "growth/colour.h"
 
 // The axis-aligned box between two opposite corners. Mode 0: its twelve edges; mode 1: its six faces; mode 2:
 // the edges of the box enlarged on every side by 1/20 of its extent; any other mode: nothing.
@@ -17,6 +19,7 @@ void CreateSimpleSphere(Vector centre, double radius, int n, int method);
 // about its axis in m facets, with purely radial normals and texture coordinates. The ends are open.
 void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, double theta2, int m);
 
-// A vertex and a normal, passed to GL in single precision.
+// A colour, a vertex and a normal, passed to GL in single precision.
+void SetColour(Colour colour);
 void SetVertex(Vector p);
 void SetNormal(Vector n);

@@ -98,6 +98,9 @@ void HandleSpecialKeyboard(int key, int, int)
     case GLUT_KEY_F4:
         HandleMainMenu(kCommandRestart);
         break;
+    case GLUT_KEY_F5:
+        HandleMainMenu(kCommandStatistics);
+        break;
     case GLUT_KEY_LEFT:
         Turn(-kKeyTurn, true);
         break;

@@ -15,6 +15,7 @@
 #include "growth/state.h"
 #include "surface/samples.h"
 #include "surface/stl_dialog.h"
+#include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
 // The menus in the order in which they are built.
@@ -102,6 +103,9 @@ void HandleMainMenu(int id)
     case kCommandRestart:
         InitialiseGrowth();
         break;
+    case kCommandStatistics:
+        Statistics();
+        break;
     case kCommandQuit:
         exit(0);
     default:
@@ -183,6 +187,7 @@ static Menu DescribeMenu(int number)
                  {"Toggle info (f2)", kCommandInfo},
                  {"Pause / Continue (f3)", kCommandPause},
                  {"Restart simulation (f4)", kCommandRestart},
+                 {"Calculate statistics (f5)", kCommandStatistics},
                  {"-", kCommandSeparator},
                  {"Quit (q)", kCommandQuit}}};
     }

@@ -16,6 +16,7 @@ enum MainCommand {
     kCommandInfo = 11,
     kCommandPause = 12,
     kCommandRestart = 13,
+    kCommandStatistics = 14,
     kCommandSeparator = 50,
     kCommandLastSeparator = 60,
     kCommandQuit = 100

@@ -47,7 +47,8 @@ main_menu=("Settings" "Save DLA as" "Save constraint surface to STL file" "Compu
     "Save simulation information" "Read constraint surface from STL file" "Read seeds" "-"
     "DLA drawing mode" "Constraint surface drawing mode" "-" "New particle distribution"
     "Sample constraint surfaces" "Transform constraint surface" "Initial root distribution" "-"
-    "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)" "-" "Quit (q)")
+    "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)"
+    "Calculate statistics (f5)" "-" "Quit (q)")
 entry_height=25
 
 # choose ENTRY [NUMBER]: chooses an entry of the main menu, or the entry NUMBER (from 1) of the menu it opens.

@@ -47,6 +47,8 @@ FAKE2(glColorMaterial, GLenum, GLenum)
 FAKE2(glLightModeli, GLenum, GLint)
 FAKE2(glNewList, GLuint, GLenum)
 FAKE0(glEndList)
+FAKE0(glPopMatrix)
+FAKE2(glRasterPos2i, GLint, GLint)
 FAKE0(glFinish)
 FAKE1(glReadBuffer, GLenum)
 FAKE1(glCallList, GLuint)
@@ -66,6 +68,11 @@ extern "C" void glClearColor(GLfloat r, GLfloat g, GLfloat b, GLfloat a)
 extern "C" void glViewport(GLint x, GLint y, GLsizei width, GLsizei height)
 {
     Record("glViewport", {double(x), double(y), double(width), double(height)});
+}
+
+extern "C" void glOrtho(GLdouble l, GLdouble r, GLdouble b, GLdouble t, GLdouble n, GLdouble f)
+{
+    Record("glOrtho", {l, r, b, t, n, f});
 }
 
 extern "C" void glFrustum(GLdouble l, GLdouble r, GLdouble b, GLdouble t, GLdouble n, GLdouble f)

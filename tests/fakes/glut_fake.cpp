@@ -91,3 +91,15 @@ extern "C" void glutAttachMenu(int button)
 {
     Record("glutAttachMenu", {double(fakemenus.size()), double(button)});
 }
+
+extern "C" int glutGet(GLenum what)
+{
+    return what == GLUT_WINDOW_WIDTH ? 800 : 600;
+}
+
+void *glutBitmap8By13; // the font's name
+
+extern "C" void glutBitmapCharacter(void *, int character)
+{
+    Record("glutBitmapCharacter", {double(character)});
+}

@@ -1,0 +1,109 @@
+#include "analysis/box_grid.h"
+
+#include <algorithm>
+
+#include "growth/state.h"
+
+// Points of a branch between its ends that LineInBox looks at: at k / kSampleParts of its length.
+constexpr int kSampleParts = 10;
+
+static double BoxesPerUnit(const Corners &corners)
+{
+    return static_cast<double>(corners.size() - 1) / (corners.back() - corners.front());
+}
+
+BoxGrid::BoxGrid(Corners xcorners, Corners ycorners, Corners zcorners)
+    : x{xcorners, BoxesPerUnit(xcorners)}, y{ycorners, BoxesPerUnit(ycorners)}, z{zcorners,
+                                                                                  BoxesPerUnit(zcorners)}
+{
+    occupied.resize((x.corners.size() - 1) * (y.corners.size() - 1) * (z.corners.size() - 1));
+}
+
+void BoxGrid::Fill()
+{
+    std::fill(occupied.begin(), occupied.end(), static_cast<unsigned char>(0));
+    for (int i = 0; i < ncells; i++)
+        if (cells[i].parent >= 0)
+            FillBranch(cells[i].p, cells[cells[i].parent].p);
+}
+
+Vector BoxGrid::Lower(std::size_t index) const
+{
+    const std::size_t nz = z.corners.size() - 1;
+    const std::size_t ny = y.corners.size() - 1;
+    return {x.corners[index / nz / ny], y.corners[index / nz % ny], z.corners[index % nz]};
+}
+
+Vector BoxGrid::Upper(std::size_t index) const
+{
+    const std::size_t nz = z.corners.size() - 1;
+    const std::size_t ny = y.corners.size() - 1;
+    return {x.corners[index / nz / ny + 1], y.corners[index / nz % ny + 1], z.corners[index % nz + 1]};
+}
+
+// LineInBox holds only where one of its samples lies in the box. Where both ends lie in one box and in no
+// other, so do all samples, and it holds.
+void BoxGrid::FillBranch(Vector p, Vector parent)
+{
+    if (x.Misses(p.x, parent.x) || y.Misses(p.y, parent.y) || z.Misses(p.z, parent.z))
+        return;
+    const Range px = x.Find(p.x), py = y.Find(p.y), pz = z.Find(p.z);
+    const Range qx = x.Find(parent.x), qy = y.Find(parent.y), qz = z.Find(parent.z);
+    const auto inone = [](Range a, Range b) {
+        return a.first == a.last && b.first == b.last && a.first == b.first;
+    };
+    if (inone(px, qx) && inone(py, qy) && inone(pz, qz)) {
+        occupied[Index(px.first, py.first, pz.first)] = 1;
+        return;
+    }
+    FillAround(p, p, parent);
+    FillAround(parent, p, parent);
+    for (int k = 1; k < kSampleParts; k++)
+        FillAround(p + (k / static_cast<double>(kSampleParts)) * (parent - p), p, parent);
+}
+
+void BoxGrid::FillAround(Vector sample, Vector p, Vector parent)
+{
+    const Range rx = x.Find(sample.x), ry = y.Find(sample.y), rz = z.Find(sample.z);
+    for (int i = rx.first; i <= rx.last; i++)
+        for (int j = ry.first; j <= ry.last; j++)
+            for (int k = rz.first; k <= rz.last; k++) {
+                const std::size_t index = Index(i, j, k);
+                if (!occupied[index] && LineInBox(Lower(index), Upper(index), p, parent))
+                    occupied[index] = 1;
+            }
+}
+
+std::size_t BoxGrid::Index(int i, int j, int k) const
+{
+    const std::size_t nz = z.corners.size() - 1;
+    const std::size_t ny = y.corners.size() - 1;
+    return (static_cast<std::size_t>(i) * ny + static_cast<std::size_t>(j)) * nz +
+           static_cast<std::size_t>(k);
+}
+
+bool BoxGrid::Axis::Misses(double a, double b) const
+{
+    return (a < corners.front() && b < corners.front()) || (a > corners.back() && b > corners.back());
+}
+
+BoxGrid::Range BoxGrid::Axis::Find(double coordinate) const
+{
+    if (!(coordinate >= corners.front() && coordinate <= corners.back()))
+        return {0, -1};
+    // The guess may miss by a box, or overflow; the corners decide.
+    const int boxcount = static_cast<int>(corners.size()) - 1;
+    const double *corner = corners.data();
+    const double guess = (coordinate - corner[0]) * perbox;
+    int box = guess > 0 ? static_cast<int>(std::min(guess, boxcount - 1.0)) : 0;
+    while (corner[box] > coordinate)
+        box--;
+    while (corner[box + 1] < coordinate)
+        box++;
+    Range range = {box, box};
+    if (range.first > 0 && corner[range.first] == coordinate)
+        range.first--;
+    if (range.last < boxcount - 1 && corner[range.last + 1] == coordinate)
+        range.last++;
+    return range;
+}

@@ -1,0 +1,47 @@
+// The boxes of a grid, and which of them a branch passes through. docs/box-count.md explains it.
+
+#pragma once
+
+#include <vector>
+
+#include "geom/vector.h"
+
+// Corners along one axis: box i lies from corners[i] to corners[i + 1].
+using Corners = std::vector<double>;
+
+class BoxGrid
+{
+public:
+    BoxGrid(Corners x, Corners y, Corners z);
+
+    // Finds the boxes that branches of the aggregate pass through: those for which LineInBox holds for a
+    // particle's position and its parent's.
+    void Fill();
+
+    bool IsOccupied(std::size_t index) const { return occupied[index] != 0; }
+
+    // Number of boxes. Box `index` counts z fastest, then y, then x.
+    std::size_t Size() const { return occupied.size(); }
+    Vector Lower(std::size_t index) const;
+    Vector Upper(std::size_t index) const;
+
+private:
+    // Boxes along one axis that hold a coordinate: two where it is the corner between them, none outside.
+    struct Range {
+        int first, last;
+    };
+    struct Axis {
+        Corners corners;
+        double perbox; // boxes per unit
+        Range Find(double coordinate) const;
+        // Whether two coordinates lie beyond the same end.
+        bool Misses(double a, double b) const;
+    };
+
+    void FillBranch(Vector p, Vector parent);
+    void FillAround(Vector sample, Vector p, Vector parent);
+    std::size_t Index(int i, int j, int k) const;
+
+    Axis x, y, z;
+    std::vector<unsigned char> occupied;
+};

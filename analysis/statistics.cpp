@@ -1,0 +1,165 @@
+#include "analysis/statistics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+#include "analysis/box_grid.h"
+#include "growth/array.h"
+#include "growth/state.h"
+
+constexpr int kLevels = 10;
+constexpr int kClasses = 10;
+// The edge of a level over that of the next.
+constexpr double kLevelRatio = 1.5;
+
+Box *boxes = nullptr;
+int nboxes = 0;
+
+// The count under way.
+static double radius; // of the aggregate when the count started
+static double scale;  // edge of the current level's boxes
+static int depth;     // the current level
+// The level's boxes, part after part in the order of counting, and the next one.
+static std::vector<BoxGrid> parts;
+static std::size_t part;
+static std::size_t next;
+// Particles of which the parts know.
+static int knowncells;
+// Drawing modes to go back to.
+static int save1, save2;
+
+static void BeginLevel(double start);
+static void FillParts();
+static Corners ListCorners(double start);
+static void CountBox(const BoxGrid &grid, std::size_t index);
+static bool Advance();
+static void EndCount();
+
+int CountBranches()
+{
+    int *children = static_cast<int *>(calloc(static_cast<std::size_t>(ncells) + 1, sizeof(int)));
+    if (children == nullptr) {
+        fprintf(stderr, "Not enough memory for the branch distribution\n");
+        return 0;
+    }
+    for (int i = 0; i < ncells; i++)
+        if (cells[i].parent >= 0)
+            children[cells[i].parent]++;
+    for (int i = 0; i < ncells; i++)
+        stats.branchcount[std::min(children[i], kClasses - 1)]++;
+    free(children);
+    return 1;
+}
+
+void StartBoxCount()
+{
+    if (!options.boxcountrequest) {
+        save1 = options.surfacemode;
+        save2 = options.dlamode;
+    }
+    options.boxcountrequest = 1;
+    options.surfacemode = 0;
+    options.dlamode = kAggregateLines;
+
+    radius = growthstate.radius;
+    scale = radius / 2;
+    depth = 0;
+    std::fill(stats.boxcount, stats.boxcount + kLevels, -1);
+    stats.timestep = ncells;
+    BeginLevel(-radius - scale);
+}
+
+int CountNextBox()
+{
+    if (!options.boxcountrequest)
+        return 0;
+    if (parts.empty()) { // a radius that is no number has no boxes
+        EndCount();
+        return 1;
+    }
+    if (knowncells != ncells)
+        FillParts();
+    if (parts[part].IsOccupied(next))
+        CountBox(parts[part], next);
+    if (!Advance())
+        return 0;
+
+    const double start = -radius - scale; // by the edge of the finished level (kept)
+    scale /= kLevelRatio;
+    depth++;
+    if (depth == kLevels - 1 || scale < 2 * growthstate.branchlength) {
+        stats.boxsize[depth] = scale;
+        stats.boxcount[depth] = 0;
+        nboxes = 0;
+        EndCount();
+        return 1;
+    }
+    BeginLevel(start);
+    return 0;
+}
+
+// The first corner of a level may lie lower than the grid that follows: the first box of all stands at
+// `start` in each coordinate; z, y and x come back to -R - scale, each after its own first run.
+static void BeginLevel(double start)
+{
+    stats.boxsize[depth] = scale;
+    stats.boxcount[depth] = 0;
+    nboxes = 0;
+    parts.clear();
+    part = next = 0;
+    if (!std::isfinite(radius) || radius <= 0)
+        return;
+    const Corners first = ListCorners(start);
+    const Corners rest = ListCorners(-radius - scale);
+    const Corners head(first.begin(), first.begin() + 2);
+    const Corners tail(first.begin() + 1, first.end());
+    parts.emplace_back(head, head, first);
+    parts.emplace_back(head, tail, rest);
+    parts.emplace_back(tail, rest, rest);
+    FillParts();
+}
+
+static void FillParts()
+{
+    for (BoxGrid &grid : parts)
+        grid.Fill();
+    knowncells = ncells;
+}
+
+// Corners of boxes along an axis: the last box is the last whose lower corner does not exceed the radius.
+static Corners ListCorners(double start)
+{
+    Corners corners = {start};
+    while (corners.back() <= radius)
+        corners.push_back(corners.back() + scale);
+    return corners;
+}
+
+static void CountBox(const BoxGrid &grid, std::size_t index)
+{
+    stats.boxcount[depth]++;
+    // A box that memory does not hold is counted all the same, and not drawn.
+    AppendToArray(&boxes, &nboxes, Box{grid.Lower(index), grid.Upper(index)});
+}
+
+// Goes to the next box; true when that was the level's last.
+static bool Advance()
+{
+    next++;
+    while (part < parts.size() && next == parts[part].Size()) {
+        part++;
+        next = 0;
+    }
+    return part == parts.size();
+}
+
+static void EndCount()
+{
+    parts.clear();
+    options.boxcountrequest = 0;
+    options.surfacemode = save1;
+    options.dlamode = save2;
+}

@@ -1,0 +1,32 @@
+// Measures of the aggregate: the branch distribution, and the box count, from which a fractal dimension can
+// be read as the slope of log N against log(1/size).
+//
+// A box count runs in steps of one box, so that the display stays live. Level 0 has boxes of half the
+// aggregate's radius R, and each level boxes of 1/1.5 of the edge before; its boxes stand in a grid from one
+// box below -R up to the first whose lower corner exceeds R, z fastest. The count ends below an edge of two
+// branch lengths, or after nine levels. See docs/box-count.md.
+
+#pragma once
+
+#include "geom/vector.h"
+
+struct Box {
+    Vector lower, upper;
+};
+
+// The occupied boxes of the current level.
+extern Box *boxes; // malloc'ed
+extern int nboxes;
+
+// Adds the particles with 0 to 8 children, and with 9 or more, to stats.branchcount, which nothing ever
+// clears (kept). Returns 1, or 0 with nothing added when memory does not suffice.
+int CountBranches();
+
+// Starts a box count: sets the request and stats.timestep, clears the levels of stats, hides the surface and
+// shows the aggregate as lines. A count that is under way starts over.
+void StartBoxCount();
+
+// Tests one box: adds it to stats.boxcount and to boxes if a branch passes through it, as LineInBox says.
+// Returns 1 when that was the last box of all: the request is cleared and the drawing modes are back. Does
+// nothing without a request.
+int CountNextBox();

@@ -1,0 +1,42 @@
+#include "viewer/statistics.h"
+
+#include <GL/gl.h>
+
+#include "analysis/statistics.h"
+#include "growth/state.h"
+#include "viewer/gl_primitives.h"
+#include "viewer/overlays.h"
+#include "viewer/surface_drawing.h"
+
+// Draws for which the statistics are shown.
+constexpr int kShownDraws = 500;
+
+static void DrawBoxes();
+
+void Statistics()
+{
+    CountBranches();
+    StartBoxCount();
+    CalcBoxCount(0, 0);
+}
+
+void CalcBoxCount(int initialise, int draw)
+{
+    if (!options.boxcountrequest)
+        return;
+    if (initialise)
+        StartBoxCount();
+    if (draw) {
+        DrawBoxes();
+    } else if (CountNextBox()) {
+        DrawStatistics(kShownDraws);
+        DrawSTL(options.surfacemode, 1); // the surface may have changed while it was hidden
+    }
+}
+
+static void DrawBoxes()
+{
+    glColor3f(0.5F, 1, 0.5F);
+    for (int i = 0; i < nboxes; i++)
+        CreateBox(boxes[i].lower, boxes[i].upper, 0);
+}
