@@ -26,8 +26,8 @@ static int depth;     // the current level
 static std::vector<BoxGrid> parts;
 static std::size_t part;
 static std::size_t next;
-// Particles of which the parts know.
-static int knowncells;
+// The aggregate of which the parts know.
+static Branches branches;
 // Drawing modes to go back to.
 static int save1, save2;
 
@@ -67,6 +67,7 @@ void StartBoxCount()
     radius = growthstate.radius;
     scale = radius / 2;
     depth = 0;
+    branches = {};
     std::fill(stats.boxcount, stats.boxcount + kLevels, -1);
     stats.timestep = ncells;
     BeginLevel(-radius - scale);
@@ -80,7 +81,7 @@ int CountNextBox()
         EndCount();
         return 1;
     }
-    if (knowncells != ncells)
+    if (branches.parent.size() != static_cast<std::size_t>(ncells))
         FillParts();
     if (parts[part].IsOccupied(next))
         CountBox(parts[part], next);
@@ -124,9 +125,10 @@ static void BeginLevel(double start)
 
 static void FillParts()
 {
+    if (branches.parent.size() != static_cast<std::size_t>(ncells))
+        branches.Take();
     for (BoxGrid &grid : parts)
-        grid.Fill();
-    knowncells = ncells;
+        grid.Fill(branches);
 }
 
 // Corners of boxes along an axis: the last box is the last whose lower corner does not exceed the radius.
@@ -159,6 +161,7 @@ static bool Advance()
 static void EndCount()
 {
     parts.clear();
+    branches = {};
     options.boxcountrequest = 0;
     options.surfacemode = save1;
     options.dlamode = save2;

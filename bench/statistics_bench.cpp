@@ -1,0 +1,100 @@
+// The branch distribution, and box counts against as many idle calls that do nothing. Needs no display:
+// nothing is drawn.
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include <benchmark/benchmark.h>
+
+#include "analysis/statistics.h"
+#include "app/idle.h"
+#include "growth/array.h"
+#include "growth/growth_step.h"
+#include "growth/roots.h"
+#include "growth/state.h"
+
+static double Seconds()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// Each particle grows from one drawn among all before it.
+static void CountMany(benchmark::State &state)
+{
+    const int count = static_cast<int>(state.range(0));
+    if (!ResizeArray(&cells, static_cast<std::size_t>(count)))
+        return;
+    unsigned short random[3] = {1, 2, 3};
+    for (int i = 0; i < count; i++)
+        cells[i] = {{}, 0, i > 0 ? static_cast<int>(nrand48(random) % i) : -1, 0};
+    ncells = count;
+    ForgetAggregate();
+    for (auto _ : state)
+        CountBranches();
+}
+
+// The slope of log N against log(1/size) over levels `first` to `last`, by least squares.
+static double Slope(int first, int last)
+{
+    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
+    for (int level = first; level <= last; level++) {
+        const double x = std::log(1 / stats.boxsize[level]);
+        const double y = std::log(stats.boxcount[level]);
+        n++;
+        sx += x;
+        sy += y;
+        sxx += x * x;
+        sxy += x * y;
+    }
+    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
+}
+
+static void CountBoxes(benchmark::State &state)
+{
+    SetProgramDefaults();
+    options.framerate = 1e-9; // no redisplay
+    options.surfacemode = kSurfaceOff;
+    ncells = 0;
+    growthstate.nroots = 1;
+    InitialiseGrowth();
+    ResetSeeds();
+    while (ncells < state.range(0))
+        IterateSystem();
+    growthstate.running = 0;
+    double counting = 0, idling = 0, longest = 0;
+    long calls = 0;
+    for (auto _ : state) {
+        long counted = 0;
+        const double start = Seconds();
+        StartBoxCount();
+        while (options.boxcountrequest) {
+            HandleIdle();
+            counted++;
+        }
+        const double middle = Seconds();
+        for (long i = 0; i < counted; i++)
+            HandleIdle();
+        counting += middle - start;
+        idling += Seconds() - middle;
+        calls += counted;
+        StartBoxCount();
+        while (options.boxcountrequest) {
+            const double before = Seconds();
+            HandleIdle();
+            longest = std::max(longest, Seconds() - before);
+        }
+    }
+    int last = 9;
+    while (stats.boxcount[last] <= 0)
+        last--;
+    state.counters["calls"] = static_cast<double>(calls) / static_cast<double>(state.iterations());
+    state.counters["ns a call"] = 1e9 * counting / static_cast<double>(calls);
+    state.counters["ratio"] = counting / idling;
+    state.counters["longest ms"] = 1e3 * longest;
+    state.counters["slope"] = Slope(2, last);
+    state.counters["levels"] = last + 1;
+}
+
+BENCHMARK(CountMany)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK(CountBoxes)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
