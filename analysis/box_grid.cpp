@@ -1,7 +1,6 @@
 #include "analysis/box_grid.h"
 
 #include <algorithm>
-#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -14,10 +13,36 @@ constexpr int kSampleParts = 10;
 // From the place of a box to that of the box above it in y and in z, and no place: far from all.
 constexpr int kAboveY = 1 << 8;
 constexpr int kAboveZ = 1 << 16;
-constexpr int kNowhere = INT_MIN / 2;
-// Boxes from a corner within which a coordinate is not plain: far more than the corners' sums of rounded
-// edges miss.
-constexpr double kPlainMargin = 1e-6;
+// Boxes from a corner within which a coordinate is not plain: more than floats, and corners that are sums of
+// rounded edges, can miss among a hundred boxes.
+constexpr float kPlainMargin = 1e-4F;
+
+namespace
+{
+// An axis as floats, in a unit.
+class FloatAxis
+{
+public:
+    FloatAxis(const Corners &corners, double unit)
+        : first(static_cast<float>(corners.front() / unit)), boxes(static_cast<float>(corners.size() - 1)),
+          perunit(boxes / static_cast<float>((corners.back() - corners.front()) / unit))
+    {
+    }
+
+    // The box that holds a coordinate, or -1 where that is not plain: near a corner, or outside.
+    int FindPlain(float coordinate) const
+    {
+        float position = (coordinate - first) * perunit;
+        position = position > 0 && position < boxes ? position : 0;
+        const int box = static_cast<int>(position);
+        const float inside = position - static_cast<float>(box);
+        return inside > kPlainMargin && inside < 1 - kPlainMargin ? box : -1;
+    }
+
+private:
+    float first, boxes, perunit;
+};
+} // namespace
 
 // LineInBox holds only where one of its samples lies in the box, and then only if the ends do not lie beyond
 // the same side of it. So it holds for the box of an end; and where both ends lie in one box, or in two that
@@ -28,25 +53,37 @@ static bool AreOneOrShareASide(int a, int b)
     return (apart & ~(1U | kAboveY | kAboveZ)) == 0 && (apart & (apart - 1)) == 0;
 }
 
-BoxGrid::BoxGrid(Corners xcorners, Corners ycorners, Corners zcorners) : x(xcorners), y(ycorners), z(zcorners)
+// Index of the box at a place in a grid of so many boxes in y and in z.
+static unsigned IndexOf(int place, unsigned ny, unsigned nz)
 {
-    occupied.resize((x.corners.size() - 1) * (y.corners.size() - 1) * (z.corners.size() - 1));
+    const auto a = static_cast<unsigned>(place);
+    return (a % kAboveY * ny + a / kAboveY % kAboveY) * nz + a / kAboveZ;
 }
 
-void Branches::Take()
+BoxGrid::BoxGrid(const Corners &xcorners, const Corners &ycorners, const Corners &zcorners)
+    : x(xcorners), y(ycorners), z(zcorners)
 {
-    x.clear();
-    y.clear();
-    z.clear();
-    parent.clear();
+    occupied.resize((xcorners.size() - 1) * (ycorners.size() - 1) * (zcorners.size() - 1));
+}
+
+void Branches::Take(double lengthunit)
+{
+    const auto count = static_cast<std::size_t>(ncells);
+    unit = lengthunit;
+    const double perunit = 1 / unit;
+    x.resize(count);
+    y.resize(count);
+    z.resize(count);
+    parent.resize(count);
     lowest = {HUGE_VAL, HUGE_VAL, HUGE_VAL};
     highest = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
-    for (int i = 0; i < ncells; i++) {
-        x.push_back(cells[i].p.x);
-        y.push_back(cells[i].p.y);
-        z.push_back(cells[i].p.z);
-        parent.push_back(cells[i].parent);
-        MinMaxXYZ(&lowest, &highest, cells[i].p);
+    for (std::size_t i = 0; i < count; i++) {
+        const Vector p = cells[i].p;
+        x[i] = static_cast<float>(p.x * perunit);
+        y[i] = static_cast<float>(p.y * perunit);
+        z[i] = static_cast<float>(p.z * perunit);
+        parent[i] = cells[i].parent;
+        MinMaxXYZ(&lowest, &highest, p);
     }
 }
 
@@ -59,22 +96,35 @@ void BoxGrid::Fill(const Branches &branches)
     if (x.Misses(lowest.x, highest.x) || y.Misses(lowest.y, highest.y) || z.Misses(lowest.z, highest.z))
         return;
 
-    const std::size_t count = branches.parent.size();
-    places.resize(count);
-    for (std::size_t i = 0; i < count; i++)
-        places[i] = Find({branches.x[i], branches.y[i], branches.z[i]});
-    for (std::size_t i = 0; i < count; i++) {
+    FindPlaces(branches, places);
+    const unsigned ny = static_cast<unsigned>(y.corners.size() - 1);
+    const unsigned nz = static_cast<unsigned>(z.corners.size() - 1);
+    unsigned char *const filled = occupied.data();
+    for (std::size_t i = 0; i < places.size(); i++) {
         const int parent = branches.parent[i];
         if (parent < 0)
             continue;
         const Place a = places[i];
         const Place b = places[static_cast<std::size_t>(parent)];
         if (a >= 0 && AreOneOrShareASide(a, b)) {
-            occupied[IndexOf(a)] = 1;
-            occupied[IndexOf(b)] = 1;
+            filled[IndexOf(a, ny, nz)] = 1;
+            filled[IndexOf(b, ny, nz)] = 1;
         } else {
-            FillBranch(branches.Position(static_cast<int>(i)), branches.Position(parent), a, b);
+            FillBranch(cells[i].p, cells[parent].p);
         }
+    }
+}
+
+void BoxGrid::FindPlaces(const Branches &branches, std::vector<Place> &places) const
+{
+    const std::size_t count = branches.parent.size();
+    places.resize(count);
+    const FloatAxis fx(x.corners, branches.unit), fy(y.corners, branches.unit), fz(z.corners, branches.unit);
+    for (std::size_t i = 0; i < count; i++) {
+        const int inx = fx.FindPlain(branches.x[i]);
+        const int iny = fy.FindPlain(branches.y[i]);
+        const int inz = fz.FindPlain(branches.z[i]);
+        places[i] = inx | (iny * kAboveY) | (inz * kAboveZ);
     }
 }
 
@@ -92,29 +142,14 @@ Vector BoxGrid::Upper(std::size_t index) const
     return {x.corners[index / nz / ny + 1], y.corners[index / nz % ny + 1], z.corners[index % nz + 1]};
 }
 
-std::size_t BoxGrid::IndexOf(Place a) const
-{
-    return Index(a % kAboveY, a / kAboveY % kAboveY, a / kAboveZ);
-}
-
-void BoxGrid::FillBranch(Vector p, Vector parent, Place a, Place b)
+void BoxGrid::FillBranch(Vector p, Vector parent)
 {
     if (x.Misses(p.x, parent.x) || y.Misses(p.y, parent.y) || z.Misses(p.z, parent.z))
         return;
-    const auto fill = [=, this](Vector sample, Place place) {
-        if (place < 0)
-            FillAround(sample, p, parent);
-        else if (place == a || place == b)
-            occupied[IndexOf(place)] = 1;
-        else
-            FillBox(IndexOf(place), p, parent);
-    };
-    fill(p, a);
-    fill(parent, b);
-    for (int k = 1; k < kSampleParts; k++) {
-        const Vector sample = p + (k / static_cast<double>(kSampleParts)) * (parent - p);
-        fill(sample, Find(sample));
-    }
+    FillAround(p, p, parent);
+    FillAround(parent, p, parent);
+    for (int k = 1; k < kSampleParts; k++)
+        FillAround(p + (k / static_cast<double>(kSampleParts)) * (parent - p), p, parent);
 }
 
 void BoxGrid::FillAround(Vector sample, Vector p, Vector parent)
@@ -141,26 +176,9 @@ std::size_t BoxGrid::Index(int i, int j, int k) const
 }
 
 BoxGrid::Axis::Axis(Corners list)
-    : corners(std::move(list)), mostboxes(static_cast<double>(corners.size() - 1)),
-      perbox(mostboxes / (corners.back() - corners.front()))
+    : corners(std::move(list)),
+      perunit(static_cast<double>(corners.size() - 1) / (corners.back() - corners.front()))
 {
-}
-
-BoxGrid::Place BoxGrid::Find(Vector p) const
-{
-    const Place i = x.FindPlain(p.x);
-    const Place j = y.FindPlain(p.y);
-    const Place k = z.FindPlain(p.z);
-    return (i | j | k) < 0 ? kNowhere : i + j * kAboveY + k * kAboveZ;
-}
-
-int BoxGrid::Axis::FindPlain(double coordinate) const
-{
-    double position = (coordinate - corners.front()) * perbox;
-    position = position > 0 && position < mostboxes ? position : 0;
-    const int box = static_cast<int>(position);
-    const double inside = position - box;
-    return inside > kPlainMargin && inside < 1 - kPlainMargin ? box : -1;
 }
 
 bool BoxGrid::Axis::Misses(double a, double b) const
@@ -175,7 +193,7 @@ BoxGrid::Range BoxGrid::Axis::FindAll(double coordinate) const
     // The guess may miss by a box, or overflow; the corners decide.
     const int boxcount = static_cast<int>(corners.size()) - 1;
     const double *corner = corners.data();
-    const double guess = (coordinate - corner[0]) * perbox;
+    const double guess = (coordinate - corner[0]) * perunit;
     int box = guess > 0 ? static_cast<int>(std::min(guess, boxcount - 1.0)) : 0;
     while (corner[box] > coordinate)
         box--;

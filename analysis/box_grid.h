@@ -9,25 +9,21 @@
 // Corners along one axis: box i lies from corners[i] to corners[i + 1].
 using Corners = std::vector<double>;
 
-// The aggregate as the grids look at it: positions by coordinate, one after the other.
+// The aggregate as the grids look at it first: positions rounded to float, coordinate by coordinate.
 struct Branches {
-    std::vector<double> x, y, z;
+    double unit = 1; // of x, y and z
+    std::vector<float> x, y, z;
     std::vector<int> parent; // -1 for a root
-    Vector lowest, highest;  // bounds
+    Vector lowest, highest;  // bounds, exact
 
-    // Takes all particles from cells.
-    void Take();
-    Vector Position(int i) const
-    {
-        const auto at = static_cast<std::size_t>(i);
-        return {x[at], y[at], z[at]};
-    }
+    // Takes all particles from cells. The unit is of the order of the aggregate's size.
+    void Take(double lengthunit);
 };
 
 class BoxGrid
 {
 public:
-    BoxGrid(Corners x, Corners y, Corners z);
+    BoxGrid(const Corners &xcorners, const Corners &ycorners, const Corners &zcorners);
 
     // Finds the boxes that branches pass through: those for which LineInBox holds for a particle's position
     // and its parent's.
@@ -49,21 +45,17 @@ private:
         explicit Axis(Corners list);
 
         Corners corners;
-        double mostboxes; // their number
-        double perbox;    // boxes per unit
+        double perunit; // boxes, about
         Range FindAll(double coordinate) const;
-        // The one box that holds a coordinate, or -1 where that is not plain: near a corner, or outside.
-        int FindPlain(double coordinate) const;
         // Whether two coordinates lie beyond the same end.
         bool Misses(double a, double b) const;
     };
 
-    // The box that holds a point as one number, i + (j << 8) + (k << 16), or kNowhere where it is not plain.
+    // The box that holds a point as one number, i + (j << 8) + (k << 16); negative where it is not plain.
     using Place = int;
 
-    Place Find(Vector p) const;
-    std::size_t IndexOf(Place a) const;
-    void FillBranch(Vector p, Vector parent, Place a, Place b);
+    void FindPlaces(const Branches &branches, std::vector<Place> &places) const;
+    void FillBranch(Vector p, Vector parent);
     void FillAround(Vector sample, Vector p, Vector parent);
     void FillBox(std::size_t index, Vector p, Vector parent);
     std::size_t Index(int i, int j, int k) const;

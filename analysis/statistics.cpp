@@ -126,7 +126,7 @@ static void BeginLevel(double start)
 static void FillParts()
 {
     if (branches.parent.size() != static_cast<std::size_t>(ncells))
-        branches.Take();
+        branches.Take(radius);
     for (BoxGrid &grid : parts)
         grid.Fill(branches);
 }

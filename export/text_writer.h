@@ -17,7 +17,7 @@ char *FormatNumber(char *text, double value);
 class TextWriter
 {
 public:
-    explicit TextWriter(FILE *file);
+    explicit TextWriter(FILE *output);
     ~TextWriter();
     TextWriter(const TextWriter &) = delete;
     TextWriter &operator=(const TextWriter &) = delete;
