@@ -17,6 +17,9 @@ constexpr double kLevelRatio = 1.5;
 
 Box *boxes = nullptr;
 int nboxes = 0;
+// Boxes that the array has room for: at first, and now.
+constexpr int kFirstBoxes = 1000;
+static int boxroom;
 
 // The count under way.
 static double radius; // of the aggregate when the count started
@@ -143,8 +146,10 @@ static Corners ListCorners(double start)
 static void CountBox(const BoxGrid &grid, std::size_t index)
 {
     stats.boxcount[depth]++;
-    // A box that memory does not hold is counted all the same, and not drawn.
-    AppendToArray(&boxes, &nboxes, Box{grid.Lower(index), grid.Upper(index)});
+    if (nboxes == boxroom && ResizeArray(&boxes, 2 * static_cast<std::size_t>(boxroom) + kFirstBoxes))
+        boxroom = 2 * boxroom + kFirstBoxes;
+    if (nboxes < boxroom) // else memory does not hold it: it is counted all the same, and not drawn
+        boxes[nboxes++] = {grid.Lower(index), grid.Upper(index)};
 }
 
 // Goes to the next box; true when that was the level's last.

@@ -91,10 +91,12 @@ protected:
     // Particles at the points, each but the first a child of the one before.
     static void Chain(const std::vector<Vector> &points)
     {
+        ASSERT_TRUE(ResizeArray(&cells, points.size()));
         ncells = 0;
         growthstate.radius = 0;
         for (const Vector &p : points) {
-            ASSERT_TRUE(AppendToArray(&cells, &ncells, Particle{p, 0, ncells - 1, 0}));
+            cells[ncells] = {p, 0, ncells - 1, 0};
+            ncells++;
             growthstate.radius = std::max(growthstate.radius, Modulus(p));
         }
     }
