@@ -12,6 +12,7 @@
 #include "growth/control_panel.h"
 #include "growth/roots.h"
 #include "growth/state.h"
+#include "growth/wait_cursor.h"
 #include "surface/surface.h"
 #include "viewer/surface_drawing.h"
 
@@ -100,7 +101,7 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    if (!DoSlice(options.slicecount, direction))
+    if (!DoWaiting([=] { return DoSlice(options.slicecount, direction); }))
         exit(-1);
 }
 
@@ -122,6 +123,7 @@ static void WorkTransformPanel(const FL_OBJECT *worked)
     if (worked == stlform->hide) {
         HidePanel(stlform->form, &stlformvisible);
     } else if (worked == stlform->apply) {
+        const WaitCursor wait;
         TransformSTL(ReadInputs(stlform->scalex, stlform->scaley, stlform->scalez),
                      ReadInputs(stlform->shiftx, stlform->shifty, stlform->shiftz),
                      ReadInputs(stlform->rotatex, stlform->rotatey, stlform->rotatez));
@@ -138,6 +140,7 @@ static void ChangeRootCount(int count)
         UpdateForms();
         return;
     }
+    const WaitCursor wait;
     growthstate.nroots = count;
     RestartFromRoots();
 }

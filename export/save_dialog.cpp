@@ -7,6 +7,7 @@
 
 #include "export/aggregate.h"
 #include "export/information.h"
+#include "growth/wait_cursor.h"
 
 // Characters of a file name, with its end.
 constexpr std::size_t kNameSize = 256;
@@ -34,8 +35,11 @@ void SaveModel(int format, int mode)
     FILE *file = AskForFile(kTitles[format]);
     if (file == nullptr)
         return;
-    const int whole = WriteModel(file, format, mode);
-    fclose(file);
+    const int whole = DoWaiting([=] {
+        const int complete = WriteModel(file, format, mode);
+        fclose(file);
+        return complete;
+    });
     if (!whole)
         fl_show_message("Memory Error", "Not enough memory for the longest chain of branches",
                         "The file is not complete");

@@ -6,6 +6,7 @@
 
 #include "growth/control_panel.h"
 #include "growth/roots.h"
+#include "growth/wait_cursor.h"
 
 int ReadRoots()
 {
@@ -14,7 +15,7 @@ int ReadRoots()
         return 1;
     const std::string path = chosen;
 
-    switch (ReadSeedFile(path.c_str())) {
+    switch (DoWaiting([&] { return ReadSeedFile(path.c_str()); })) {
     case kSeedFileRead:
         UpdateForms();
         return 1;

@@ -5,6 +5,7 @@
 
 #include <forms.h>
 
+#include "growth/wait_cursor.h"
 #include "surface/stl_reader.h"
 
 static void ShowFileError(const char *text, const std::string &detail = "");
@@ -16,7 +17,7 @@ int ReadSTL()
         return 1;
     const std::string path = chosen;
 
-    switch (ReadSTLFile(path.c_str())) {
+    switch (DoWaiting([&] { return ReadSTLFile(path.c_str()); })) {
     case kSTLRead:
         return 1;
     case kSTLUnopened:

@@ -23,9 +23,9 @@ forbid export viewer app
 forbid image growth surface analysis export viewer app
 forbid viewer app
 
-toolkit='_(panel|drawing|menu|dialog)\.(h|cpp)$'
+toolkit='_(panel|drawing|menu|dialog|cursor)\.(h|cpp)$'
 for file in $(find geom growth surface analysis export image -name '*.h' -o -name '*.cpp' 2>/dev/null | grep -vE "$toolkit"); do
-    if grep -nE '#include <(GL/|X11/|forms\.h)|#include ".*_(panel|drawing|menu|dialog)\.h"' "$file"; then
+    if grep -nE '#include <(GL/|X11/|forms\.h)|#include ".*_(panel|drawing|menu|dialog|cursor)\.h"' "$file"; then
         echo "$file is core and must not use a toolkit"
         faults=1
     fi

@@ -3,6 +3,7 @@
 #include <GL/gl.h>
 
 #include "growth/state.h"
+#include "growth/wait_cursor.h"
 #include "surface/surface.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/gl_primitives.h"
@@ -20,6 +21,7 @@ void DrawSTL(int mode, int rebuild)
         glCallList(static_cast<GLuint>(listindex));
         return;
     }
+    const WaitCursor wait;
     if (listindex > 0)
         glDeleteLists(static_cast<GLuint>(listindex), 1);
     listindex = static_cast<int>(glGenLists(1));

@@ -118,3 +118,10 @@ extern "C" int fl_show_question(const char *question, int)
     Record("fl_show_question", {}, question);
     return fakebutton;
 }
+
+extern "C" void fl_set_cursor(Window, int cursor)
+{
+    Record("fl_set_cursor", {double(cursor)});
+}
+
+extern "C" void fl_update_display(int) {}

@@ -64,6 +64,7 @@ extern "C" void glutFullScreen()
 extern "C" void glutSetCursor(int cursor)
 {
     Record("glutSetCursor", {double(cursor)});
+    fakecursor = cursor;
 }
 
 extern "C" void glutMainLoop()
@@ -94,6 +95,8 @@ extern "C" void glutAttachMenu(int button)
 
 extern "C" int glutGet(GLenum what)
 {
+    if (what == GLUT_WINDOW_CURSOR)
+        return fakecursor;
     return what == GLUT_WINDOW_WIDTH ? 800 : 600;
 }
 

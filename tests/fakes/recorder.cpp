@@ -5,6 +5,7 @@
 
 std::vector<Call> calls;
 int fakemodifiers = 0;
+int fakecursor = 0;
 std::string fakefile;
 unsigned fakelist = 7;
 FL_OBJECT_ *fakeworked = nullptr;

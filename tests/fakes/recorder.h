@@ -34,6 +34,7 @@ std::string Transcript(std::initializer_list<const char *> names);
 // What the stand-ins answer: modifiers held, file selected (empty: cancelled), the display list made next.
 extern unsigned fakelist;
 extern int fakemodifiers;
+extern int fakecursor; // of the window
 extern std::string fakefile;
 
 // Panels: the object that the user has worked, the state of any button, and the closing of the panel built

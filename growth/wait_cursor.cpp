@@ -1,0 +1,33 @@
+#include "growth/wait_cursor.h"
+
+#include <GL/glut.h>
+#include <forms.h>
+
+#include "growth/control_panel.h"
+#include "growth/state.h"
+
+static void SetCursors(int window, int panels);
+
+WaitCursor::WaitCursor() : old(glutGet(GLUT_WINDOW_CURSOR))
+{
+    SetCursors(GLUT_CURSOR_WAIT, FL_BUSY_CURSOR);
+}
+
+WaitCursor::~WaitCursor()
+{
+    SetCursors(old, FL_DEFAULT_CURSOR);
+}
+
+// Sends the change to the display at once: the work that follows does not.
+static void SetCursors(int window, int panels)
+{
+    glutSetCursor(window);
+    glutGet(GLUT_WINDOW_X); // asks the display, and so sends what waits
+    if (settingformvisible)
+        fl_set_cursor(settingform->form->window, panels);
+    if (stlformvisible)
+        fl_set_cursor(stlform->form->window, panels);
+    if (sliceformvisible)
+        fl_set_cursor(sliceform->form->window, panels);
+    fl_update_display(0);
+}
