@@ -17,6 +17,7 @@ wait_for() {
     local what=$1 since=$SECONDS
     shift
     until "$@"; do
+        kill -0 "$pid" 2>/dev/null || fail "the program is gone"
         [ $((SECONDS - since)) -lt 60 ] || fail "waited in vain: $what"
         sleep 0.1
     done
