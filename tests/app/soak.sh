@@ -12,8 +12,9 @@ export LSAN_OPTIONS=print_suppressions=0:suppressions=$here/leaks.supp
 
 most_particles=6000
 resting_every=20 # actions
-# Bytes by which what is held at rest may grow: tables keep room for the largest aggregate so far.
-allowance=1000000
+# Bytes by which what is held at rest may grow: GL keeps what the largest picture so far took, and tables have room for the
+# largest aggregate. Ten minutes find a growth of some 50 kB an action; what nothing points to any more is found at the end.
+allowance=10000000
 
 fail() {
     echo "seed $seed, action $action, line ${BASH_LINENO[*]}: $1" >&2
