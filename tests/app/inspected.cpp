@@ -79,8 +79,8 @@ extern "C" void __real_glutSwapBuffers();
 extern "C" void __wrap_glutSwapBuffers()
 {
     __real_glutSwapBuffers();
-    // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while a
-    // library that is to blame for one is still there to be named.
+    // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while
+    // a library that is to blame for one is still there to be named.
     static bool registered = false;
     if (!registered && __lsan_do_leak_check != nullptr)
         atexit(__lsan_do_leak_check);
