@@ -164,9 +164,9 @@ make_settings() {
 
 # Grows in bursts to at least the given number of particles, and sets `grown` to the number there are. Each burst aims
 # at less than what seems to be missing, so that little more is grown than was asked for.
+# Needs information saved while growth is paused.
 grow_to() {
     local before burst=0.05
-    save_information
     grown=$(reported "Number of particles")
     while [ "$grown" -lt "$1" ]; do
         xdotool mousemove 20 580 key F3 sleep "$burst" key F3

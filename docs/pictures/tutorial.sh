@@ -29,14 +29,13 @@ xdotool mousemove 60 336
 sleep 0.3
 xdotool mousemove 62 334
 sleep 0.7
-xdotool mousemove 64 335
-sleep 0.7
-screen menu 0 0 660 640
-xdotool key Escape
-sleep 0.3
-xdotool mousemove 20 580 click 1
+xdotool mousemove 380 360
 sleep 0.5
-choose "Sample constraint surfaces" 2
+xdotool mousemove 382 362
+sleep 1
+screen menu 0 0 660 610
+xdotool click 1
+sleep 0.7
 key F3
 
 # The settings.
@@ -69,7 +68,7 @@ half_window tubes
 
 # The scene and its rendering.
 choose_label "Save DLA as" "PovRay (Cylinders + Spheres)"
-select_file "$work/cylinder.pov"
+select_file cylinder.pov
 sleep 1
 tail -5 cylinder.pov
 time timeout 500 povray +Icylinder.pov +Ocylinder.png +W800 +H800 +A -D >povray.txt 2>&1 || { cat povray.txt; fail "no rendering"; }
