@@ -83,7 +83,6 @@ ROWS
     fi
     [ "$(value association)" != on ] || press $settings 185 435
     text=$(value roots)
-    type_into $settings 200 365 0
     press $settings 200 365
     xdotool key ctrl+e ctrl+u type "${text:-1}"
     xdotool key Tab sleep 0.1 mousemove 20 580 key F3
@@ -133,8 +132,7 @@ set_up() {
     cat >"$work/description"
     for _ in 1 2 3; do
         start
-        key F1
-        key F2
+        key F1 F2
         make_settings
         settings_arrived && return
         finish
