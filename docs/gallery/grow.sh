@@ -21,7 +21,7 @@ window_size=1200
 # Branches whose positions are compared.
 hashed_branches=2000
 # Seconds of growth between two looks at the number of particles.
-shortest_burst=0.02 longest_burst=3
+shortest_burst=0.05 longest_burst=3
 
 # Numbers of the menus in menu_tree.txt, which the tests hold against the program.
 declare -A menu_numbers=(["Constraint surface drawing mode"]=1 ["Save DLA as"]=2 ["DLA drawing mode"]=3
@@ -164,7 +164,7 @@ make_settings() {
 # at less than what seems to be missing, so that little more is grown than was asked for.
 # Needs information saved while growth is paused.
 grow_to() {
-    local before burst=0.05
+    local before burst=$shortest_burst
     grown=$(reported "Number of particles")
     while [ "$grown" -lt "$1" ]; do
         xdotool mousemove 20 580 key F3 sleep "$burst" key F3
