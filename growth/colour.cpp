@@ -1,10 +1,6 @@
 #include "growth/colour.h"
 
-#include <algorithm>
-#include <cmath>
 #include <iterator>
-
-#include "growth/state.h"
 
 // Ranges shorter than this are widened.
 constexpr double kShortestRange = 1e-6;
@@ -17,33 +13,43 @@ static const Colour kRootColours[] = {
     {0.25, 0.25, 0.25}, {0.5, 0.5, 0.5}, {0.75, 0.75, 0.75},
 };
 
-Colour ChooseColour(int index, int mode)
+ColourMap::ColourMap(double vmin, double vmax) : lo(std::min(vmin, vmax)), hi(std::max(vmin, vmax))
 {
-    const bool byroot =
-        growthstate.association && growthstate.nroots > 1 && mode >= 1 && mode <= kAggregateLines;
-    if (byroot)
-        return kRootColours[index % growthstate.nroots % static_cast<int>(std::size(kRootColours))];
-    return GetColour(std::log(cells[index].weight + 1), 0, std::log(growthstate.maxweight / 3 + 1), kFlowMap);
-}
-
-Colour GetColour(double v, double vmin, double vmax, int type)
-{
-    double lo = std::min(vmin, vmax);
-    double hi = std::max(vmin, vmax);
     if (hi - lo < kShortestRange) {
         lo -= 1;
         hi += 1;
     }
-    if (type != kFlowMap)
-        return {1, 1, 1};
+    dv = hi - lo;
+    cyan = lo + 0.25 * dv;
+    green = lo + 0.5 * dv;
+    yellow = lo + 0.75 * dv;
+}
 
-    v = std::min(std::max(v, lo), hi);
-    const double dv = hi - lo;
-    if (v < lo + 0.25 * dv)
-        return {0, 4 * (v - lo) / dv, 1};
-    if (v < lo + 0.5 * dv)
-        return {0, 1, 1 + 4 * (lo + 0.25 * dv - v) / dv};
-    if (v < lo + 0.75 * dv)
-        return {4 * (v - lo - 0.5 * dv) / dv, 1, 0};
-    return {1, 1 + 4 * (lo + 0.75 * dv - v) / dv, 0};
+std::vector<FlowLogs::Remembered> FlowLogs::remembered;
+
+FlowLogs::FlowLogs()
+{
+    if (remembered.size() < static_cast<std::size_t>(ncells))
+        remembered.resize(static_cast<std::size_t>(ncells));
+}
+
+ParticleColours::ParticleColours(int mode)
+    : byroot(growthstate.association && growthstate.nroots > 1 && mode >= 1 && mode <= kAggregateLines),
+      flows(0, std::log(growthstate.maxweight / 3 + 1))
+{
+}
+
+Colour RootColour(int index)
+{
+    return kRootColours[index % growthstate.nroots % static_cast<int>(std::size(kRootColours))];
+}
+
+Colour ChooseColour(int index, int mode)
+{
+    return ParticleColours(mode).Of(index);
+}
+
+Colour GetColour(double v, double vmin, double vmax, int type)
+{
+    return type == kFlowMap ? ColourMap(vmin, vmax).Of(v) : Colour{1, 1, 1};
 }

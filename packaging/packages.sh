@@ -29,7 +29,8 @@ install_missing() {
 start_virtual_display() {
     local number
     number=$(mktemp)
-    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3>"$number" >/dev/null 2>&1 &
+    # Without resets: while one runs, after the last client has left, new clients are turned away.
+    Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp -noreset 3>"$number" >/dev/null 2>&1 &
     virtual_display=$!
     trap 'kill "$virtual_display" 2>/dev/null || true' EXIT
     for _ in $(seq 100); do

@@ -100,11 +100,12 @@ static void EnableLight(GLenum light, const float position[4])
 
 static void DrawPoints()
 {
+    const ParticleColours colours(kAggregatePoints);
     glBegin(GL_POINTS);
     for (int i = 0; i < ncells; i++) {
         if (cells[i].parent < 0)
             continue;
-        SetColour(ChooseColour(i, kAggregatePoints));
+        SetColour(colours.Of(i));
         SetVertex(cells[i].p);
     }
     glEnd();
@@ -112,11 +113,12 @@ static void DrawPoints()
 
 static void DrawLines()
 {
+    const ParticleColours colours(kAggregateLines);
     glBegin(GL_LINES);
     for (int i = 0; i < ncells; i++) {
         if (cells[i].parent < 0)
             continue;
-        SetColour(ChooseColour(i, kAggregateLines));
+        SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         SetVertex(cells[cells[i].parent].p);
     }
@@ -126,12 +128,14 @@ static void DrawLines()
 static void DrawTubes()
 {
     const double scale = (growthstate.thickfrom - growthstate.thickto) / std::log(growthstate.maxweight + 1);
-    const auto radius = [=](int i) { return growthstate.thickto + scale * std::log(cells[i].weight + 1); };
+    const ParticleColours colours(kAggregateTubes);
+    const FlowLogs logs;
+    const auto radius = [=](int i) { return growthstate.thickto + scale * logs.Of(i); };
     for (int i = 0; i < ncells; i++) {
         const int parent = cells[i].parent;
         if (parent < 0)
             continue;
-        SetColour(ChooseColour(i, kAggregateTubes));
+        SetColour(colours.Of(i));
         CreateCone(cells[parent].p, cells[i].p, radius(parent), radius(i), 0, kTwoPi, kTubeFacets);
     }
 }

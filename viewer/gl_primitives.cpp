@@ -2,9 +2,22 @@
 
 #include <cstdlib>
 #include <initializer_list>
+#include <vector>
 
-#include <GL/gl.h>
+// The angles of a cone's edges.
+struct Ring {
+    double theta1, theta2;
+    int m = -1;
+    std::vector<double> cosine, sine;
+    std::vector<float> share; // of the sweep: a texture coordinate
+};
 
+struct Directions {
+    std::vector<double> x, y, z;
+};
+
+static const Ring &FindRing(double theta1, double theta2, int m);
+static void FindDirections(const Ring &ring, Vector p, Vector q, Directions *directions);
 static void DrawBoxEdges(Vector lower, Vector upper);
 static void DrawBoxFaces(Vector lower, Vector upper);
 
@@ -69,12 +82,13 @@ void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, doubl
     Vector q = CrossProduct(axis, p);
     Normalise(&q);
 
+    const Ring &ring = FindRing(theta1, theta2, m);
+    static Directions directions;
+    FindDirections(ring, p, q, &directions);
     glBegin(GL_QUAD_STRIP);
-    for (int i = 0; i <= m; i++) {
-        const double theta = theta1 + i * (theta2 - theta1) / m;
-        Vector d = std::cos(theta) * q + std::sin(theta) * p;
-        Normalise(&d);
-        const float s = static_cast<float>(i) / static_cast<float>(m);
+    for (std::size_t i = 0; i < ring.cosine.size(); i++) {
+        const Vector d = {directions.x[i], directions.y[i], directions.z[i]};
+        const float s = ring.share[i];
         SetNormal(d);
         glTexCoord2f(s, 0);
         SetVertex(p1 + r1 * d);
@@ -85,19 +99,41 @@ void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, doubl
     glEnd();
 }
 
-void SetColour(Colour colour)
+// The ring of the cone drawn last is kept: most cones in a row share it.
+static const Ring &FindRing(double theta1, double theta2, int m)
 {
-    glColor3f(static_cast<float>(colour.r), static_cast<float>(colour.g), static_cast<float>(colour.b));
+    static Ring ring;
+    if (ring.m == m && ring.theta1 == theta1 && ring.theta2 == theta2)
+        return ring;
+    ring = {theta1, theta2, m, {}, {}, {}};
+    for (int i = 0; i <= m; i++) {
+        const double theta = theta1 + i * (theta2 - theta1) / m;
+        ring.cosine.push_back(std::cos(theta));
+        ring.sine.push_back(std::sin(theta));
+        ring.share.push_back(static_cast<float>(i) / static_cast<float>(m));
+    }
+    return ring;
 }
 
-void SetVertex(Vector p)
+// Unit vectors at the ring's angles from q towards p. Written for the loop to run in vectors.
+static void FindDirections(const Ring &ring, Vector p, Vector q, Directions *directions)
 {
-    glVertex3f(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z));
-}
-
-void SetNormal(Vector n)
-{
-    glNormal3f(static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z));
+    const std::size_t count = ring.cosine.size();
+    directions->x.resize(count);
+    directions->y.resize(count);
+    directions->z.resize(count);
+    const double *cosine = ring.cosine.data();
+    const double *sine = ring.sine.data();
+    double *x = directions->x.data();
+    double *y = directions->y.data();
+    double *z = directions->z.data();
+    for (std::size_t i = 0; i < count; i++) {
+        const Vector d = cosine[i] * q + sine[i] * p;
+        const double length = Modulus(d);
+        x[i] = length == 0 ? 0 : d.x / length;
+        y[i] = length == 0 ? 0 : d.y / length;
+        z[i] = length == 0 ? 0 : d.z / length;
+    }
 }
 
 static void DrawBoxEdges(Vector lower, Vector upper)

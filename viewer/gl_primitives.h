@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <GL/gl.h>
+
 #include "geom/vector.h"
 #include "growth/colour.h"
 
@@ -20,6 +22,17 @@ void CreateSimpleSphere(Vector centre, double radius, int n, int method);
 void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, double theta2, int m);
 
 // A colour, a vertex and a normal, passed to GL in single precision.
-void SetColour(Colour colour);
-void SetVertex(Vector p);
-void SetNormal(Vector n);
+inline void SetColour(Colour colour)
+{
+    glColor3f(static_cast<float>(colour.r), static_cast<float>(colour.g), static_cast<float>(colour.b));
+}
+
+inline void SetVertex(Vector p)
+{
+    glVertex3f(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z));
+}
+
+inline void SetNormal(Vector n)
+{
+    glNormal3f(static_cast<float>(n.x), static_cast<float>(n.y), static_cast<float>(n.z));
+}

@@ -12,19 +12,32 @@ fail() {
     exit 1
 }
 
+# wait_for WHAT COMMAND...: until the command succeeds.
+wait_for() {
+    local what=$1 since=$SECONDS
+    shift
+    until "$@"; do
+        kill -0 "$pid" 2>/dev/null || fail "the program is gone"
+        [ $((SECONDS - since)) -lt 60 ] || fail "waited in vain: $what"
+        sleep 0.1
+    done
+}
+
+# visible NAME [COUNT]: that many windows of the name (or at least one) are on the display.
+visible() {
+    local found
+    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | wc -l)
+    if [ $# -gt 1 ]; then [ "$found" -eq "$2" ]; else [ "$found" -gt 0 ]; fi
+}
+
 # Starts the program with the given arguments and waits for its window.
 start() {
     "$program" "$@" 2>stderr.txt &
     pid=$!
-    for _ in $(seq 100); do
-        if window=$(xdotool search --name "$title" 2>/dev/null); then
-            xdotool windowmove "$window" 0 0
-            sleep 0.5
-            return
-        fi
-        sleep 0.1
-    done
-    fail "no window"
+    wait_for "the window" visible "$title"
+    window=$(xdotool search --name "$title")
+    xdotool windowmove "$window" 0 0
+    sleep 0.5
 }
 
 key() {
@@ -34,7 +47,8 @@ key() {
 }
 
 picture() {
-    timeout 20 xwd -silent -name "$title" | xwdtopnm 2>/dev/null >"$1"
+    # Over a panel xwd mixes visuals, and the depth is then another.
+    timeout 20 xwd -silent -name "$title" | xwdtopnm 2>/dev/null | pamdepth 255 2>/dev/null >"$1"
 }
 
 # Colours of an area (columns left to right) of a picture that are not black.
@@ -59,28 +73,21 @@ choose() {
         [ $row -lt ${#main_menu[@]} ] || fail "no entry $1"
     done
     xdotool mousemove 20 20 click 3
-    sleep 0.4
+    wait_for "the menu" visible "freeglut menu" 1
     y=$((34 + entry_height * row))
-    xdotool mousemove 60 $((y + 2))
-    sleep 0.2
-    xdotool mousemove 62 $y
-    sleep 0.3
+    xdotool mousemove 60 $((y + 2)) mousemove 62 $y
     if [ $# -gt 1 ]; then
-        local submenu
-        xdotool mousemove 64 $((y + 1))
-        sleep 0.3
-        # The menu that stands to the right of the main menu's left edge.
-        submenu=$(xwininfo -root -tree | sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk '$1 > 20' | head -1)
-        [ -n "$submenu" ] || fail "$1 opens no menu"
-        set -- "$1" "$2" $submenu
-        xdotool mousemove $(($3 + 20)) $((y + 2))
-        sleep 0.2
+        wait_for "the menu of $1" visible "freeglut menu" 2
+        # The one that stands to the right of the main menu's left edge.
+        set -- "$1" "$2" $(xwininfo -root -tree |
+            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk '$1 > 20')
         y=$(($4 + 14 + entry_height * ($2 - 1)))
-        xdotool mousemove $(($3 + 22)) $y
-        sleep 0.3
+        xdotool mousemove $(($3 + 20)) $((y + 2)) mousemove $(($3 + 22)) $y
     fi
+    sleep 0.1
     xdotool click 1
-    sleep 0.7
+    wait_for "the menu gone" visible "freeglut menu" 0
+    sleep 0.2
 }
 
 # The panels by their sizes; panel SIZE prints the window, or nothing while it is hidden.
@@ -89,11 +96,13 @@ panel() {
     xwininfo -root -tree | awk -v size="$1" '/XForm/ && index($0, " " size "+") { print $1; exit }'
 }
 
+has_panel() { [ -n "$(panel "$1")" ]; }
+
 # press PANEL X Y: clicks at a place of a panel.
 press() {
     local id
+    wait_for "the panel $1" has_panel "$1"
     id=$(panel "$1")
-    [ -n "$id" ] || fail "no panel $1"
     xdotool mousemove --window "$id" "$2" "$3" click 1
     sleep 0.2
 }
@@ -101,26 +110,18 @@ press() {
 # Closes the message box that stands there.
 answer() {
     local id height
-    for _ in $(seq 30); do
-        id=$(xwininfo -root -tree | awk '/"Message"/ { print $1; exit }')
-        [ -n "$id" ] && break
-        sleep 0.1
-    done
-    [ -n "$id" ] || fail "no message"
+    wait_for "a message" visible "Message"
+    id=$(xdotool search --onlyvisible --name "Message" | head -1)
     height=$(xwininfo -id "$id" | awk '/Height:/ { print $2 }')
     xdotool mousemove --window "$id" 200 $((height - 23)) click 1
-    sleep 0.4
+    wait_for "the message gone" visible "Message" 0
 }
 
 # Types a path into the file selector that stands there; without one, cancels it.
 select_file() {
     local id
-    for _ in $(seq 30); do
-        id=$(xwininfo -root -tree | awk '/"FileSelector"/ { print $1; exit }')
-        [ -n "$id" ] && break
-        sleep 0.1
-    done
-    [ -n "$id" ] || fail "no file selector"
+    wait_for "a file selector" visible "FileSelector"
+    id=$(xdotool search --onlyvisible --name "FileSelector" | head -1)
     if [ $# -eq 0 ]; then
         xdotool mousemove --window "$id" 250 215 click 1
     else
@@ -128,7 +129,8 @@ select_file() {
         xdotool type -- "$1"
         xdotool key Return
     fi
-    sleep 0.5
+    wait_for "the file selector gone" visible "FileSelector" 0
+    sleep 0.2
 }
 
 # type_into PANEL X Y TEXT: replaces the text of the input there and leaves it.
@@ -145,11 +147,7 @@ expect() {
     local value
     rm -f records
     kill -USR1 "$pid"
-    for _ in $(seq 50); do
-        [ -f records ] && break
-        sleep 0.1
-    done
-    [ -f records ] || fail "the program does not answer"
+    wait_for "the program's answer" [ -f records ]
     value=$(sed -n "s/^$1 //p" records)
     [ "$value" = "$2" ] || { echo "line ${BASH_LINENO[*]}: $1 is $value, not $2" >&2; exit 1; }
 }

@@ -3,13 +3,30 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstddef>
 #include <cstdio>
+#include <cstdlib>
+
+#include <malloc.h>
 
 #include "app/program.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 
 static volatile sig_atomic_t wanted = 0;
+
+// There with the sanitizers alone.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+extern "C" void __lsan_do_leak_check() __attribute__((weak));
+
+// Bytes allocated and not freed.
+static std::size_t HeapInUse()
+{
+    if (__sanitizer_get_current_allocated_bytes != nullptr)
+        return __sanitizer_get_current_allocated_bytes();
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
 
 static void WriteRecords()
 {
@@ -22,6 +39,8 @@ static void WriteRecords()
     } numbers[] = {
         {"placed",
          double(std::count_if(cells, cells + ncells, [](const Particle &p) { return p.parent < 0; }))},
+        {"ncells", double(ncells)},
+        {"heap", double(HeapInUse())},
         {"nstltri", double(nstltri)},
         {"stlmaxx", stlmax.x},
         {"sourcetype", double(growthstate.sourcetype)},
@@ -60,6 +79,12 @@ extern "C" void __real_glutSwapBuffers();
 extern "C" void __wrap_glutSwapBuffers()
 {
     __real_glutSwapBuffers();
+    // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while
+    // a library that is to blame for one is still there to be named.
+    static bool registered = false;
+    if (!registered && __lsan_do_leak_check != nullptr)
+        atexit(__lsan_do_leak_check);
+    registered = true;
     if (!wanted)
         return;
     wanted = 0;

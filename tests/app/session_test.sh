@@ -1,0 +1,212 @@
+#!/usr/bin/env bash
+# One session with the real program and toolkits, from its start to its end, as a person would play it. What the window
+# shows is looked at before and after each step; what is saved must agree with the number of particles reported.
+set -eu
+program=$1
+. "$(dirname "$0")/drive.sh"
+
+# Pixels of the window that are not black.
+lit() {
+    picture lit.ppm
+    ppmhist -noheader lit.ppm | awk '$1 + $2 + $3 > 0 { n += $5 } END { print n + 0 }'
+}
+shows() {
+    picture shown.ppm
+    ppmhist -noheader shown.ppm | grep -qE "^ *$1\s"
+}
+shows_no() { ! shows "$1"; }
+# That many colours (20 for branches that have grown for a while).
+is_coloured() {
+    picture coloured.ppm
+    [ "$(colours coloured.ppm 0 799)" -ge "${1:-20}" ]
+}
+differs() {
+    picture now.ppm
+    ! cmp -s "$1" now.ppm
+}
+matches() { ! differs "$1"; }
+is_still() {
+    picture still.ppm
+    sleep 0.3
+    matches still.ppm
+}
+# Grey text to the right of the middle; while boxes are counted, they can lie there, in green.
+has_statistics() {
+    picture statistics.ppm
+    pnmcut -left 400 -width 300 -top 13 -height 52 statistics.ppm | ppmhist -noheader |
+        awk '$1 != $2 || $2 != $3 { exit bad = 1 } $1 > 0 { text = 1 } END { exit bad || !text }'
+}
+drag() {
+    xdotool mousemove 300 300 mousedown "$1" mousemove 340 320 mousemove 380 310 mouseup "$1"
+}
+# A file is whole once the program has closed it.
+is_saved() { [ -e "$1" ] && ! ls -l "/proc/$pid/fd" | grep -q " $1$"; }
+# save FILE ENTRY...
+save() {
+    local file=$work/$1
+    shift
+    choose "$@"
+    select_file "$file"
+    wait_for "$file" is_saved "$file"
+}
+# Information anew, and a value of it.
+report() {
+    rm -f run.txt
+    save run.txt "Save simulation information"
+}
+reported() { sed -n "s/^$1: //p" run.txt; }
+# count NUMBER PATTERN FILE: lines that have the pattern.
+count() {
+    local found
+    found=$(grep -c -- "$2" "$3") || true
+    [ "$found" -eq "$1" ] || fail "$3: $found lines of \"$2\", not $1"
+}
+# Restarts, and pauses again when a small aggregate stands there.
+grow_a_little() {
+    key F4 F3
+    until is_coloured; do
+        xdotool key --delay 100 F3 F3
+    done
+    wait_for "a pause" is_still
+}
+white="255 +255 +255" # the information; no branch is white
+
+# Watching it grow.
+start
+wait_for "branches of many colours" is_coloured
+picture before.ppm
+wait_for "growth" differs before.ppm
+shows "$white" || fail "no information"
+key F1 F2
+grow_a_little
+shows_no "$white" || fail "information that nobody wants"
+picture home.ppm
+drag 1
+wait_for "another view" differs home.ppm
+key h
+wait_for "the first view" matches home.ppm
+before=$(lit)
+key plus plus plus plus plus plus
+wait_for "a larger view" differs home.ppm
+[ "$(lit)" -gt $((before * 11 / 10)) ] || fail "zoom: $before pixels lit before, $(lit) after"
+key h F2
+wait_for "the information" shows "$white"
+
+# Three roots on a ring and walkers from a plane, from the start.
+choose "Initial root distribution" 7
+choose "Settings"
+type_into $settings 200 365 3
+press $settings 350 495
+choose "New particle distribution" 13
+key F2
+grow_a_little
+
+# A box around it all, drawn solid, then half as large; the branches as tubes.
+choose "Sample constraint surfaces" 5
+choose "Constraint surface drawing mode" 2
+wait_for "a wireframe" shows "12[78] +12[78] +12[78]"
+picture before.ppm
+choose "Transform constraint surface"
+for x in 120 200 280; do type_into $transform $x 100 0.5; done
+press $transform 200 260
+press $transform 290 260
+wait_for "another box" differs before.ppm
+choose "DLA drawing mode" 4
+wait_for "shaded tubes" is_coloured 100
+choose "DLA drawing mode" 3
+wait_for "lines" is_still
+has_statistics && fail "statistics from the start"
+key F5
+wait_for "the statistics" has_statistics
+
+# Everything that can be saved.
+report
+particles=$(reported "Number of particles")
+branches=$((particles - 3))
+[ "$branches" -gt 20 ] || fail "$particles particles"
+[ "$(reported "Number of roots")" = 3 ] || fail "roots: $(reported "Number of roots")"
+[ "$(reported "Root distribution")" = "Ring: y axis plane" ] || fail "ring: $(reported "Root distribution")"
+[ "$(reported "Source type")" = "Plane (z)" ] || fail "source: $(reported "Source type")"
+[ "$(reported "Faces in constraint surface")" = 16 ] || fail "faces: $(reported "Faces in constraint surface")"
+grep -q "^   -14.1421 <= x <= 14.1421$" run.txt || fail "bounds: $(grep "<= x" run.txt)"
+[ "$(reported "Statistics at time step")" = "$particles" ] || fail "statistics of another aggregate"
+sed -n 's/^   0:/ 0:/p' run.txt | tr ' ' '\n' | awk -F: -v n="$particles" '
+    { sum += $2; children += $1 * $2 } END { exit !(sum <= n && sum > 0.9 * n && children <= n - 3 && children > 0.9 * (n - 3)) }' ||
+    fail "branch distribution: $(grep 0: run.txt)"
+awk '/Box counting/ { boxes = 1; next } boxes && NF == 4 { if ($2 < last) exit 1; last = $2; levels++ } END { if (levels < 3) exit 1 }' run.txt ||
+    fail "box count"
+
+save sweep.pov "Save DLA as" 1
+awk -v n="$branches" '/ Length: / { sum += $3 - 1; chains++ } / cone {$| sphere_sweep {$/ { bodies++ }
+    END { exit !(sum == n && bodies == chains) }' sweep.pov || fail "sweep.pov: chains of other than $branches branches"
+save cones.pov "Save DLA as" 2
+count "$branches" "^ cone {" cones.pov
+count "$branches" "^ sphere {" cones.pov
+count 16 "^ triangle {" cones.pov
+save model.geom "Save DLA as" 3
+count "$branches" "^c " model.geom
+count 16 "^f3 " model.geom
+save spheres.wrl "Save DLA as" 4
+save capped.wrl "Save DLA as" 5
+save coarse.wrl "Save DLA as" 6
+save medium.wrl "Save DLA as" 7
+save fine.wrl "Save DLA as" 8
+for file in spheres.wrl capped.wrl; do
+    count $((branches + 16)) "IndexedFaceSet {" $file
+    count "$branches" "geometry Sphere {" $file
+done
+for file in coarse.wrl medium.wrl fine.wrl; do count $((2 * branches + 16)) "IndexedFaceSet {" $file; done
+[ "$(head -qn 1 ./*.wrl | sort | uniq -c | tr -s ' ')" = " 5 #VRML V2.0 utf8" ] || fail "heads of VRML files"
+[ "$(stat -c %s coarse.wrl)" -lt "$(stat -c %s medium.wrl)" ] || fail "the coarse mesh is no smaller"
+[ "$(stat -c %s medium.wrl)" -lt "$(stat -c %s fine.wrl)" ] || fail "the fine mesh is no larger"
+save cloud.dxf "Save DLA as" 9
+count $((10 * branches)) "^POINT$" cloud.dxf
+[ "$(tail -1 cloud.dxf)" = EOF ] || fail "cloud.dxf is not complete"
+save cloud.geom "Save DLA as" 10
+count $((10 * branches)) "^p " cloud.geom
+save box.stl "Save constraint surface to STL file"
+count 16 "^facet " box.stl
+choose "Save DLA as" 9
+select_file
+choose "Save DLA as" 1
+select_file "$work/no/such/place.pov"
+
+# Four slices along z: each piece lies in its slab, each branch in at least one of them.
+choose "Compute/save slices"
+type_into $slicing 180 145 4
+press $slicing 260 215
+wait_for "slices" is_saved "$work/slice_003.txt"
+press $slicing 350 215
+[ "$(ls slice_* | wc -l)" -eq 4 ] || fail "slices: $(ls slice_*)"
+for slice in 0 1 2 3; do
+    awk -v k="$slice" -v r="$(reported "Current radius")" '
+        function out(z) { return z > r * (1 - k / 2) + 1e-3 || z < r * (1 - (k + 1) / 2) - 1e-3 }
+        NF != 6 || out($3) || out($6) { print FILENAME ": " $0; bad = 1 } END { exit bad }' slice_00$slice.txt ||
+        fail "pieces beyond slice $slice"
+done
+[ "$(cat slice_* | wc -l)" -ge "$branches" ] || fail "$(cat slice_* | wc -l) pieces of $branches branches"
+
+# A capture has the pixels of the window; recording saves frame after frame.
+wait_for "the statistics gone" is_still
+xdotool mousemove 20 580 key w
+wait_for "a capture" is_saved "$work/0000.tga"
+tgatoppm 0000.tga 2>/dev/null >capture.ppm
+matches capture.ppm || fail "the capture differs from the window"
+key r
+wait_for "frames" is_saved "$work/0005.tga"
+key r
+if [ "$(id -u)" -ne 0 ]; then
+    chmod a-w .
+    xdotool key w
+    wait_for "a refusal" grep -q "Failed to open file for window dump" stderr.txt
+    chmod u+w .
+fi
+
+before=$(lit)
+key F4 F3
+wait_for "the pause" is_still
+[ "$(lit)" -lt "$before" ] || fail "a restart leaves $(lit) pixels lit of $before"
+report
+[ "$(reported "Number of particles")" -lt "$particles" ] || fail "a restart leaves $(reported "Number of particles") particles"
+key q
+wait $pid || fail "the program ended with status $?"
