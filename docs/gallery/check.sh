@@ -4,7 +4,7 @@
 #   docs/gallery/check.sh PROGRAM [NAME]
 set -eu
 program=$(realpath "${1:?the program}")
-name=${2:-ring}
+name=${2:-crown}
 . "$(dirname "${BASH_SOURCE[0]}")/grow.sh"
 
 describe "$name" | grep -q . || fail "no aggregate $name"
