@@ -25,12 +25,13 @@ ColourMap::ColourMap(double vmin, double vmax) : lo(std::min(vmin, vmax)), hi(st
     yellow = lo + 0.75 * dv;
 }
 
-std::vector<FlowLogs::Remembered> FlowLogs::remembered;
+std::vector<FlowLogs::Remembered> FlowLogs::all;
 
 FlowLogs::FlowLogs()
 {
-    if (remembered.size() < static_cast<std::size_t>(ncells))
-        remembered.resize(static_cast<std::size_t>(ncells));
+    if (all.size() < static_cast<std::size_t>(ncells))
+        all.resize(static_cast<std::size_t>(ncells));
+    remembered = all.data();
 }
 
 ParticleColours::ParticleColours(int mode)

@@ -38,7 +38,8 @@ private:
     struct Remembered {
         double weight = 0, log = 0;
     };
-    static std::vector<Remembered> remembered;
+    static std::vector<Remembered> all;
+    Remembered *remembered; // of all
 };
 
 // The colours of all particles in one drawing mode, as long as nothing grows.
@@ -83,7 +84,7 @@ inline Colour ColourMap::Of(double v) const
 
 inline double FlowLogs::Of(int index) const
 {
-    Remembered &last = remembered[static_cast<std::size_t>(index)];
+    Remembered &last = remembered[index];
     const double weight = cells[index].weight;
     if (last.weight != weight)
         last = {weight, std::log(weight + 1)};
