@@ -133,8 +133,9 @@ grep -q "^   -14.1421 <= x <= 14.1421$" run.txt || fail "bounds: $(grep "<= x" r
 sed -n 's/^   0:/ 0:/p' run.txt | tr ' ' '\n' | awk -F: -v n="$particles" '
     { sum += $2; children += $1 * $2 } END { exit !(sum <= n && sum > 0.9 * n && children <= n - 3 && children > 0.9 * (n - 3)) }' ||
     fail "branch distribution: $(grep 0: run.txt)"
-awk '/Box counting/ { boxes = 1; next } boxes && NF == 4 { if ($2 < last) exit 1; last = $2; levels++ } END { if (levels < 3) exit 1 }' run.txt ||
-    fail "box count"
+awk '/Box counting/ { boxes = 1; next } boxes && NF == 4 { if (!levels++) first = $2; last = $2 }
+    END { exit !(levels >= 3 && first > 0 && last > first) }' run.txt ||
+    fail "box count: $(sed -n "/Box counting/,\$p" run.txt)"
 
 save sweep.pov "Save DLA as" 1
 awk -v n="$branches" '/ Length: / { sum += $3 - 1; chains++ } / cone {$| sphere_sweep {$/ { bodies++ }
