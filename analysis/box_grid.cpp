@@ -106,7 +106,7 @@ void BoxGrid::Fill(const Branches &branches)
             continue;
         const Place a = places[i];
         const Place b = places[static_cast<std::size_t>(parent)];
-        if (a >= 0 && AreOneOrShareASide(a, b)) {
+        if (a >= 0 && b >= 0 && AreOneOrShareASide(a, b)) {
             filled[IndexOf(a, ny, nz)] = 1;
             filled[IndexOf(b, ny, nz)] = 1;
         } else {

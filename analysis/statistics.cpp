@@ -8,6 +8,7 @@
 
 #include "analysis/box_grid.h"
 #include "growth/array.h"
+#include "growth/growth_step.h"
 #include "growth/state.h"
 
 constexpr int kLevels = 10;
@@ -31,11 +32,13 @@ static std::size_t part;
 static std::size_t next;
 // The aggregate of which the parts know.
 static Branches branches;
+static unsigned taken; // its number
 // Drawing modes to go back to.
 static int save1, save2;
 
 static void BeginLevel(double start);
 static void FillParts();
+static bool AreBranchesTaken();
 static Corners ListCorners(double start);
 static void CountBox(const BoxGrid &grid, std::size_t index);
 static bool Advance();
@@ -84,7 +87,7 @@ int CountNextBox()
         EndCount();
         return 1;
     }
-    if (branches.parent.size() != static_cast<std::size_t>(ncells))
+    if (!AreBranchesTaken())
         FillParts();
     if (parts[part].IsOccupied(next))
         CountBox(parts[part], next);
@@ -128,10 +131,17 @@ static void BeginLevel(double start)
 
 static void FillParts()
 {
-    if (branches.parent.size() != static_cast<std::size_t>(ncells))
+    if (!AreBranchesTaken()) {
         branches.Take(radius);
+        taken = AggregateNumber();
+    }
     for (BoxGrid &grid : parts)
         grid.Fill(branches);
+}
+
+static bool AreBranchesTaken()
+{
+    return taken == AggregateNumber() && branches.parent.size() == static_cast<std::size_t>(ncells);
 }
 
 // Corners of boxes along an axis: the last box is the last whose lower corner does not exceed the radius.

@@ -71,10 +71,18 @@ void IterateSystem()
     growthstate.stepcount = 0;
 }
 
+static unsigned aggregatenumber;
+
 void ForgetAggregate()
 {
     DropCellIndex();
     extent.count = -1;
+    aggregatenumber++;
+}
+
+unsigned AggregateNumber()
+{
+    return aggregatenumber;
 }
 
 double LaunchRadius()

@@ -16,5 +16,8 @@ void IterateSystem();
 // dropped.
 void ForgetAggregate();
 
+// How often the aggregate has been forgotten: tells an aggregate from the one before it.
+unsigned AggregateNumber();
+
 // Radius of the sphere about the origin on which walkers start and beyond which they do not go.
 double LaunchRadius();

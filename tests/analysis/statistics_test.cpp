@@ -137,6 +137,12 @@ TEST_F(BoxCount, EqualsThePlainCount)
     Chain({{0, 0, 0}, {5, 0, 0}, {5, 5, 0}, {5, 5, -10}, {-10, -10, -10}, {30, 2, 2}, {-5, 2.5, 40}});
     growthstate.radius = 10;
     ExpectSameCount("on the corners");
+    // Into the row of boxes below the radius, from a corner of the plane above it and from outside.
+    for (const Vector from : {Vector{2, 2, -5}, Vector{2, 2, -10}, Vector{2, -10, -12}, Vector{2, 2, 40}}) {
+        Chain({from, {2, 2, -12}});
+        growthstate.radius = 10;
+        ExpectSameCount("below the radius");
+    }
     growthstate.branchlength = 0.1;
     Chain({{0, 0, 0}, {0.5, 0.25, 0.125}, {0.6, -0.7, 0.3}});
     ExpectSameCount("ten levels");
@@ -215,6 +221,17 @@ TEST_F(BoxCount, ARestartWhileCounting)
     EXPECT_EQ(stats.boxcount[1], counted);
     EXPECT_EQ(stats.boxcount[2], 0);
     EXPECT_EQ(growthstate.running, 1);
+
+    // As many particles as before, and all of them roots.
+    growthstate.nroots = 3;
+    growthstate.roottype = kRootSpherical;
+    RestartFromRoots();
+    cells[1].parent = cells[2].parent = 0;
+    StartBoxCount();
+    RestartFromRoots();
+    while (!CountNextBox())
+        ;
+    EXPECT_EQ(*std::max_element(stats.boxcount, stats.boxcount + 10), 0);
 }
 
 TEST_F(BoxCount, OddRadiiAndPositionsEnd)
