@@ -15,6 +15,7 @@
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"
+#include "tests/analysis/slope.h"
 
 static double Seconds()
 {
@@ -34,22 +35,6 @@ static void CountMany(benchmark::State &state)
     ForgetAggregate();
     for (auto _ : state)
         CountBranches();
-}
-
-// The slope of log N against log(1/size) over levels `first` to `last`, by least squares.
-static double Slope(int first, int last)
-{
-    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
-    for (int level = first; level <= last; level++) {
-        const double x = std::log(1 / stats.boxsize[level]);
-        const double y = std::log(stats.boxcount[level]);
-        n++;
-        sx += x;
-        sy += y;
-        sxx += x * x;
-        sxy += x * y;
-    }
-    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
 }
 
 // Grows an aggregate of so many particles, and pauses.
@@ -100,7 +85,7 @@ static void CountBoxes(benchmark::State &state)
     state.counters["ns a call"] = 1e9 * counting / static_cast<double>(calls);
     state.counters["ratio"] = counting / idling;
     state.counters["longest ms"] = 1e3 * longest;
-    state.counters["slope"] = Slope(2, last);
+    state.counters["slope"] = BoxCountSlope(2);
     state.counters["levels"] = last + 1;
 }
 
