@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <vector>
 
 #include "analysis/box_grid.h"
@@ -36,21 +37,21 @@ static unsigned taken; // its number
 // Drawing modes to go back to.
 static int save1, save2;
 
+static int TestNextBox();
 static void BeginLevel(double start);
 static void FillParts();
 static bool AreBranchesTaken();
 static Corners ListCorners(double start);
 static void CountBox(const BoxGrid &grid, std::size_t index);
 static bool Advance();
+static void AbandonLevel();
 static void EndCount();
 
 int CountBranches()
 {
     int *children = static_cast<int *>(calloc(static_cast<std::size_t>(ncells) + 1, sizeof(int)));
-    if (children == nullptr) {
-        fprintf(stderr, "Not enough memory for the branch distribution\n");
+    if (children == nullptr)
         return 0;
-    }
     for (int i = 0; i < ncells; i++)
         if (cells[i].parent >= 0)
             children[cells[i].parent]++;
@@ -60,7 +61,7 @@ int CountBranches()
     return 1;
 }
 
-void StartBoxCount()
+int StartBoxCount()
 {
     if (!options.boxcountrequest) {
         save1 = options.surfacemode;
@@ -76,13 +77,30 @@ void StartBoxCount()
     branches = {};
     std::fill(stats.boxcount, stats.boxcount + kLevels, -1);
     stats.timestep = ncells;
-    BeginLevel(-radius - scale);
+    try {
+        BeginLevel(-radius - scale);
+        return 1;
+    } catch (const std::bad_alloc &) {
+        AbandonLevel();
+        return 0;
+    }
 }
 
 int CountNextBox()
 {
     if (!options.boxcountrequest)
         return 0;
+    try {
+        return TestNextBox();
+    } catch (const std::bad_alloc &) {
+        fprintf(stderr, "Not enough memory to go on counting boxes\n");
+        AbandonLevel();
+        return 1;
+    }
+}
+
+static int TestNextBox()
+{
     if (parts.empty()) { // a radius that is no number has no boxes
         EndCount();
         return 1;
@@ -171,6 +189,14 @@ static bool Advance()
         next = 0;
     }
     return part == parts.size();
+}
+
+// For lack of memory: the level counts as not reached.
+static void AbandonLevel()
+{
+    stats.boxcount[depth] = -1;
+    nboxes = 0;
+    EndCount();
 }
 
 static void EndCount()

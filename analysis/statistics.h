@@ -23,10 +23,12 @@ extern int nboxes;
 int CountBranches();
 
 // Starts a box count: sets the request and stats.timestep, clears the levels of stats, hides the surface and
-// shows the aggregate as lines. A count that is under way starts over.
-void StartBoxCount();
+// shows the aggregate as lines. A count that is under way starts over. Returns 1, or 0
+// with no count under way when memory does not suffice.
+int StartBoxCount();
 
 // Tests one box: adds it to stats.boxcount and to boxes if a branch passes through it, as LineInBox says.
-// Returns 1 when that was the last box of all: the request is cleared and the drawing modes are back. Does
-// nothing without a request.
+// Returns 1 when that was the last box of all: the request is cleared and the drawing modes are back. So it
+// ends as well, after a message on standard error, when memory does not hold the next level. Does nothing
+// without a request.
 int CountNextBox();

@@ -7,7 +7,9 @@
 #include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
+#include "viewer/callback.h"
 #include "viewer/camera.h"
+#include "viewer/display.h"
 #include "viewer/statistics.h"
 
 constexpr int kStepsPerCall = 100;
@@ -16,12 +18,20 @@ constexpr double kPanelDelay = 0.02;
 // Autospin units per radian.
 constexpr double kSpinUnits = 200;
 
+namespace
+{
+// When the panels and the next redisplay are due: seconds from a time stamp.
+struct Pace {
+    double stamp, period;
+};
+} // namespace
+
 static void Grow();
+static Pace FindPace(double redisplayed);
 
 void HandleIdle()
 {
     static double redisplayed = -1;
-    static bool asked = false; // for a redisplay, by the call before this one
 
     Grow();
     if (options.boxcountrequest)
@@ -29,16 +39,11 @@ void HandleIdle()
     if (redisplayed < 0)
         redisplayed = GetRunTime();
     const double now = GetRunTime();
-    // Counting goes a box a call, and its boxes can take longer to draw than the frame rate allows: the time
-    // of the frame is left out then, or each frame would be followed by the next after a single box.
-    if (asked && options.boxcountrequest)
-        redisplayed = now;
-    asked = false;
-    if (now - redisplayed > kPanelDelay)
+    const Pace pace = FindPace(redisplayed);
+    if (now - pace.stamp > kPanelDelay)
         PollPanels();
-    if (now - redisplayed > 1 / options.framerate) {
+    if (now - pace.stamp > pace.period) {
         glutPostRedisplay();
-        asked = true;
         redisplayed = now;
         RotateCamera(options.autospin / kSpinUnits, 0, 0);
     }
@@ -46,7 +51,7 @@ void HandleIdle()
 
 void HandleVisibility(int state)
 {
-    glutIdleFunc(state == GLUT_VISIBLE ? HandleIdle : nullptr);
+    glutIdleFunc(state == GLUT_VISIBLE ? Guarded<HandleIdle, kRepeatedCallback> : nullptr);
 }
 
 static void Grow()
@@ -56,4 +61,17 @@ static void Grow()
     const HeldGenerators held;
     for (int i = 0; i < kStepsPerCall; i++)
         IterateSystem();
+}
+
+// Redisplays follow each other at the frame rate. But a frame that takes longer than that would be followed
+// by the next after a hundred steps, or a single box of a count: work that goes on between frames gets as
+// much time as the frame took.
+static Pace FindPace(double redisplayed)
+{
+    const bool works = growthstate.running || options.boxcountrequest;
+    const double took = lastframe.end - lastframe.start;
+    const double period = 1 / options.framerate;
+    if (works && took > period && lastframe.start >= redisplayed)
+        return {lastframe.end, took};
+    return {redisplayed, period};
 }

@@ -24,17 +24,22 @@ constexpr int kFewestSlices = 2;
 constexpr int kManySlices = 10000;
 constexpr double kShortestNormal = 1e-5;
 
+namespace
+{
 // An input of the settings panel, and what its number does.
 struct SettingInput {
     FL_OBJECT *FD_settingform::*input;
     void (*apply)(double value);
 };
+} // namespace
 
 static void WorkSlicingPanel(const FL_OBJECT *worked);
 static void Slice();
 static void WorkSettingsPanel(const FL_OBJECT *worked);
 static void WorkTransformPanel(const FL_OBJECT *worked);
-static void ChangeRootCount(int count);
+template<typename T>
+static void RestartWith(T *parameter, T value);
+static int ParseCount(const char *text);
 static double ReadInput(FL_OBJECT *input);
 static Vector ReadInputs(FL_OBJECT *x, FL_OBJECT *y, FL_OBJECT *z);
 static double Limit(double value, double low, double high);
@@ -50,12 +55,9 @@ static const SettingInput kSettingInputs[] = {
     {&FD_settingform::seed, [](double value) { growthstate.seed = std::abs(Truncate(value)); }},
     {&FD_settingform::rotation,
      [](double value) { growthstate.rotation = Limit(value, -kFastestRotation, kFastestRotation); }},
-    {&FD_settingform::nroots, [](double value) { ChangeRootCount(std::abs(Truncate(value))); }},
-    {&FD_settingform::rootrange,
-     [](double value) {
-         growthstate.rootrange = value;
-         RestartFromRoots();
-     }},
+    {&FD_settingform::nroots,
+     [](double value) { RestartWith(&growthstate.nroots, std::abs(Truncate(value))); }},
+    {&FD_settingform::rootrange, [](double value) { RestartWith(&growthstate.rootrange, value); }},
     {&FD_settingform::intersectrange, [](double value) { growthstate.intersectrange = Limit(value, 0, 90); }},
 };
 
@@ -85,7 +87,7 @@ static void WorkSlicingPanel(const FL_OBJECT *worked)
     else if (worked == sliceform->normalz)
         options.sliceparam3 = ReadInput(sliceform->normalz);
     else if (worked == sliceform->count)
-        options.slicecount = std::max(Truncate(ReadInput(sliceform->count)), kFewestSlices);
+        options.slicecount = std::max(ParseCount(fl_get_input(sliceform->count)), kFewestSlices);
     else if (worked == sliceform->slice)
         Slice();
 }
@@ -101,8 +103,15 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    if (!DoWaiting([=] { return DoSlice(options.slicecount, direction); }))
+    switch (DoWaiting([=] { return DoSlice(options.slicecount, direction); })) {
+    case kSlicesDone:
+        break;
+    case kSliceUnopened:
         exit(-1);
+    case kSlicesOutOfMemory:
+        fl_show_message("Memory Error", "Not enough memory to slice the aggregate", "");
+        break;
+    }
 }
 
 static void WorkSettingsPanel(const FL_OBJECT *worked)
@@ -110,8 +119,8 @@ static void WorkSettingsPanel(const FL_OBJECT *worked)
     if (worked == settingform->hide)
         HidePanel(settingform->form, &settingformvisible);
     if (worked == settingform->association) {
-        growthstate.association = fl_get_button(settingform->association);
-        RestartFromRoots();
+        RestartWith(&growthstate.association, fl_get_button(settingform->association));
+        fl_set_button(settingform->association, growthstate.association);
     }
     for (const SettingInput &setting : kSettingInputs)
         if (worked == settingform->*setting.input)
@@ -133,16 +142,17 @@ static void WorkTransformPanel(const FL_OBJECT *worked)
     }
 }
 
-static void ChangeRootCount(int count)
+// Starts the run anew with a parameter changed; where memory does not hold its roots, nothing changes.
+template<typename T>
+static void RestartWith(T *parameter, T value)
 {
-    if (!MemoryHoldsRoots(count)) {
-        fl_show_message("Memory Error", "Not enough memory for this number of roots", "");
-        UpdateForms();
+    const T old = *parameter;
+    *parameter = value;
+    if (MemoryHoldsRoots() && DoWaiting(RestartFromRoots))
         return;
-    }
-    const WaitCursor wait;
-    growthstate.nroots = count;
-    RestartFromRoots();
+    *parameter = old;
+    fl_show_message("Memory Error", "Not enough memory for this number of roots", "");
+    UpdateForms();
 }
 
 static double ReadInput(FL_OBJECT *input)
@@ -159,6 +169,13 @@ static Vector ReadInputs(FL_OBJECT *x, FL_OBJECT *y, FL_OBJECT *z)
 static double Limit(double value, double low, double high)
 {
     return value > low ? std::min(value, high) : low;
+}
+
+// The whole number at the start of a text, as atoi reads it, or the largest int where it is larger; 0 where
+// there is none.
+static int ParseCount(const char *text)
+{
+    return static_cast<int>(std::clamp(strtol(text, nullptr, 10), -long{INT_MAX}, long{INT_MAX}));
 }
 
 // Toward zero, and to the largest int in size; what is not a number gives 0.

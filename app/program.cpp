@@ -1,6 +1,7 @@
 #include "app/program.h"
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -14,6 +15,7 @@
 #include "growth/settings_panel.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
+#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -26,6 +28,7 @@ static void RegisterCallbacks();
 
 void RunProgram(int argc, char **argv)
 {
+    signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a fault of writing, and told as one
     InitialiseGrowth();
     CameraHome();
     SetProgramDefaults();
@@ -78,16 +81,16 @@ static void OpenWindow(int argc, char **argv)
 
 static void RegisterCallbacks()
 {
-    glutDisplayFunc(HandleDisplay);
-    glutReshapeFunc(HandleReshape);
+    glutDisplayFunc(Guarded<HandleDisplay, kRepeatedCallback>);
+    glutReshapeFunc(Guarded<HandleReshape>);
     CreateMenus();
-    glutKeyboardFunc(HandleKeyboard);
-    glutSpecialFunc(HandleSpecialKeyboard);
-    glutMouseFunc(HandleMouse);
-    glutMotionFunc(HandleMouseMotion);
-    glutPassiveMotionFunc(HandlePassiveMotion);
-    glutVisibilityFunc(HandleVisibility);
+    glutKeyboardFunc(Guarded<HandleKeyboard>);
+    glutSpecialFunc(Guarded<HandleSpecialKeyboard>);
+    glutMouseFunc(Guarded<HandleMouse>);
+    glutMotionFunc(Guarded<HandleMouseMotion>);
+    glutPassiveMotionFunc(Guarded<HandlePassiveMotion>);
+    glutVisibilityFunc(Guarded<HandleVisibility>);
     if (camera.stereo == kStereoDualScreen)
         glutSetCursor(GLUT_CURSOR_NONE);
-    glutIdleFunc(HandleIdle);
+    glutIdleFunc(Guarded<HandleIdle, kRepeatedCallback>);
 }

@@ -39,11 +39,14 @@ static double Seconds()
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
+namespace
+{
 // Numbers that a format writes for each branch (or face, or point of a sweep): coordinates, numbers that a
 // single branch repeats or that are short (flow, colour), and whole numbers.
 struct Numbers {
     int coordinates, others, whole;
 };
+} // namespace
 
 // Formats `count` times the numbers and fills up with text to `bytes` in all.
 static void WriteFloor(FILE *file, int count, const Numbers &numbers, long bytes)

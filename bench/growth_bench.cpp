@@ -18,6 +18,8 @@
 #include "spherical_surface.h"
 #include "surface/surface.h"
 
+namespace
+{
 struct Setting {
     const char *name;
     int source = kSourceSphere;
@@ -30,6 +32,7 @@ struct Setting {
     int latitudes = 0; // a spherical surface of 4 n (n - 1) faces
     double surfaceradius = 0;
 };
+} // namespace
 
 static void Start(const Setting &setting)
 {

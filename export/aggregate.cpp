@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdlib>
+#include <new>
 
 #include "export/pov.h"
 #include "export/text_writer.h"
@@ -15,6 +16,8 @@
 constexpr int kCloudPoints = 10;
 constexpr Colour kSurfaceColour = {0.5, 0.5, 0.5};
 
+namespace
+{
 // A point of a chain, and the flow through its particle.
 struct ChainPoint {
     Vector p;
@@ -27,6 +30,7 @@ struct Branch {
     double parentthickness, thickness;
     Colour colour;
 };
+} // namespace
 
 static void WriteHeader(TextWriter &out, int format);
 static void WriteTrailer(TextWriter &out, int format);
@@ -49,16 +53,20 @@ static void WritePOVSurface(TextWriter &out);
 
 int WriteModel(FILE *file, int format, int mode)
 {
-    TextWriter out(file);
-    WriteHeader(out, format);
-    if (mode != kModeChains)
-        WriteBranches(out, format, mode);
-    else if (!WriteChains(out, format))
+    try {
+        TextWriter out(file);
+        WriteHeader(out, format);
+        if (mode != kModeChains)
+            WriteBranches(out, format, mode);
+        else if (!WriteChains(out, format))
+            return 0;
+        WriteTrailer(out, format);
+        if (nstltri > 0 && options.surfacemode >= kSurfaceWireframe)
+            WriteSurface(out, format);
+        return 1;
+    } catch (const std::bad_alloc &) {
         return 0;
-    WriteTrailer(out, format);
-    if (nstltri > 0 && options.surfacemode >= kSurfaceWireframe)
-        WriteSurface(out, format);
-    return 1;
+    }
 }
 
 // Head and foot -------------------------------------------------------------------------------------------

@@ -26,6 +26,5 @@ enum ModelMode {
 
 // Writes the model to an open file. The surface follows where its drawing mode shows it and the format has
 // faces. Branches are as thick as the flow through them, from thickto at the tips to thickfrom. Returns 1, or
-// 0 when memory does not hold the longest chain: the file is not whole then. Errors of writing show in the
-// file.
+// 0 when memory does not suffice: the file is not whole then. Errors of writing show in the file.
 int WriteModel(FILE *file, int format, int mode);

@@ -7,14 +7,18 @@
 
 #include "export/aggregate.h"
 #include "export/information.h"
+#include "export/output_file.h"
 #include "growth/wait_cursor.h"
 
 // Characters of a file name, with its end.
 constexpr std::size_t kNameSize = 256;
 
+namespace
+{
 struct SaveEntry {
     int format, mode;
 };
+} // namespace
 
 // Indexed by the id of the menu's entry, from 1.
 static const SaveEntry kSaveEntries[] = {
@@ -24,7 +28,7 @@ static const SaveEntry kSaveEntries[] = {
     {kFormatVRML, kModeFineMesh},
 };
 
-static FILE *AskForFile(const char *title);
+static const char *AskForName(const char *title);
 
 void SaveModel(int format, int mode)
 {
@@ -32,17 +36,20 @@ void SaveModel(int format, int mode)
                                           "PovRay file", "POINT DXF file", "POINT GEOM file"};
     if (format < 0 || format >= static_cast<int>(std::size(kTitles)))
         return;
-    FILE *file = AskForFile(kTitles[format]);
-    if (file == nullptr)
+    const char *name = AskForName(kTitles[format]);
+    if (name == nullptr)
         return;
-    const int whole = DoWaiting([=] {
-        const int complete = WriteModel(file, format, mode);
-        fclose(file);
-        return complete;
+    OutputFile file(name);
+    if (file.Stream() == nullptr)
+        return;
+    const bool enough = DoWaiting([&] {
+        if (!WriteModel(file.Stream(), format, mode))
+            return false;
+        file.Finish();
+        return true;
     });
-    if (!whole)
-        fl_show_message("Memory Error", "Not enough memory for the longest chain of branches",
-                        "The file is not complete");
+    if (!enough)
+        fl_show_message("Memory Error", "Not enough memory to save the aggregate", "The file is not written");
 }
 
 void HandleSaveMenu(int id)
@@ -55,18 +62,25 @@ void HandleSaveMenu(int id)
 
 int SaveInformation()
 {
-    FILE *file = AskForFile("Text file");
-    if (file == nullptr)
+    const char *name = AskForName("Text file");
+    if (name == nullptr)
         return 0;
-    WriteInformation(file);
-    fclose(file);
-    return 1;
+    OutputFile file(name);
+    if (file.Stream() == nullptr)
+        return 0;
+    WriteInformation(file.Stream());
+    if (file.Finish())
+        return 1;
+    fl_show_message("File Error", "Failed to write simulation information", name);
+    return 0;
 }
 
-static FILE *AskForFile(const char *title)
+// Returns nullptr where the user cancels, or the name is empty or does not fit; else it is valid until the
+// next question.
+static const char *AskForName(const char *title)
 {
     const char *name = fl_show_fselector(title, "", "", "");
     if (name == nullptr || *name == '\0' || strlen(name) >= kNameSize)
         return nullptr;
-    return fopen(name, "w");
+    return name;
 }

@@ -1,26 +1,31 @@
 #include "export/slices.h"
 
+#include <cerrno>
 #include <cstdlib>
 #include <new>
 #include <vector>
 
+#include "export/output_file.h"
 #include "export/text_writer.h"
 #include "growth/state.h"
 
+namespace
+{
 // A branch and how it is told of while slicing.
 struct TracedBranch {
     int from, to;    // particles of cells
     bool newroot;    // the first of its root
     bool firstchild; // the first of a particle that is no root
 };
+} // namespace
 
 static std::vector<TracedBranch> ListBranches();
-static int ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches);
+static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches);
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
 static void TellBranches(const std::vector<TracedBranch> &branches);
 static Vector CutAtPlane(Vector p, Vector q, Vector n, double D);
 
-int DoSlice(int count, Vector direction)
+SliceResult DoSlice(int count, Vector direction)
 {
     const double radius = growthstate.radius;
     try {
@@ -31,13 +36,14 @@ int DoSlice(int count, Vector direction)
             if (!(slab.top > -radius))
                 break;
             fprintf(stderr, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
-            if (!ProcessSlice(k, slab, branches))
-                return 0;
+            const SliceResult result = ProcessSlice(k, slab, branches);
+            if (result != kSlicesDone)
+                return result;
         }
-        return 1;
+        return kSlicesDone;
     } catch (const std::bad_alloc &) {
         fprintf(stderr, "Not enough memory to slice the aggregate\n");
-        return 0;
+        return kSlicesOutOfMemory;
     }
 }
 
@@ -140,24 +146,26 @@ static std::vector<TracedBranch> ListBranches()
     return branches;
 }
 
-static int ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches)
+static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches)
 {
     char name[32];
     snprintf(name, sizeof name, "slice_%03d.txt", number);
-    FILE *file = fopen(name, "w");
-    if (file == nullptr) {
+    OutputFile file(name);
+    if (file.Stream() == nullptr && file.Reason() == ENOMEM)
+        return kSlicesOutOfMemory; // which has been told
+    if (file.Stream() == nullptr) {
         fprintf(stderr, "Failed to open output slice file \"%s\"\n", name);
-        return 0;
+        return kSliceUnopened;
     }
     if (number == 0)
         TellBranches(branches);
     {
-        TextWriter out(file);
+        TextWriter out(file.Stream());
         for (const TracedBranch &branch : branches)
             TraceBranch(out, branch, slab);
     }
-    fclose(file);
-    return 1;
+    file.Finish();
+    return kSlicesDone;
 }
 
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab)

@@ -13,10 +13,13 @@
 constexpr double kPi = kTwoPi / 2;
 constexpr int kFewestPoints = 4;
 
+namespace
+{
 // Sine and cosine of an angle.
 struct Angle {
     double sine, cosine;
 };
+} // namespace
 
 static const std::vector<Angle> &DivideCircle(int points, int parts);
 static const std::string &SphereIndices(int bands);
@@ -132,8 +135,7 @@ void WRLCone2(TextWriter &out, int resolution, bool caps, Vector p1, Vector p2, 
     EndMesh(out);
 }
 
-// What all meshes of one kind have in common is made once
-// ------------------------------------------------------
+// What all meshes of one kind have in common is made once -------------------------------------------------
 
 // The first `points` multiples of the `parts`th part of the circle, from 0 on.
 static const std::vector<Angle> &DivideCircle(int points, int parts)
@@ -151,9 +153,10 @@ static const std::vector<Angle> &DivideCircle(int points, int parts)
 static const std::string &SphereIndices(int bands)
 {
     static std::map<int, std::string> texts;
-    std::string &text = texts[bands];
-    if (!text.empty())
-        return text;
+    std::string &known = texts[bands];
+    if (!known.empty())
+        return known;
+    std::string text;
     const int ringpoints = 2 * bands;
     for (int i = 0; i < bands; i++) {
         for (int k = 0; k < ringpoints - 1; k++) {
@@ -164,7 +167,7 @@ static const std::string &SphereIndices(int bands)
             AppendIndices(&text, {a, above + 1, a + 1}, last ? "\n" : ",\n");
         }
     }
-    return text;
+    return known = std::move(text);
 }
 
 // The facets' quads, each behind the triangles of the caps that belong to it. Points alternate between the
@@ -172,9 +175,10 @@ static const std::string &SphereIndices(int bands)
 static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap)
 {
     static std::map<std::tuple<int, bool, bool, bool>, std::string> texts;
-    std::string &text = texts[{resolution, caps, firstcap, secondcap}];
-    if (!text.empty())
-        return text;
+    std::string &known = texts[{resolution, caps, firstcap, secondcap}];
+    if (!known.empty())
+        return known;
+    std::string text;
     const int points = 2 * resolution;
     for (int k = 0; k < points; k += 2) {
         const int k1 = (k + 1) % points;
@@ -186,7 +190,7 @@ static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, 
             AppendIndices(&text, {k, k2, points + 1}, ",");
         AppendIndices(&text, {k, k1, k3, k2}, k + 2 < points ? ",\n" : " \n");
     }
-    return text;
+    return known = std::move(text);
 }
 
 // A face: its indices and the mark of its end.

@@ -31,6 +31,8 @@ static int Classes()
     return growthstate.association && growthstate.nroots > 0 ? growthstate.nroots : 1;
 }
 
+namespace
+{
 struct Scan {
     Vector pos = growthstate.pos;
     double reach2 = growthstate.branchlength * growthstate.branchlength;
@@ -74,9 +76,12 @@ struct Scan {
         return dmin < reach2;
     }
 };
+} // namespace
 
 // The index -----------------------------------------------------------------------------------------------
 
+namespace
+{
 struct CellIndex {
     // What it was built from; anything else than this, and it is built anew.
     const Particle *array = nullptr;
@@ -95,6 +100,7 @@ struct CellIndex {
     Vector freecentre = {0, 0, 0};
     double freeradius2 = -1;
 };
+} // namespace
 
 static CellIndex cellindex;
 

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
-// The GNU C library's kind of state array: its first word is kFeedbackType + kTypes times the index of r[i -
-// 3], the library's rear pointer, and 31 words follow; r[i - 31] stands kFeedbackLag words on, round the
-// ring.
+// The GNU C library's kind of state array: its first word is kFeedbackType + kTypes times the index of
+// r[i - 3], the library's rear pointer, and 31 words follow; r[i - 31] stands kFeedbackLag words on, round
+// the ring.
 constexpr uint32_t kFeedbackType = 3;
 constexpr uint32_t kTypes = 5;
 // Draws that are compared before the library's generators count as known.

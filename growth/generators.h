@@ -8,9 +8,8 @@
 //
 //   drand48: x = (0x5DEECE66D x + 0xB) mod 2^48, and x / 2^48 is the draw (POSIX).
 //   rand:    r[i] = (r[i - 31] + r[i - 3]) mod 2^32, and r[i] / 2, rounded down, is the draw: the additive
-//   feedback
-//            generator of Knuth, The Art of Computer Programming, vol. 2, section 3.2.2, as the GNU C library
-//            has it.
+//            feedback generator of Knuth, The Art of Computer Programming, vol. 2, section 3.2.2, as the GNU
+//            C library has it.
 
 #pragma once
 

@@ -18,11 +18,14 @@
 constexpr int kWalkerLife = 10000;
 constexpr double kPercent = 0.01;
 
+namespace
+{
 // What maxweight and radius were when they were last known to be the largest of the first `count` particles.
 struct Extent {
     int count;
     double maxweight, radius;
 };
+} // namespace
 static Extent extent = {-1, 0, 0};
 
 // Steps of the growth step, in the order in which they are taken.
@@ -90,10 +93,13 @@ double LaunchRadius()
     return 2 * growthstate.branchlength + growthstate.radius;
 }
 
+// The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
 static void LaunchWalker()
 {
     GetNewParticle(&growthstate.pos, growthstate.sourcetype, LaunchRadius());
     seeds[nseeds % kSeedRing] = growthstate.pos;
+    if (nseeds == INT_MAX)
+        nseeds = kSeedRing + nseeds % kSeedRing;
     nseeds++;
 }
 

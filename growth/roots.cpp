@@ -16,6 +16,8 @@ constexpr int kLastRootType = 9;
 // Memory that a root takes, in the aggregate and in the index over it.
 constexpr std::size_t kBytesPerRoot = 2 * sizeof(Particle);
 
+namespace
+{
 // How one coordinate of a root is made; R is rootrange, theta the root's share of the full circle.
 enum Coordinate {
     kZero,
@@ -28,6 +30,7 @@ struct Distribution {
     const char *name;
     Coordinate x, y, z;
 };
+} // namespace
 
 // Indexed by RootType; element 0 stands for every other value that places roots.
 static const Distribution kDistributions[] = {
@@ -41,6 +44,12 @@ static const Distribution kDistributions[] = {
 static void SetGrowthDefaults();
 static void SeedGenerators();
 static int CountPlacedRoots();
+static int CountWantedRoots();
+static void PlaceRoots(Particle *placed);
+static void ReplaceCells(Particle *particles, int count);
+static bool ReadPositions(FILE *file, Vector **positions, int *count);
+static SeedFileResult StartFromPositions(const char *path, Vector *positions, int count);
+static SeedFileResult StartFromOrigin();
 static const Distribution &FindDistribution(int roottype);
 static double PlaceCoordinate(Coordinate coordinate, double theta);
 static void SetRootName(const char *name);
@@ -73,41 +82,26 @@ void InitialiseGrowth()
 
 int ResetSeeds()
 {
-    int count = 0;
-    if (growthstate.roottype == kRootOrigin)
-        count = 1;
-    else if (growthstate.roottype <= kLastRootType)
-        count = std::max(growthstate.nroots, 0);
-    if (!ResizeArray(&cells, static_cast<std::size_t>(count)))
+    Particle *placed = nullptr;
+    if (!ResizeArray(&placed, static_cast<std::size_t>(CountWantedRoots())))
         return 0;
-
-    const Distribution &distribution = FindDistribution(growthstate.roottype);
-    for (int i = 0; i < count; i++) {
-        const double theta = i * kTwoPi / growthstate.nroots;
-        Vector p;
-        p.x = PlaceCoordinate(distribution.x, theta);
-        p.y = PlaceCoordinate(distribution.y, theta);
-        p.z = PlaceCoordinate(distribution.z, theta);
-        cells[i] = {p, 0, -1, 0};
-    }
-    if (count > 0)
-        SetRootName(distribution.name);
-    ncells = count;
-    ForgetAggregate();
-    SeedGenerators();
-    nseeds = 0;
+    PlaceRoots(placed);
     return 1;
 }
 
-void RestartFromRoots()
+int RestartFromRoots()
 {
+    Particle *placed = nullptr;
+    if (!ResizeArray(&placed, static_cast<std::size_t>(CountWantedRoots())))
+        return 0;
     InitialiseGrowth();
-    ResetSeeds();
+    PlaceRoots(placed);
+    return 1;
 }
 
-bool MemoryHoldsRoots(int count)
+bool MemoryHoldsRoots()
 {
-    return count <= 0 || static_cast<std::size_t>(count) <= AvailableMemory() / kBytesPerRoot;
+    return static_cast<std::size_t>(CountWantedRoots()) <= AvailableMemory() / kBytesPerRoot;
 }
 
 const char *RootTypeName(int roottype)
@@ -128,31 +122,17 @@ SeedFileResult ReadSeedFile(const char *path)
     if (file == nullptr)
         return kSeedFileUnopened;
 
-    growthstate.nroots = 0;
-    RestartFromRoots();
-    ncells = 0;
-    SetRootName(path);
-
-    SeedFileResult result = kSeedFileRead;
-    Vector p;
-    while (fscanf(file, "%lf %lf %lf\n", &p.x, &p.y, &p.z) == 3) {
-        if (!AppendToArray(&cells, &ncells, Particle{p, 0, -1, 0}) ||
-            !AppendToArray(&roots, &growthstate.nroots, p)) {
-            ncells = growthstate.nroots;
-            result = kSeedFileOutOfMemory;
-            break;
-        }
-        growthstate.radius = std::max(growthstate.radius, Modulus(p));
-    }
+    Vector *positions = nullptr;
+    int count = 0;
+    const bool enough = ReadPositions(file, &positions, &count);
     fclose(file);
 
-    if (growthstate.nroots == 0) {
-        growthstate.nroots = 1;
-        growthstate.roottype = kRootOrigin;
-        RestartFromRoots();
-        return kSeedFileEmpty;
-    }
-    if (options.debug)
+    SeedFileResult result = kSeedFileOutOfMemory;
+    if (enough)
+        result = count > 0 ? StartFromPositions(path, positions, count) : StartFromOrigin();
+    if (result != kSeedFileRead)
+        free(positions);
+    else if (options.debug)
         fprintf(stderr, "Read %d root seed positions\n", growthstate.nroots);
     return result;
 }
@@ -189,6 +169,83 @@ static int CountPlacedRoots()
     while (placed < limit && cells[placed].parent < 0)
         placed++;
     return placed;
+}
+
+// The roots that the next placement places.
+static int CountWantedRoots()
+{
+    if (growthstate.roottype == kRootOrigin)
+        return 1;
+    return growthstate.roottype <= kLastRootType ? std::max(growthstate.nroots, 0) : 0;
+}
+
+// Makes the wanted roots the aggregate; `placed`, which has room for them, becomes its array.
+static void PlaceRoots(Particle *placed)
+{
+    const int count = CountWantedRoots();
+    const Distribution &distribution = FindDistribution(growthstate.roottype);
+    for (int i = 0; i < count; i++) {
+        const double theta = i * kTwoPi / growthstate.nroots;
+        Vector p;
+        p.x = PlaceCoordinate(distribution.x, theta);
+        p.y = PlaceCoordinate(distribution.y, theta);
+        p.z = PlaceCoordinate(distribution.z, theta);
+        placed[i] = {p, 0, -1, 0};
+    }
+    if (count > 0)
+        SetRootName(distribution.name);
+    ReplaceCells(placed, count);
+    SeedGenerators();
+    nseeds = 0;
+}
+
+static void ReplaceCells(Particle *particles, int count)
+{
+    free(cells);
+    cells = particles;
+    ncells = count;
+    ForgetAggregate();
+}
+
+// Returns false when memory does not hold the file's positions.
+static bool ReadPositions(FILE *file, Vector **positions, int *count)
+{
+    Vector p;
+    while (fscanf(file, "%lf %lf %lf\n", &p.x, &p.y, &p.z) == 3)
+        if (!AppendToArray(positions, count, p))
+            return false;
+    return true;
+}
+
+// Takes the array of positions where it returns kSeedFileRead.
+static SeedFileResult StartFromPositions(const char *path, Vector *positions, int count)
+{
+    Particle *placed = nullptr;
+    if (!ResizeArray(&placed, static_cast<std::size_t>(count)))
+        return kSeedFileOutOfMemory;
+    growthstate.nroots = 0; // InitialiseGrowth looks at the old roots otherwise
+    InitialiseGrowth();
+    for (int i = 0; i < count; i++) {
+        placed[i] = {positions[i], 0, -1, 0};
+        growthstate.radius = std::max(growthstate.radius, Modulus(positions[i]));
+    }
+    ReplaceCells(placed, count);
+    free(roots);
+    roots = positions;
+    growthstate.nroots = count;
+    SetRootName(path);
+    return kSeedFileRead;
+}
+
+static SeedFileResult StartFromOrigin()
+{
+    const GrowthState old = growthstate;
+    growthstate.nroots = 1;
+    growthstate.roottype = kRootOrigin;
+    if (RestartFromRoots())
+        return kSeedFileEmpty;
+    growthstate = old;
+    return kSeedFileOutOfMemory;
 }
 
 static const Distribution &FindDistribution(int roottype)

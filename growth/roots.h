@@ -15,11 +15,12 @@ void InitialiseGrowth();
 // rootrange). Returns 1, or 0 with everything as it was when memory does not hold the roots.
 int ResetSeeds();
 
-// Starts a run from roots placed afresh, as InitialiseGrowth and then ResetSeeds do.
-void RestartFromRoots();
+// Starts a run from roots placed afresh, as InitialiseGrowth and then ResetSeeds do. Returns 1, or 0 with
+// everything as it was when memory does not hold the roots.
+int RestartFromRoots();
 
-// Whether the memory that is free holds an aggregate of `count` roots.
-bool MemoryHoldsRoots(int count);
+// Whether the memory that is free holds the roots that growthstate.roottype and growthstate.nroots ask for.
+bool MemoryHoldsRoots();
 
 // Name of the distribution `roottype`, one of RootType.
 const char *RootTypeName(int roottype);
@@ -32,7 +33,7 @@ enum SeedFileResult {
     kSeedFileRead,        // the file's positions are the roots, and a run has started from them
     kSeedFileUnopened,    // not opened; nothing changed
     kSeedFileEmpty,       // no position in it; a run has started from one root at the origin
-    kSeedFileOutOfMemory, // as kSeedFileRead, from the positions for which there was memory
+    kSeedFileOutOfMemory, // memory does not hold its roots; nothing changed
 };
 
 // Reads root positions from a text file: x y z per record, separated by white space; the first record that is

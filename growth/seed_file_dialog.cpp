@@ -26,9 +26,8 @@ int ReadRoots()
         fl_show_message("File Error", "Failed to read any root positions", "Resetting");
         return 0;
     case kSeedFileOutOfMemory:
-        UpdateForms();
-        fl_show_message("File Error", "Not enough memory for all roots of this seed file", path.c_str());
-        return 1;
+        fl_show_message("File Error", "Not enough memory for the roots of this seed file", path.c_str());
+        return 0;
     }
     return 0;
 }

@@ -4,6 +4,8 @@
 #include "growth/state.h"
 #include "surface/surface.h"
 
+namespace
+{
 // How one component of a launch direction is made, before the direction is normalised.
 enum Component {
     kCentred, // u - 0.5
@@ -19,6 +21,7 @@ struct Source {
     const char *name;
     Component x, y, z;
 };
+} // namespace
 
 // Indexed by SourceType; element 0 stands for every type that is none.
 static const Source kSources[] = {

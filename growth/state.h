@@ -12,8 +12,7 @@ constexpr int versionid = 102; // version times 100
 
 struct Particle {
     Vector p;
-    double weight; // flow: every particle that attached below added 1/n on a path of about n particles to its
-                   // root
+    double weight; // flow: each particle that attached below added 1/n, on a path of about n particles
     int parent;    // index in cells, -1 for a root
     int visited;   // scratch mark of the chain export and of slicing; meaningless between them
 };
@@ -21,8 +20,8 @@ struct Particle {
 extern Particle *cells; // malloc'ed, roots first, no spare capacity
 extern int ncells;
 
-extern Vector
-    *roots; // malloc'ed: the positions read from a seed file, growthstate.nroots of them after a reading
+// malloc'ed: the positions read from a seed file, growthstate.nroots of them after a reading.
+extern Vector *roots;
 
 constexpr int kSeedRing = 1000;
 extern Vector seeds[kSeedRing]; // the latest launch positions; launch k stands at k mod kSeedRing

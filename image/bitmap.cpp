@@ -1,15 +1,15 @@
 #include "image/bitmap.h"
 
 #include <cstdlib>
-#include <cstring>
 
 constexpr int kLongestPacket = 128;
 constexpr int kRunPacket = 128; // added to a packet's header
 
 static void WriteHeader(FILE *file, int width, int height, bool compressed, bool alpha);
 static void WritePixels(FILE *file, const Pixel *pixels, int count, int bytes);
-static int CountRun(const Pixel *pixels, int most);
-static int CountLiterals(const Pixel *pixels, int most);
+static bool Equal(const Pixel &a, const Pixel &b, int bytes);
+static int CountRun(const Pixel *pixels, int most, int bytes);
+static int CountLiterals(const Pixel *pixels, int most, int bytes);
 
 Pixel *Create_Bitmap(int width, int height)
 {
@@ -46,13 +46,13 @@ void Write_Bitmap(FILE *file, const Pixel *buffer, int width, int height, int co
 void WriteTGACompressedRow(FILE *file, const Pixel *row, int width, int bytes)
 {
     for (int i = 0; i < width;) {
-        const int run = CountRun(row + i, width - i);
+        const int run = CountRun(row + i, width - i, bytes);
         if (run > 1) {
             fputc(kRunPacket + run - 1, file);
             WritePixels(file, row + i, 1, bytes);
             i += run;
         } else {
-            const int literals = CountLiterals(row + i, width - i);
+            const int literals = CountLiterals(row + i, width - i, bytes);
             fputc(literals - 1, file);
             WritePixels(file, row + i, literals, bytes);
             i += literals;
@@ -93,26 +93,27 @@ static void WritePixels(FILE *file, const Pixel *pixels, int count, int bytes)
     }
 }
 
-static bool Equal(const Pixel &a, const Pixel &b)
+// Whether two pixels are written alike; only four bytes have the alpha.
+static bool Equal(const Pixel &a, const Pixel &b, int bytes)
 {
-    return memcmp(&a, &b, sizeof a) == 0;
+    return a.r == b.r && a.g == b.g && a.b == b.b && (bytes < 4 || a.a == b.a);
 }
 
 // Pixels from the first on that equal it.
-static int CountRun(const Pixel *pixels, int most)
+static int CountRun(const Pixel *pixels, int most, int bytes)
 {
     int count = 1;
-    while (count < most && count < kLongestPacket && Equal(pixels[count], pixels[0]))
+    while (count < most && count < kLongestPacket && Equal(pixels[count], pixels[0], bytes))
         count++;
     return count;
 }
 
 // Pixels from the first on before two that are equal.
-static int CountLiterals(const Pixel *pixels, int most)
+static int CountLiterals(const Pixel *pixels, int most, int bytes)
 {
     int count = 1;
     while (count < most && count < kLongestPacket &&
-           (count + 1 == most || !Equal(pixels[count], pixels[count + 1])))
+           (count + 1 == most || !Equal(pixels[count], pixels[count + 1], bytes)))
         count++;
     return count;
 }

@@ -18,6 +18,8 @@ constexpr int kSphereStep = 5;
 constexpr int kPlaneCells = 10;
 constexpr double kPlaneCellSize = 20;
 
+namespace
+{
 // The shapes by their menu ids.
 enum SampleId {
     kCylinder = 1,
@@ -32,6 +34,7 @@ enum SampleId {
     kPlane = 31,
     kNoSample = 100
 };
+} // namespace
 
 static const Sample kSamples[] = {
     {"None", kNoSample},
@@ -47,9 +50,12 @@ static const Sample kSamples[] = {
     {"Plane", kPlane},
 };
 
+namespace
+{
 // What closes the ends of a prism, and what stands for the upper half of a sphere.
 enum Ends { kOpenEnds, kBottomOnly, kBothEnds };
 enum UpperHalf { kRoundHalf, kFlatHalf, kNoHalf };
+} // namespace
 
 static bool BuildShape(int id);
 static bool AddPrism(double radius, int step, Ends ends);
@@ -67,17 +73,17 @@ std::span<const Sample> Samples()
 
 int BuildSample(int id)
 {
-    nstltri = 0;
-    const bool built = BuildShape(id);
-    if (!built)
-        nstltri = 0;
+    SurfaceAside old;
+    if (!BuildShape(id))
+        return 0;
+    old.KeepNew();
     const char *name = "None";
     for (const Sample &sample : kSamples)
-        if (sample.id == id && built)
+        if (sample.id == id)
             name = sample.name;
     snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "%s", name);
     UpdateSTL();
-    return built;
+    return 1;
 }
 
 static bool BuildShape(int id)

@@ -14,6 +14,6 @@ struct Sample {
 std::span<const Sample> Samples();
 
 // Replaces the constraint surface by the sample of that id and names it in growthstate.surfacename; any id
-// that is no shape's leaves no surface, named "None". Returns 1, or 0 without a surface when memory does not
-// hold it.
+// that is no shape's leaves no surface, named "None". Returns 1, or 0 with the surface as it was when memory
+// does not hold the new one.
 int BuildSample(int id);

@@ -28,10 +28,13 @@ STLResult ReadSTLFile(const char *path)
     if (file == nullptr)
         return kSTLUnopened;
 
-    nstltri = 0;
-    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
+    SurfaceAside old;
     const STLResult result = IsASCII(file) ? ReadASCIIFaces(file) : ReadBinaryFaces(file);
     fclose(file);
+    if (result == kSTLOutOfMemory)
+        return result;
+    old.KeepNew();
+    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
     if (result != kSTLRead) {
         nstltri = 0;
         return result;

@@ -4,15 +4,15 @@
 
 #include <cstdio>
 
-// How the reading of an STL file ended. Where it ended badly after the file was opened, there is no surface
-// and the bounds are those of the old one.
+// How the reading of an STL file ended. Where the file is at fault, there is no surface and the bounds are
+// those of the old one.
 enum STLResult {
     kSTLRead,        // the surface is the file's
     kSTLUnopened,    // not opened; the old surface stays
     kSTLBadVertices, // ASCII: a loop without three lines of keyword x y z
     kSTLShortHeader, // binary: fewer than 80 bytes
     kSTLBadCount,    // binary: more than 10,000,000 faces announced
-    kSTLOutOfMemory,
+    kSTLOutOfMemory, // memory does not hold the file's surface; the old one stays
 };
 
 // Replaces the constraint surface by the one in the file, and its name by "None". A file is ASCII when

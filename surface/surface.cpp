@@ -1,6 +1,8 @@
 #include "surface/surface.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <utility>
 
 #include "growth/state.h"
 #include "surface/surface_index.h"
@@ -23,6 +25,17 @@ static void RemoveBadFaces();
 static bool IsBadFace(const Triangle &t);
 static void DeriveFaceData(Triangle *t);
 static void FindBounds();
+
+SurfaceAside::SurfaceAside() : faces(std::exchange(stltri, nullptr)), count(std::exchange(nstltri, 0)) {}
+
+SurfaceAside::~SurfaceAside()
+{
+    if (!keepnew) {
+        std::swap(faces, stltri);
+        nstltri = count;
+    }
+    free(faces);
+}
 
 void UpdateSTL()
 {

@@ -21,6 +21,23 @@ extern Vector stlmin;
 extern Vector stlmax;
 extern Vector stlmid;
 
+// Sets the surface aside while another is built in its place, from no face on, and puts it back when it goes,
+// unless the new one is to stay. UpdateSTL is called for a surface that stays.
+class SurfaceAside
+{
+public:
+    SurfaceAside();
+    ~SurfaceAside();
+    SurfaceAside(const SurfaceAside &) = delete;
+    SurfaceAside &operator=(const SurfaceAside &) = delete;
+    void KeepNew() { keepnew = true; }
+
+private:
+    Triangle *faces;
+    int count;
+    bool keepnew = false;
+};
+
 // Removes the faces of which two corners coincide (the last face takes the place of a removed one) and
 // computes normals, planes, centres and bounds. In verbose mode reports them to standard error.
 void UpdateSTL();

@@ -17,6 +17,8 @@ constexpr int kLeafFaces = 8;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
+namespace
+{
 // An axis-aligned box in single precision; the default one holds nothing.
 struct Box {
     float min[3] = {kInfinity, kInfinity, kInfinity};
@@ -45,6 +47,7 @@ struct SurfaceIndex {
     std::vector<int> found;     // by the last search
     std::vector<int> open;      // nodes that it has still to look at
 };
+} // namespace
 
 static SurfaceIndex surfaceindex;
 

@@ -3,7 +3,8 @@
 #include <GL/glu.h>
 #include <GL/glut.h>
 
-#include "export/window_drawing.h"
+#include "export/window_capture.h"
+#include "geom/clock.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
 #include "viewer/aggregate_drawing.h"
@@ -17,6 +18,8 @@ constexpr double kLeftEye = -1;
 constexpr double kMonoEye = 0;
 constexpr double kRightEye = 1;
 
+FrameTime lastframe = {0, 0};
+
 static void UpdateCamera();
 static void DrawMono();
 static void DrawStereo();
@@ -27,6 +30,7 @@ static void SetViewport(double eye);
 
 void HandleDisplay()
 {
+    const double start = GetRunTime();
     UpdateCamera();
     if (camera.stereo == kStereoNone)
         DrawMono();
@@ -36,8 +40,11 @@ void HandleDisplay()
         const int stereo = camera.stereo == kStereoActive;
         WindowDump("", camera.screenwidth, camera.screenheight, stereo, kImageTGACompressed);
         options.dumpnext = 0;
+    } else {
+        EndCaptures();
     }
     glutSwapBuffers();
+    lastframe = {start, GetRunTime()};
 }
 
 void HandleReshape(int width, int height)

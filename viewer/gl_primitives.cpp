@@ -2,8 +2,11 @@
 
 #include <cstdlib>
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
+namespace
+{
 // The angles of a cone's edges.
 struct Ring {
     double theta1, theta2;
@@ -15,6 +18,7 @@ struct Ring {
 struct Directions {
     std::vector<double> x, y, z;
 };
+} // namespace
 
 static const Ring &FindRing(double theta1, double theta2, int m);
 static void FindDirections(const Ring &ring, Vector p, Vector q, Directions *directions);
@@ -105,14 +109,14 @@ static const Ring &FindRing(double theta1, double theta2, int m)
     static Ring ring;
     if (ring.m == m && ring.theta1 == theta1 && ring.theta2 == theta2)
         return ring;
-    ring = {theta1, theta2, m, {}, {}, {}};
+    Ring wanted = {theta1, theta2, m, {}, {}, {}};
     for (int i = 0; i <= m; i++) {
         const double theta = theta1 + i * (theta2 - theta1) / m;
-        ring.cosine.push_back(std::cos(theta));
-        ring.sine.push_back(std::sin(theta));
-        ring.share.push_back(static_cast<float>(i) / static_cast<float>(m));
+        wanted.cosine.push_back(std::cos(theta));
+        wanted.sine.push_back(std::sin(theta));
+        wanted.share.push_back(static_cast<float>(i) / static_cast<float>(m));
     }
-    return ring;
+    return ring = std::move(wanted);
 }
 
 // Unit vectors at the ring's angles from q towards p. Written for the loop to run in vectors.

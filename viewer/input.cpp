@@ -20,7 +20,10 @@ constexpr double kKeyTurn = 0.02;
 constexpr double kDragTurn = 100;
 constexpr double kDragRoll = 200;
 
+namespace
+{
 enum MouseButton { kNoButton = -1, kLeftButton = 0, kMiddleButton = 1 };
+} // namespace
 
 static void RecordShift();
 static void RecordPosition(int x, int y);

@@ -15,9 +15,12 @@
 #include "growth/state.h"
 #include "surface/samples.h"
 #include "surface/stl_dialog.h"
+#include "viewer/callback.h"
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
+namespace
+{
 // The menus in the order in which they are built.
 enum MenuNumber {
     kNoMenu = -1,
@@ -39,9 +42,10 @@ struct Entry {
 };
 
 struct Menu {
-    void (*handler)(int);
+    void (*handler)(int); // guarded
     std::vector<Entry> entries;
 };
+} // namespace
 
 static Menu DescribeMenu(int number);
 static std::vector<Entry> SampleEntries();
@@ -135,14 +139,14 @@ static Menu DescribeMenu(int number)
 {
     switch (number) {
     case kSurfaceModeMenu:
-        return {HandleSTLMenu,
+        return {Guarded<HandleSTLMenu>,
                 {{"Off", kSurfaceOff},
                  {"Faces, wireframe", kSurfaceWireframe},
                  {"Mid points of faces", kSurfaceMidpoints},
                  {"Face vertices", kSurfaceVertices},
                  {"Faces, solid", kSurfaceSolid}}};
     case kSaveMenu:
-        return {HandleSaveMenu,
+        return {Guarded<HandleSaveMenu>,
                 {{"PovRay (Sphere sweep)", 1},
                  {"PovRay (Cylinders + Spheres)", 2},
                  {"GEOM (Cylinders + Spheres)", 3},
@@ -154,19 +158,19 @@ static Menu DescribeMenu(int number)
                  {"Point cloud as DXF", 6},
                  {"Point cloud as GEOM", 7}}};
     case kAggregateModeMenu:
-        return {HandleDLAMenu,
+        return {Guarded<HandleDLAMenu>,
                 {{"Off", kAggregateOff},
                  {"Points", kAggregatePoints},
                  {"Lines", kAggregateLines},
                  {"Tubes (Slow)", kAggregateTubes}}};
     case kSampleMenu:
-        return {HandleSampleMenu, SampleEntries()};
+        return {Guarded<HandleSampleMenu>, SampleEntries()};
     case kSourceMenu:
-        return {HandleSourceMenu, SourceEntries()};
+        return {Guarded<HandleSourceMenu>, SourceEntries()};
     case kRootMenu:
-        return {HandleRootMenu, RootEntries()};
+        return {Guarded<HandleRootMenu>, RootEntries()};
     default:
-        return {HandleMainMenu,
+        return {Guarded<HandleMainMenu>,
                 {{"Settings", kCommandSettings},
                  {"Save DLA as", 0, kSaveMenu},
                  {"Save constraint surface to STL file", kCommandSaveSurface},

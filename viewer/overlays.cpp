@@ -24,6 +24,8 @@ constexpr int kCircleStep = 5; // degrees
 constexpr double kAxisLength = 1.2;
 constexpr int kMarkerFacets = 16;
 
+namespace
+{
 // Lines of text from the window's top down, each cut at a number of characters.
 class TextColumn
 {
@@ -48,6 +50,7 @@ private:
     int x, y;
     std::size_t size;
 };
+} // namespace
 
 static void BeginFlatDrawing();
 static void DrawCircles(double r);
@@ -138,8 +141,7 @@ static void BeginFlatDrawing()
     glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
 }
 
-// Extras
-// ------------------------------------------------------------------------------------------------------
+// Extras --------------------------------------------------------------------------------------------------
 
 static void DrawCircles(double r)
 {
@@ -192,8 +194,7 @@ static void DrawLights()
         CreateSimpleSphere({marker[0], marker[1], marker[2]}, growthstate.branchlength / 5, kMarkerFacets, 0);
 }
 
-// Information
-// -------------------------------------------------------------------------------------------------
+// Information ---------------------------------------------------------------------------------------------
 
 static void PrintParameters(TextColumn &column)
 {

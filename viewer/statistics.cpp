@@ -1,6 +1,7 @@
 #include "viewer/statistics.h"
 
 #include <GL/gl.h>
+#include <forms.h>
 
 #include "analysis/statistics.h"
 #include "growth/state.h"
@@ -15,17 +16,20 @@ static void DrawBoxes();
 
 void Statistics()
 {
-    CountBranches();
-    StartBoxCount();
-    CalcBoxCount(0, 0);
+    if (!CountBranches())
+        fl_show_message("Memory Error", "Not enough memory for the branch distribution", "");
+    if (StartBoxCount())
+        CalcBoxCount(0, 0);
+    else
+        fl_show_message("Memory Error", "Not enough memory to count boxes", "");
 }
 
 void CalcBoxCount(int initialise, int draw)
 {
     if (!options.boxcountrequest)
         return;
-    if (initialise)
-        StartBoxCount();
+    if (initialise && !StartBoxCount())
+        return;
     if (draw) {
         DrawBoxes();
     } else if (CountNextBox()) {

@@ -13,6 +13,8 @@
 #include "growth/roots.h"
 #include "growth/scenario.h"
 
+namespace
+{
 // A count written as it is described: one box after the other, each looked at through all particles.
 struct PlainCount {
     double scale, radius = growthstate.radius;
@@ -59,6 +61,7 @@ struct PlainCount {
         return scale < 2 * growthstate.branchlength || depth == 9;
     }
 };
+} // namespace
 
 static void ExpectSameCount(const char *what)
 {

@@ -89,5 +89,5 @@ TEST_F(Idle, NothingGrowsWhileTheWindowIsHidden)
     HandleVisibility(GLUT_NOT_VISIBLE);
     EXPECT_EQ(registered.idle, nullptr);
     HandleVisibility(GLUT_VISIBLE);
-    EXPECT_EQ(registered.idle, HandleIdle);
+    EXPECT_NE(registered.idle, nullptr);
 }

@@ -9,6 +9,7 @@
 #include "app/idle.h"
 #include "fakes/recorder.h"
 #include "growth/state.h"
+#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -45,15 +46,15 @@ TEST(Program, StartsTheToolkitsInOrder)
         "glutDisplayFunc(1) glutReshapeFunc(1) glutAttachMenu(7,2) glutKeyboardFunc(1) glutSpecialFunc(1) "
         "glutMouseFunc(1) glutMotionFunc(1) glutPassiveMotionFunc(1) glutVisibilityFunc(1) "
         "glutIdleFunc(1) glutMainLoop() ");
-    EXPECT_EQ(registered.display, HandleDisplay);
-    EXPECT_EQ(registered.reshape, HandleReshape);
-    EXPECT_EQ(registered.keyboard, HandleKeyboard);
-    EXPECT_EQ(registered.special, HandleSpecialKeyboard);
-    EXPECT_EQ(registered.mouse, HandleMouse);
-    EXPECT_EQ(registered.motion, HandleMouseMotion);
-    EXPECT_EQ(registered.passivemotion, HandlePassiveMotion);
-    EXPECT_EQ(registered.visibility, HandleVisibility);
-    EXPECT_EQ(registered.idle, HandleIdle);
+    EXPECT_EQ(registered.display, (Guarded<HandleDisplay, kRepeatedCallback>));
+    EXPECT_EQ(registered.reshape, Guarded<HandleReshape>);
+    EXPECT_EQ(registered.keyboard, Guarded<HandleKeyboard>);
+    EXPECT_EQ(registered.special, Guarded<HandleSpecialKeyboard>);
+    EXPECT_EQ(registered.mouse, Guarded<HandleMouse>);
+    EXPECT_EQ(registered.motion, Guarded<HandleMouseMotion>);
+    EXPECT_EQ(registered.passivemotion, Guarded<HandlePassiveMotion>);
+    EXPECT_EQ(registered.visibility, Guarded<HandleVisibility>);
+    EXPECT_EQ(registered.idle, (Guarded<HandleIdle, kRepeatedCallback>));
     EXPECT_STREQ(setlocale(LC_ALL, nullptr), "C");
 }
 

@@ -52,6 +52,8 @@ protected:
     std::filesystem::path directory, back;
 };
 
+namespace
+{
 // The walk as it is described, with a search for every child, a call within a call for every branch and two
 // planes of four numbers: value 0 or more is inside.
 struct PlainSlice {
@@ -126,6 +128,7 @@ struct PlainSlice {
         }
     }
 };
+} // namespace
 
 TEST_F(Slices, FilesAndReportsAreThoseOfThePlainWalk)
 {
@@ -136,7 +139,7 @@ TEST_F(Slices, FilesAndReportsAreThoseOfThePlainWalk)
         for (const Vector n : {Vector{0, 0, 1}, Vector{1, 0, 0}, oblique}) {
             options.debug = debug;
             testing::internal::CaptureStderr();
-            ASSERT_EQ(DoSlice(7, n), 1);
+            ASSERT_EQ(DoSlice(7, n), kSlicesDone);
             const std::string told = testing::internal::GetCapturedStderr();
             std::string expectedtold;
             const double r = growthstate.radius;
@@ -206,7 +209,7 @@ TEST_F(Slices, OneLongChain)
     ncells = count;
     growthstate.radius = 200;
     testing::internal::CaptureStderr();
-    EXPECT_EQ(DoSlice(2, {0, 0, 1}), 1);
+    EXPECT_EQ(DoSlice(2, {0, 0, 1}), kSlicesDone);
     testing::internal::GetCapturedStderr();
     const std::string upper = Slurp("slice_000.txt");
     EXPECT_EQ(std::count(upper.begin(), upper.end(), '\n'), count - 1);
@@ -218,7 +221,7 @@ TEST_F(Slices, OddRadiiEnd)
     for (const double radius : {0.0, -1.0, double(INFINITY), double(NAN), 1e308}) {
         growthstate.radius = radius;
         testing::internal::CaptureStderr();
-        EXPECT_EQ(DoSlice(3, {0, 0, 1}), 1);
+        EXPECT_EQ(DoSlice(3, {0, 0, 1}), kSlicesDone);
         testing::internal::GetCapturedStderr();
     }
 }
@@ -227,7 +230,7 @@ TEST_F(Slices, AFileThatCannotBeOpenedIsReported)
 {
     std::filesystem::create_directory("slice_001.txt");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(DoSlice(3, {0, 0, 1}), 0);
+    EXPECT_EQ(DoSlice(3, {0, 0, 1}), kSliceUnopened);
     EXPECT_NE(
         testing::internal::GetCapturedStderr().find("Failed to open output slice file \"slice_001.txt\"\n"),
         std::string::npos);

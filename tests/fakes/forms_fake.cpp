@@ -59,6 +59,7 @@ extern "C" FL_FORM_ATCLOSE fl_set_form_atclose(FL_FORM *, FL_FORM_ATCLOSE callba
 
 extern "C" Window fl_show_form(FL_FORM *, int place, int border, const char *title)
 {
+    const OwnAllocations own;
     Record("fl_show_form", {double(place), double(border)}, title);
     return 0;
 }
@@ -70,12 +71,19 @@ extern "C" void fl_hide_form(FL_FORM *)
 
 extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
 {
+    const OwnAllocations own;
     inputs[input] = text;
 }
 
 extern "C" const char *fl_get_input(FL_OBJECT *input)
 {
+    const OwnAllocations own;
     return inputs[input].c_str();
+}
+
+extern "C" void fl_set_button(FL_OBJECT *, int state)
+{
+    Record("fl_set_button", {double(state)});
 }
 
 extern "C" int fl_get_button(FL_OBJECT *)
@@ -104,17 +112,20 @@ extern "C" FL_OBJECT *fl_check_forms()
 extern "C" const char *fl_show_fselector(const char *message, const char *directory, const char *pattern,
                                          const char *name)
 {
+    const OwnAllocations own;
     Record("fl_show_fselector", {}, std::string(message) + "|" + directory + "|" + pattern + "|" + name);
     return fakefile.empty() ? nullptr : fakefile.c_str();
 }
 
 extern "C" void fl_show_message(const char *title, const char *text, const char *detail)
 {
+    const OwnAllocations own;
     Record("fl_show_message", {}, std::string(title) + "|" + text + "|" + detail);
 }
 
 extern "C" int fl_show_question(const char *question, int)
 {
+    const OwnAllocations own;
     Record("fl_show_question", {}, question);
     return fakebutton;
 }

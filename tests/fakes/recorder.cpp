@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+int OwnAllocations::depth = 0;
 std::vector<Call> calls;
 int fakemodifiers = 0;
 int fakecursor = 0;
@@ -21,6 +22,7 @@ void ForgetCalls()
 
 void Record(const char *name, std::initializer_list<double> args, const std::string &text)
 {
+    const OwnAllocations own;
     calls.push_back({name, args, text});
 }
 

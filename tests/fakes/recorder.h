@@ -16,6 +16,15 @@ struct Call {
     std::string text; // text arguments, joined by "|"
 };
 
+// While one lives, what is allocated is the stand-ins' own: a test of failing allocations leaves it alone.
+struct OwnAllocations {
+    OwnAllocations() { depth++; }
+    ~OwnAllocations() { depth--; }
+    OwnAllocations(const OwnAllocations &) = delete;
+    OwnAllocations &operator=(const OwnAllocations &) = delete;
+    static int depth;
+};
+
 // All calls since the last ForgetCalls.
 extern std::vector<Call> calls;
 void ForgetCalls();

@@ -10,6 +10,8 @@
 #include "growth/scenario.h"
 #include "surface/surface.h"
 
+namespace
+{
 struct ParameterSet {
     const char *name;
     int source = kSourceSphere;
@@ -26,6 +28,7 @@ struct ParameterSet {
     int particles = 400;
     int atleast = 10; // fewer particles would compare too little
 };
+} // namespace
 
 static const ParameterSet kParameterSets[] = {
     {.name = "defaults", .particles = 800},

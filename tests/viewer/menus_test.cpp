@@ -15,6 +15,7 @@
 #include "panels.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
+#include "viewer/callback.h"
 #include "viewer/input.h"
 
 class Menus : public testing::Test
@@ -48,9 +49,10 @@ TEST_F(Menus, TheTree)
     EXPECT_EQ(tree.str(), expected.str());
     EXPECT_EQ(CallsOf("glutAttachMenu").at(0).args[1], GLUT_RIGHT_BUTTON);
     EXPECT_EQ(CallsOf("glutAttachMenu").at(0).args[0], double(fakemenus.size()));
-    EXPECT_EQ(fakemenus,
-              (std::vector<void (*)(int)>{HandleSTLMenu, HandleSaveMenu, HandleDLAMenu, HandleSampleMenu,
-                                          HandleSourceMenu, HandleRootMenu, HandleMainMenu}));
+    EXPECT_EQ(fakemenus, (std::vector<void (*)(int)>{Guarded<HandleSTLMenu>, Guarded<HandleSaveMenu>,
+                                                     Guarded<HandleDLAMenu>, Guarded<HandleSampleMenu>,
+                                                     Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>,
+                                                     Guarded<HandleMainMenu>}));
 }
 
 TEST_F(Menus, SeparatorsAndUnknownIdsChangeNothing)

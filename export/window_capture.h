@@ -4,5 +4,9 @@
 // ImageFormats of image/bitmap.h. `name` is the file's name without its extension, cut where the whole
 // exceeds 31 characters; an empty name stands for the next number that no file bears (0000.tga), and only a
 // named file is overwritten. With `stereo`, both back buffers are saved, as L_... and R_.... Returns 1, or 0
-// after a message on standard error.
+// with no file left, after a message on standard error. Of captures that fail in a row only the first has
+// its message.
 int WindowDump(const char *name, int width, int height, int stereo, int code);
+
+// Ends a row of captures.
+void EndCaptures();

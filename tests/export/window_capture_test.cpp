@@ -1,4 +1,4 @@
-#include "export/window_drawing.h"
+#include "export/window_capture.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -110,7 +110,10 @@ TEST_F(Capture, AFileThatCannotBeOpenedGivesItsMessage)
 {
     testing::internal::CaptureStderr();
     EXPECT_EQ(WindowDump("no/such/directory", 4, 2, 0, kImageTGA), 0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "WindowDump - Failed to open file for window dump\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Cannot write \"no/such/directory.tga\": No such file or directory\n"
+              "WindowDump - Failed to open file for window dump\n");
+    EndCaptures();
     testing::internal::CaptureStderr();
     EXPECT_EQ(WindowDump("", 2000000000, 2000000000, 0, kImageTGA), 0);
     // A sanitizer reports the allocation first.

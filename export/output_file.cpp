@@ -1,0 +1,135 @@
+#include "export/output_file.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+// Names that are tried beside the file before it is written in place.
+constexpr int kMostTries = 100;
+constexpr mode_t kNewFileMode = 0666; // less the user's mask
+constexpr mode_t kModeBits = 07777;
+
+OutputFile::OutputFile(const char *path, bool silent) : name(path), quiet(silent)
+{
+    try {
+        Open();
+    } catch (const std::bad_alloc &) {
+        errno = ENOMEM;
+    }
+    if (stream == nullptr) {
+        reason = errno;
+        Tell();
+    }
+    errno = 0; // from now on the reason why writing failed
+}
+
+OutputFile::~OutputFile()
+{
+    if (stream == nullptr)
+        return;
+    fclose(stream);
+    Discard();
+}
+
+bool OutputFile::Finish()
+{
+    bool whole = fflush(stream) == 0 && !ferror(stream);
+    if (whole && replaces && !beside.empty())
+        whole = fsync(fileno(stream)) == 0;
+    reason = errno;
+    if (fclose(stream) != 0 && whole) {
+        whole = false;
+        reason = errno;
+    }
+    stream = nullptr;
+    if (whole && !beside.empty() && rename(beside.c_str(), target.c_str()) != 0) {
+        whole = false;
+        reason = errno;
+    }
+    if (!whole) {
+        Discard();
+        Tell();
+    }
+    return whole;
+}
+
+void OutputFile::Open()
+{
+    if (!OpenBeside())
+        stream = fopen(name, "w");
+}
+
+// Returns false, nothing changed, where the file has to be written in place.
+bool OutputFile::OpenBeside()
+{
+    struct stat old = {};
+    replaces = stat(name, &old) == 0;
+    if (replaces) {
+        if (!S_ISREG(old.st_mode) || old.st_nlink > 1 || access(name, W_OK) != 0)
+            return false;
+        char resolved[PATH_MAX];
+        if (realpath(name, resolved) == nullptr)
+            return false;
+        target = resolved;
+    } else {
+        if (errno != ENOENT || lstat(name, &old) == 0) // a symbolic link that leads nowhere yet
+            return false;
+        target = name;
+    }
+    if (!CreateBeside())
+        return false;
+    const int file = fileno(stream);
+    if (replaces && ((geteuid() != old.st_uid || getegid() != old.st_gid) &&
+                     fchown(file, old.st_uid, old.st_gid) != 0)) {
+        fclose(stream);
+        stream = nullptr;
+        Discard();
+        return false;
+    }
+    if (replaces)
+        fchmod(file, old.st_mode & kModeBits);
+    return true;
+}
+
+bool OutputFile::CreateBeside()
+{
+    const std::size_t slash = target.rfind('/');
+    const std::string folder = slash == std::string::npos ? "" : target.substr(0, slash + 1);
+    const std::string stem = folder + ".sarkelo-" + std::to_string(getpid()) + "-";
+    for (int number = 0; number < kMostTries; number++) {
+        beside = stem + std::to_string(number);
+        const int file = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+        if (file < 0 && errno == EEXIST)
+            continue;
+        stream = file < 0 ? nullptr : fdopen(file, "w");
+        if (stream != nullptr)
+            return true;
+        if (file >= 0) {
+            close(file);
+            Discard();
+        }
+        break;
+    }
+    beside.clear();
+    return false;
+}
+
+// Removes what was written beside the file.
+void OutputFile::Discard()
+{
+    if (!beside.empty())
+        unlink(beside.c_str());
+    beside.clear();
+}
+
+void OutputFile::Tell() const
+{
+    if (!quiet)
+        fprintf(stderr, "Cannot write \"%s\": %s\n", name, strerror(reason != 0 ? reason : EIO));
+}

@@ -1,0 +1,83 @@
+#include "faults/failing_memory.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+#include "fakes/recorder.h"
+
+static bool armed = false;
+static long wanted = 0;
+static bool goeson = false;
+static long count = 0;
+
+void FailAllocations(long first, bool on)
+{
+    wanted = first;
+    goeson = on;
+    count = 0;
+    armed = true;
+}
+
+long EndOfFailures()
+{
+    armed = false;
+    return count;
+}
+
+static bool Fails()
+{
+    if (!armed || OwnAllocations::depth > 0)
+        return false;
+    count++;
+    const bool fails = wanted > 0 && (count == wanted || (goeson && count > wanted));
+    if (fails)
+        errno = ENOMEM;
+    return fails;
+}
+
+extern "C" {
+void *__real_malloc(size_t size);
+void *__real_calloc(size_t number, size_t size);
+void *__real_realloc(void *old, size_t size);
+FILE *__real_fopen(const char *path, const char *mode);
+FILE *__real_fdopen(int file, const char *mode);
+
+void *__wrap_malloc(size_t size)
+{
+    return Fails() ? nullptr : __real_malloc(size);
+}
+void *__wrap_calloc(size_t number, size_t size)
+{
+    return Fails() ? nullptr : __real_calloc(number, size);
+}
+void *__wrap_realloc(void *old, size_t size)
+{
+    return Fails() ? nullptr : __real_realloc(old, size);
+}
+FILE *__wrap_fopen(const char *path, const char *mode)
+{
+    return Fails() ? nullptr : __real_fopen(path, mode);
+}
+FILE *__wrap_fdopen(int file, const char *mode)
+{
+    return Fails() ? nullptr : __real_fdopen(file, mode);
+}
+}
+
+void *operator new(size_t size)
+{
+    void *memory = Fails() ? nullptr : __real_malloc(size > 0 ? size : 1);
+    if (memory == nullptr)
+        throw std::bad_alloc();
+    return memory;
+}
+void operator delete(void *memory) noexcept
+{
+    free(memory);
+}
+void operator delete(void *memory, size_t) noexcept
+{
+    free(memory);
+}

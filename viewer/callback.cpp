@@ -1,0 +1,13 @@
+#include "viewer/callback.h"
+
+#include <cstdio>
+
+#include <forms.h>
+
+void TellOutOfMemory(CallbackKind kind)
+{
+    if (kind == kInputCallback)
+        fl_show_message("Memory Error", "Not enough memory for this", "");
+    else
+        fputs("Out of memory: what could not be done is tried again\n", stderr);
+}
