@@ -11,6 +11,7 @@
 #include "app/command_line.h"
 #include "app/idle.h"
 #include "export/slicing_panel.h"
+#include "growth/main_window.h"
 #include "growth/roots.h"
 #include "growth/settings_panel.h"
 #include "growth/state.h"
@@ -74,6 +75,7 @@ static void OpenWindow(int argc, char **argv)
     const unsigned int stereo = camera.stereo == kStereoActive ? GLUT_STEREO : 0;
     glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH | stereo);
     glutCreateWindow("Diffusion Limited Aggregation");
+    IntroduceMainWindow();
     glutReshapeWindow(camera.screenwidth, camera.screenheight);
     if (options.fullscreen)
         glutFullScreen();

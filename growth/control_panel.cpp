@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "growth/main_window.h"
 #include "growth/state.h"
 
 FD_settingform *settingform = nullptr;
@@ -32,6 +33,7 @@ void ShowPanel(FL_FORM *form, int *visible)
 {
     UpdateForms();
     fl_show_form(form, FL_PLACE_CENTER, FL_FULLBORDER, "");
+    OwnPanel(form);
     *visible = 1;
 }
 

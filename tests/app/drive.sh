@@ -30,19 +30,38 @@ visible() {
     if [ $# -gt 1 ]; then [ "$found" -eq "$2" ]; else [ "$found" -gt 0 ]; fi
 }
 
+# Without a window manager, as by default, windows have no frames and the keyboard goes to the one under the pointer.
+start_window_manager() {
+    openbox >/dev/null 2>&1 &
+    window_manager=$!
+    trap 'kill "$window_manager" "$virtual_display" 2>/dev/null; rm -rf "$work"' EXIT
+    for _ in $(seq 100); do
+        xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id" && return
+        sleep 0.1
+    done
+    fail "the window manager does not start"
+}
+
 # Starts the program with the given arguments and waits for its window.
 start() {
     "$program" "$@" 2>stderr.txt &
     pid=$!
     wait_for "the window" visible "$title"
-    window=$(xdotool search --name "$title")
+    window=$(xdotool search --onlyvisible --name "$title")
     xdotool windowmove "$window" 0 0
     sleep 0.5
+    find_corner
+}
+
+# Where the window's picture begins: at the screen's corner, or behind a window manager's frame.
+left=0 top=0
+find_corner() {
+    eval "$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^X=/left=/p; s/^Y=/top=/p')"
 }
 
 key() {
     # Keys go to the window under the pointer.
-    xdotool mousemove 20 580 key "$@"
+    xdotool mousemove $((left + 20)) $((top + 580)) key "$@"
     sleep 0.5
 }
 
@@ -72,15 +91,15 @@ choose() {
         row=$((row + 1))
         [ $row -lt ${#main_menu[@]} ] || fail "no entry $1"
     done
-    xdotool mousemove 20 20 click 3
+    xdotool mousemove $((left + 20)) $((top + 20)) click 3
     wait_for "the menu" visible "freeglut menu" 1
-    y=$((34 + entry_height * row))
-    xdotool mousemove 60 $((y + 2)) mousemove 62 $y
+    y=$((top + 34 + entry_height * row))
+    xdotool mousemove $((left + 60)) $((y + 2)) mousemove $((left + 62)) $y
     if [ $# -gt 1 ]; then
         wait_for "the menu of $1" visible "freeglut menu" 2
         # The one that stands to the right of the main menu's left edge.
         set -- "$1" "$2" $(xwininfo -root -tree |
-            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk '$1 > 20')
+            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk -v left="$left" '$1 > left + 20')
         y=$(($4 + 14 + entry_height * ($2 - 1)))
         xdotool mousemove $(($3 + 20)) $((y + 2)) mousemove $(($3 + 22)) $y
     fi

@@ -46,12 +46,11 @@ expect seed 0
 # More roots than memory holds: a message, and the number of roots stays.
 type_into $settings $input 365 3
 expect nroots 3
+choose "Initial root distribution" 5
+expect roottype 5
 type_into $settings $input 365 2000000000
 answer
 expect nroots 3
-
-choose "Initial root distribution" 5
-expect roottype 5
 type_into $settings $input 400 8
 expect rootrange 8
 expect placed 3

@@ -42,7 +42,7 @@ TEST(Program, StartsTheToolkitsInOrder)
         Start({"-x"}),
         "fl_set_defaults(2048,10) fl_initialize(1path/to/sarkelo|Sarkelo) fl_bgn_form(0,411,531) "
         "fl_bgn_form(0,351,291) fl_bgn_form(0,421,251) glutInit(2-x) glutInitDisplayMode(18) "
-        "glutCreateWindow(Diffusion Limited Aggregation) glutReshapeWindow(800,600) "
+        "glutCreateWindow(Diffusion Limited Aggregation) IntroduceMainWindow() glutReshapeWindow(800,600) "
         "glutDisplayFunc(1) glutReshapeFunc(1) glutAttachMenu(7,2) glutKeyboardFunc(1) glutSpecialFunc(1) "
         "glutMouseFunc(1) glutMotionFunc(1) glutPassiveMotionFunc(1) glutVisibilityFunc(1) "
         "glutIdleFunc(1) glutMainLoop() ");

@@ -4,6 +4,7 @@
 #include <forms.h>
 
 #include "fakes/recorder.h"
+#include "growth/main_window.h"
 
 static std::list<FL_OBJECT> objects;
 static std::map<FL_OBJECT *, std::string> inputs;
@@ -62,6 +63,16 @@ extern "C" Window fl_show_form(FL_FORM *, int place, int border, const char *tit
     const OwnAllocations own;
     Record("fl_show_form", {double(place), double(border)}, title);
     return 0;
+}
+
+void IntroduceMainWindow()
+{
+    Record("IntroduceMainWindow");
+}
+
+void OwnPanel(FL_FORM *)
+{
+    Record("OwnPanel");
 }
 
 extern "C" void fl_hide_form(FL_FORM *)

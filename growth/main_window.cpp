@@ -1,0 +1,95 @@
+#include "growth/main_window.h"
+
+#include <cstdio>
+#include <vector>
+
+#include <GL/glx.h>
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <X11/xpm.h>
+
+#include "packaging/icons/sarkelo.xpm"
+
+constexpr unsigned long kOpaque = 0xFF000000;
+// Of a _NET_WM_STATE message: the state is to be added, on behalf of an ordinary program.
+constexpr long kAddState = 1;
+constexpr long kFromApplication = 1;
+
+static Window mainwindow = None;
+
+static void SetClass();
+static void SetIcon();
+static void OwnDialogs();
+static Atom FindAtom(const char *name);
+
+void IntroduceMainWindow()
+{
+    mainwindow = glXGetCurrentDrawable();
+    if (mainwindow == None)
+        return;
+    SetClass();
+    SetIcon();
+    OwnDialogs();
+    XFlush(fl_get_display());
+}
+
+void OwnPanel(FL_FORM *form)
+{
+    if (mainwindow == None)
+        return;
+    Display *display = fl_get_display();
+    XSetTransientForHint(display, form->window, mainwindow);
+    XClientMessageEvent message = {};
+    message.type = ClientMessage;
+    message.window = form->window;
+    message.message_type = FindAtom("_NET_WM_STATE");
+    message.format = 32;
+    message.data.l[0] = kAddState;
+    message.data.l[1] = static_cast<long>(FindAtom("_NET_WM_STATE_SKIP_TASKBAR"));
+    message.data.l[3] = kFromApplication;
+    XEvent event = {};
+    event.xclient = message;
+    XSendEvent(display, DefaultRootWindow(display), False,
+               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    OwnDialogs(); // the toolkit takes the panel for the owner once it is shown
+}
+
+static void SetClass()
+{
+    char name[] = "sarkelo";
+    char group[] = "Sarkelo";
+    XClassHint hint = {name, group};
+    XSetClassHint(fl_get_display(), mainwindow, &hint);
+}
+
+// _NET_WM_ICON: width, height, and rows of pixels from the top, alpha in the highest byte.
+static void SetIcon()
+{
+    XpmImage image;
+    if (XpmCreateXpmImageFromData(const_cast<char **>(sarkelo_xpm), &image, nullptr) != XpmSuccess)
+        return;
+    std::vector<unsigned long> icon = {image.width, image.height};
+    for (unsigned i = 0; i < image.width * image.height; i++) {
+        unsigned long colour = 0;
+        const bool opaque = sscanf(image.colorTable[image.data[i]].c_color, "#%lx", &colour) == 1;
+        icon.push_back(opaque ? kOpaque | colour : 0);
+    }
+    XpmFreeXpmImage(&image);
+    XChangeProperty(fl_get_display(), mainwindow, FindAtom("_NET_WM_ICON"), XA_CARDINAL, 32, PropModeReplace,
+                    reinterpret_cast<const unsigned char *>(icon.data()), static_cast<int>(icon.size()));
+}
+
+// File selectors and boxes have no handle of their own; the toolkit makes them transient for the window of its
+// main form, which need not be one that it has shown.
+static void OwnDialogs()
+{
+    static FL_FORM owner = {};
+    owner.window = mainwindow;
+    fl_set_app_mainform(&owner);
+}
+
+static Atom FindAtom(const char *name)
+{
+    return XInternAtom(fl_get_display(), name, False);
+}
