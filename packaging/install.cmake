@@ -23,7 +23,8 @@ foreach(size 48 128 256)
 endforeach()
 install(FILES packaging/copyright README.md ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
   DESTINATION ${CMAKE_INSTALL_DOCDIR})
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# Without the scripts that make its pictures: they need a clone.
+install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN "*.sh" EXCLUDE)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "The authors of Sarkelo <authors@sarkelo.invalid>")

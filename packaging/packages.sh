@@ -1,8 +1,8 @@
 # Debian packages that the project needs, and their installation. Sourced by run and check.
 
-BUILD_PACKAGES="g++ cmake ninja-build libforms-dev freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri libx11-dev libxpm-dev x11-utils"
-DISPLAY_PACKAGES="xvfb x11-apps netpbm"
-CHECK_PACKAGES="libgtest-dev libbenchmark-dev libasan8 libubsan1 xdotool openbox admesh clang-format-14 clang-tidy-14 povray openscenegraph python3-ezdxf dpkg-dev lintian desktop-file-utils man-db"
+BUILD_PACKAGES="g++ cmake ninja-build libforms-dev freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri libx11-dev libxpm-dev x11-utils dpkg-dev file"
+DISPLAY_PACKAGES="xvfb x11-apps netpbm xdotool"
+CHECK_PACKAGES="libgtest-dev libbenchmark-dev libasan8 libubsan1 openbox admesh clang-format-14 clang-tidy-14 povray openscenegraph python3-ezdxf lintian desktop-file-utils man-db"
 
 # Installs those of the given packages that are missing: as root or through sudo. Where neither works, prints the one
 # line to run and ends the script.

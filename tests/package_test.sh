@@ -13,6 +13,7 @@ for file in bin/sarkelo share/applications/sarkelo.desktop share/icons/hicolor/{
     share/man/man1/sarkelo.1.gz share/bash-completion/completions/sarkelo share/doc/sarkelo/{copyright,changelog.gz,README.md}; do
     [ -s "$file" ] || { echo "no $file" >&2; exit 1; }
 done
+[ -z "$(find share/doc -name '*.sh')" ] || { echo "scripts that need a clone: $(find share/doc -name '*.sh')" >&2; exit 1; }
 desktop-file-validate share/applications/sarkelo.desktop
 warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l share/man/man1/sarkelo.1.gz 2>&1 >/dev/null)
 [ -z "$warnings" ] || { echo "$warnings" >&2; exit 1; }

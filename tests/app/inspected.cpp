@@ -10,10 +10,16 @@
 #include <malloc.h>
 
 #include "app/program.h"
+#include "geom/clock.h"
 #include "growth/state.h"
 #include "surface/surface.h"
+#include "viewer/display.h"
 
 static volatile sig_atomic_t wanted = 0;
+// Seconds that frames have taken so far, and their number.
+static double drawing = 0;
+static int frames = 0;
+static double started = 0; // the time of the first frame
 
 // There with the sanitizers alone.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
@@ -41,6 +47,10 @@ static void WriteRecords()
          double(std::count_if(cells, cells + ncells, [](const Particle &p) { return p.parent < 0; }))},
         {"ncells", double(ncells)},
         {"heap", double(HeapInUse())},
+        {"time", GetRunTime() - started},
+        {"drawing", drawing},
+        {"frames", double(frames)},
+        {"boxcountrequest", double(options.boxcountrequest)},
         {"nstltri", double(nstltri)},
         {"stlmaxx", stlmax.x},
         {"sourcetype", double(growthstate.sourcetype)},
@@ -79,6 +89,10 @@ extern "C" void __real_glutSwapBuffers();
 extern "C" void __wrap_glutSwapBuffers()
 {
     __real_glutSwapBuffers();
+    if (frames == 0)
+        started = GetRunTime();
+    drawing += lastframe.end - lastframe.start; // the frame before this one
+    frames++;
     // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while
     // a library that is to blame for one is still there to be named.
     static bool registered = false;

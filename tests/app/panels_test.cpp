@@ -95,6 +95,48 @@ TEST_F(Panels, InputsSetTheirParametersWithinLimits)
     }
 }
 
+TEST_F(Panels, AreFilledWithTheParameters)
+{
+    double next = 1.5;
+    const auto number = [&](double *parameter) {
+        char text[32];
+        snprintf(text, sizeof text, "%g", *parameter = next++);
+        return std::string(text);
+    };
+    const auto count = [&](int *parameter) { return std::to_string(*parameter = static_cast<int>(next++)); };
+    GrowthState &g = growthstate;
+    const std::pair<FL_OBJECT *, std::string> inputs[] = {
+        {settingform->seed, count(&g.seed)},
+        {settingform->rotation, number(&g.rotation)},
+        {settingform->bias, number(&g.bias)},
+        {settingform->branchlength, number(&g.branchlength)},
+        {settingform->stickiness, number(&g.stickiness)},
+        {settingform->thickto, number(&g.thickto)},
+        {settingform->thickfrom, number(&g.thickfrom)},
+        {settingform->nroots, count(&g.nroots)},
+        {settingform->rootrange, number(&g.rootrange)},
+        {settingform->intersectrange, number(&g.intersectrange)},
+        {sliceform->count, count(&options.slicecount)},
+        {sliceform->normalx, number(&options.sliceparam1)},
+        {sliceform->normaly, number(&options.sliceparam2)},
+        {sliceform->normalz, number(&options.sliceparam3)},
+        {stlform->scalex, "1.0"},
+        {stlform->scaley, "1.0"},
+        {stlform->scalez, "1.0"},
+        {stlform->shiftx, "0.0"},
+        {stlform->shifty, "0.0"},
+        {stlform->shiftz, "0.0"},
+        {stlform->rotatex, "0.0"},
+        {stlform->rotatey, "0.0"},
+        {stlform->rotatez, "0.0"},
+    };
+    for (const auto &[input, text] : inputs)
+        fl_set_input(input, "typed");
+    UpdateForms();
+    for (const auto &[input, text] : inputs)
+        EXPECT_EQ(fl_get_input(input), text);
+}
+
 TEST_F(Panels, RootsAndAssociationStartTheRunAnew)
 {
     growthstate.roottype = kRootRingZ;

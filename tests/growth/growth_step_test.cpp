@@ -165,6 +165,20 @@ static void PutWalkerNear(Vector p)
     growthstate.bias = 0;
 }
 
+TEST(GrowthStep, TheLaunchCountStartsOverInPhaseWithItsRingBeforeItOverflows)
+{
+    StartAfresh();
+    nseeds = INT_MAX;
+    for (const int slot : {INT_MAX % kSeedRing, INT_MAX % kSeedRing + 1}) {
+        growthstate.stepcount = 0;
+        seeds[slot] = {0, 0, 0};
+        IterateSystem();
+        EXPECT_NEAR(Modulus(seeds[slot]), LaunchRadius(), 1e-9);
+        EXPECT_GE(nseeds, kSeedRing); // all of the ring is drawn
+        EXPECT_EQ(nseeds % kSeedRing, slot + 1);
+    }
+}
+
 TEST(GrowthStep, FlowIsSharedAlongThePathToTheRoot)
 {
     // A chain 0 - 1 - 2 from root 0: the path from particle 2 counts n = 1 + 2, and gives 1/3 to each of 2, 1

@@ -113,6 +113,14 @@ TEST(Bitmap, RunsAreWorthAPacket)
     EXPECT_TRUE(std::equal(header.begin(), header.end(), large.begin()));
 }
 
+// Only a picture that has the alpha is packed by it.
+TEST(Bitmap, RunsAreOfWhatIsWritten)
+{
+    const std::vector<Pixel> row = {{1, 2, 3, 0}, {1, 2, 3, 255}, {1, 2, 3, 7}};
+    EXPECT_EQ(Written(row, 3, 1, kImageTGACompressed).size(), 18U + 1 + 3);
+    EXPECT_EQ(Written(row, 3, 1, kImageTGACompressedAlpha).size(), 18U + 1 + 3 * 4);
+}
+
 TEST(Bitmap, OtherCodesAndSizes)
 {
     const std::vector<Pixel> pixels(4);
