@@ -85,8 +85,8 @@ bool OutputFile::OpenBeside()
     if (!CreateBeside())
         return false;
     const int file = fileno(stream);
-    if (replaces && ((geteuid() != old.st_uid || getegid() != old.st_gid) &&
-                     fchown(file, old.st_uid, old.st_gid) != 0)) {
+    if (replaces &&
+        ((geteuid() != old.st_uid || getegid() != old.st_gid) && fchown(file, old.st_uid, old.st_gid) != 0)) {
         fclose(stream);
         stream = nullptr;
         Discard();

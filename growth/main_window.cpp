@@ -50,8 +50,8 @@ void OwnPanel(FL_FORM *form)
     message.data.l[3] = kFromApplication;
     XEvent event = {};
     event.xclient = message;
-    XSendEvent(display, DefaultRootWindow(display), False,
-               SubstructureRedirectMask | SubstructureNotifyMask, &event);
+    XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
+               &event);
     OwnDialogs(); // the toolkit takes the panel for the owner once it is shown
 }
 
