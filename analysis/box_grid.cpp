@@ -10,7 +10,7 @@
 // Points of a branch between its ends that LineInBox looks at: at k / kSampleParts of its length.
 constexpr int kSampleParts = 10;
 
-// From the place of a box to that of the box above it in y and in z, and no place: far from all.
+// From the place of a box to that of the box above it in y and in z.
 constexpr int kAboveY = 1 << 8;
 constexpr int kAboveZ = 1 << 16;
 // Boxes from a corner within which a coordinate is not plain: more than floats, and corners that are sums of
@@ -50,7 +50,10 @@ private:
 static bool AreOneOrShareASide(int a, int b)
 {
     const unsigned apart = static_cast<unsigned>(a < b ? b - a : a - b);
-    return (apart & ~(1U | kAboveY | kAboveZ)) == 0 && (apart & (apart - 1)) == 0;
+    constexpr unsigned steps = 1U | kAboveY | kAboveZ;
+    const bool bysteps = (apart & ~steps) == 0;
+    const bool atmostone = (apart & (apart - 1)) == 0; // at most one bit is set
+    return bysteps && atmostone;
 }
 
 // Index of the box at a place in a grid of so many boxes in y and in z.
@@ -105,7 +108,7 @@ void BoxGrid::Fill(const Branches &branches)
         if (parent < 0)
             continue;
         const Place a = places[i];
-        const Place b = places[static_cast<std::size_t>(parent)];
+        const Place b = places[parent];
         if (a >= 0 && b >= 0 && AreOneOrShareASide(a, b)) {
             filled[IndexOf(a, ny, nz)] = 1;
             filled[IndexOf(b, ny, nz)] = 1;

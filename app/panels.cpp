@@ -103,7 +103,7 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    switch (DoWaiting([=] { return DoSlice(options.slicecount, direction); })) {
+    switch (WithWaitCursor([=] { return DoSlice(options.slicecount, direction); })) {
     case kSlicesDone:
         break;
     case kSliceUnopened:
@@ -148,7 +148,7 @@ static void RestartWith(T *parameter, T value)
 {
     const T old = *parameter;
     *parameter = value;
-    if (MemoryHoldsRoots() && DoWaiting(RestartFromRoots))
+    if (MemoryHoldsRoots() && WithWaitCursor(RestartFromRoots))
         return;
     *parameter = old;
     fl_show_message("Memory Error", "Not enough memory for this number of roots", "");

@@ -12,7 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "export/aggregate.h"
+#include "export/model.h"
 #include "export/slices.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"

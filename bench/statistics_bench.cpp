@@ -9,7 +9,7 @@
 #include <GL/freeglut.h>
 #include <benchmark/benchmark.h>
 
-#include "analysis/statistics.h"
+#include "analysis/box_count.h"
 #include "app/idle.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"

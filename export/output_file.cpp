@@ -24,7 +24,7 @@ OutputFile::OutputFile(const char *path, bool silent) : name(path), quiet(silent
     }
     if (stream == nullptr) {
         reason = errno;
-        Tell();
+        Report();
     }
     errno = 0; // from now on the reason why writing failed
 }
@@ -54,7 +54,7 @@ bool OutputFile::Finish()
     }
     if (!whole) {
         Discard();
-        Tell();
+        Report();
     }
     return whole;
 }
@@ -128,7 +128,7 @@ void OutputFile::Discard()
     beside.clear();
 }
 
-void OutputFile::Tell() const
+void OutputFile::Report() const
 {
     if (!quiet)
         fprintf(stderr, "Cannot write \"%s\": %s\n", name, strerror(reason != 0 ? reason : EIO));

@@ -35,7 +35,7 @@ private:
     bool OpenBeside();
     bool CreateBeside();
     void Discard();
-    void Tell() const;
+    void Report() const;
 
     const char *name;
     bool quiet;

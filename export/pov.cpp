@@ -1,10 +1,76 @@
 #include "export/pov.h"
 
-#include "growth/state.h"
+#include <vector>
+
+#include "export/branches.h"
+
+namespace
+{
+// A point of a chain, and the flow through its particle.
+struct ChainPoint {
+    Vector p;
+    double weight;
+};
+} // namespace
 
 static void WriteSettings(TextWriter &out);
 static void WriteCamera(TextWriter &out);
 static void WriteTextures(TextWriter &out);
+static void WriteUnionStart(TextWriter &out);
+static void WriteUnionEnd(TextWriter &out);
+static void CollectChain(int start, std::vector<ChainPoint> *points);
+static void WriteChain(TextWriter &out, const std::vector<ChainPoint> &points, int start);
+static void WriteSweepPoint(TextWriter &out, Vector p, double weight);
+static void WriteTexture(TextWriter &out, const char *format, int index);
+static void WriteSurface(TextWriter &out);
+static bool HasBranchTextures();
+
+// From the newest particle on down, each particle that no chain holds yet starts one; it follows the parents
+// as far as the first particle of a chain before it, or a root.
+void WritePOVSweeps(TextWriter &out)
+{
+    POVHeader(out);
+    WriteUnionStart(out);
+    for (int i = 0; i < ncells; i++)
+        cells[i].visited = cells[i].parent < 0;
+    std::vector<ChainPoint> points;
+    for (int start = ncells - 1; start >= 0; start--) {
+        if (cells[start].visited)
+            continue;
+        CollectChain(start, &points);
+        WriteChain(out, points, start);
+    }
+    WriteUnionEnd(out);
+    POVFooter(out);
+    WriteSurface(out);
+}
+
+// Weights, not radii: the scene turns them into radii itself.
+void WritePOVCones(TextWriter &out)
+{
+    POVHeader(out);
+    WriteUnionStart(out);
+    ForEachBranch([&](const Branch &branch) {
+        const double weight = cells[branch.index].weight;
+        out.Print(" cone {\n"
+                  "  <%g,%g,%g>,   CalcRadius(%g,%g)\n"
+                  "  <%g,%g,%g>,   CalcRadius(%g,%g)\n",
+                  branch.from, cells[branch.parent].weight, growthstate.maxweight, branch.to, weight,
+                  growthstate.maxweight);
+        WriteTexture(out, "  texture { DLATEXTURE%d }\n", branch.index);
+        out.Print(" }\n"
+                  " sphere {\n"
+                  "  <%g,%g,%g>,   CalcRadius(%g,%g)\n",
+                  branch.to, weight, growthstate.maxweight);
+        WriteTexture(out, "  texture { DLATEXTURE%d }\n", branch.index);
+        out.Print(" }\n");
+    });
+    WriteUnionEnd(out);
+    POVFooter(out);
+    WriteSurface(out);
+}
+
+// The frame ---------------------------------------------------------------------------------------------
 
 void POVHeader(TextWriter &out)
 {
@@ -38,11 +104,6 @@ void POVFooter(TextWriter &out)
               " */\n"
               "}\n"
               "\n");
-}
-
-bool HasBranchTextures()
-{
-    return growthstate.association && growthstate.nroots >= 2;
 }
 
 static void WriteSettings(TextWriter &out)
@@ -120,4 +181,107 @@ static void WriteTextures(TextWriter &out)
                   "}\n"
                   "\n",
                   k, (k + 1) / static_cast<double>(growthstate.nroots));
+}
+
+// The union ---------------------------------------------------------------------------------------------
+
+static void WriteUnionStart(TextWriter &out)
+{
+    if (nstltri > 0)
+        out.Print("// STL surface information\n"
+                  "#declare SHOWSTL = 1; // 0 is off, 1 is on\n"
+                  "#declare STLTEXTURE = texture {\n"
+                  " pigment { color rgbt <0.8,0.8,1.0,0.75> }\n"
+                  "}\n"
+                  "\n");
+    out.Print("// The DLA structure\n"
+              "#declare SARKELO = union {\n");
+}
+
+static void WriteUnionEnd(TextWriter &out)
+{
+    out.Print("}\n");
+}
+
+static void CollectChain(int start, std::vector<ChainPoint> *points)
+{
+    points->clear();
+    int i = start;
+    for (bool joined = false; !joined; i = cells[i].parent) {
+        joined = cells[i].visited;
+        cells[i].visited = 1;
+        points->push_back({cells[i].p, cells[i].weight});
+    }
+}
+
+// A sphere sweep through all points and one beyond each end, or a cone where there are but two. The far end
+// of the cone has its radius by the flow of the near one, at most twice its own (kept).
+static void WriteChain(TextWriter &out, const std::vector<ChainPoint> &points, int start)
+{
+    const int count = static_cast<int>(points.size());
+    const ChainPoint &first = points.front();
+    const ChainPoint &last = points.back();
+    out.Print(" // Length: %d\n", count);
+    if (count == 2) {
+        out.Print(" cone {\n"
+                  "  <%g,%g,%g>,   CalcRadius(%g,%g)\n"
+                  "  <%g,%g,%g>,   CalcRadius(%g,min(2*%g,%g))\n",
+                  first.p, first.weight, growthstate.maxweight, last.p, first.weight, last.weight,
+                  growthstate.maxweight);
+        WriteTexture(out, "  texture { DLATEXTURE%d }\n", start);
+    } else {
+        out.Print(" sphere_sweep {\n"
+                  "  cubic_spline\n"
+                  "  %d\n",
+                  count + 2);
+        WriteSweepPoint(out, 2 * first.p - points[1].p, first.weight);
+        for (const ChainPoint &point : points)
+            WriteSweepPoint(out, point.p, point.weight);
+        WriteSweepPoint(out, 2 * last.p - points[points.size() - 2].p, last.weight);
+        WriteTexture(out, " texture { DLATEXTURE%d }\n", start);
+    }
+    out.Print(" }\n"
+              "\n");
+}
+
+static void WriteSweepPoint(TextWriter &out, Vector p, double weight)
+{
+    out.Print("  <%g,%g,%g>,  CalcRadius(%g,%g)\n", p, weight, growthstate.maxweight);
+}
+
+// The texture of the class of particle `index`, where classes have their own.
+static void WriteTexture(TextWriter &out, const char *format, int index)
+{
+    if (HasBranchTextures())
+        out.Print(format, index % growthstate.nroots);
+}
+
+static bool HasBranchTextures()
+{
+    return growthstate.association && growthstate.nroots >= 2;
+}
+
+static void WriteSurface(TextWriter &out)
+{
+    if (!IsSurfaceSaved())
+        return;
+    out.Print("// Constraint surface\n"
+              "#if (SHOWSTL)\n"
+              " union {\n");
+    for (int i = 0; i < nstltri; i++)
+        out.Print(" triangle {\n"
+                  "  <%g,%g,%g>, <%g,%g,%g>, <%g,%g,%g>\n"
+                  "  }\n",
+                  stltri[i].p[0], stltri[i].p[1], stltri[i].p[2]);
+    out.Print("  texture { STLTEXTURE }\n"
+              "  /*\n"
+              "  transform {\n"
+              "   scale <1,1,1>\n"
+              "   rotate <0,0,0>\n"
+              "   translate <0,0,0>\n"
+              "  }\n"
+              "  */\n"
+              " }\n"
+              "#end\n"
+              "\n");
 }

@@ -1,15 +1,16 @@
-// The frame of a POV-Ray scene: everything but the aggregate itself, which stands between head and foot as
-// the union SARKELO.
+// POV-Ray scenes: the aggregate as a union of sphere sweeps or of cones and spheres, in a frame of camera,
+// lights, textures and the function that turns flow into radii; the constraint surface after it.
 
 #pragma once
 
 #include "export/text_writer.h"
 
-// Camera, lights, textures and the function that turns flow into radii.
+// A sphere sweep along each chain of branches. Memory may run out: std::bad_alloc.
+void WritePOVSweeps(TextWriter &out);
+
+// A cone and a sphere for each branch.
+void WritePOVCones(TextWriter &out);
+
+// The frame: what stands before the union SARKELO, and what places it in the scene.
 void POVHeader(TextWriter &out);
-
-// The object that places the union in the scene.
 void POVFooter(TextWriter &out);
-
-// Whether each branch has a texture of its own, one of growthstate.nroots.
-bool HasBranchTextures();

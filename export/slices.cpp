@@ -22,7 +22,7 @@ struct TracedBranch {
 static std::vector<TracedBranch> ListBranches();
 static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches);
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
-static void TellBranches(const std::vector<TracedBranch> &branches);
+static void ReportBranches(const std::vector<TracedBranch> &branches);
 static Vector CutAtPlane(Vector p, Vector q, Vector n, double D);
 
 SliceResult DoSlice(int count, Vector direction)
@@ -120,7 +120,7 @@ static std::vector<TracedBranch> ListBranches()
     for (std::size_t i = 0; i < n; i++)
         if (cells[i].parent >= 0) {
             int &next = first[static_cast<std::size_t>(cells[i].parent) + 1];
-            children[static_cast<std::size_t>(next)] = static_cast<int>(i);
+            children[next] = static_cast<int>(i);
             next++;
         }
 
@@ -134,10 +134,10 @@ static std::vector<TracedBranch> ListBranches()
         while (!waiting.empty()) {
             const int from = waiting.back();
             waiting.pop_back();
-            const int begin = first[static_cast<std::size_t>(from)];
+            const int begin = first[from];
             const int end = first[static_cast<std::size_t>(from) + 1];
             for (int k = begin; k < end; k++) {
-                const int to = children[static_cast<std::size_t>(k)];
+                const int to = children[k];
                 branches.push_back({from, to, from == root && k == begin, from != root && k == begin});
                 waiting.push_back(to);
             }
@@ -158,7 +158,7 @@ static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<
         return kSliceUnopened;
     }
     if (number == 0)
-        TellBranches(branches);
+        ReportBranches(branches);
     {
         TextWriter out(file.Stream());
         for (const TracedBranch &branch : branches)
@@ -176,7 +176,7 @@ static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab 
 }
 
 // Names the roots and the branches in the order in which they are traced; a first child only in verbose mode.
-static void TellBranches(const std::vector<TracedBranch> &branches)
+static void ReportBranches(const std::vector<TracedBranch> &branches)
 {
     TextWriter out(stderr);
     std::size_t next = 0;

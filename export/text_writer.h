@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "geom/colour.h"
 #include "geom/vector.h"
-#include "growth/colour.h"
 
 // Writes the text of value as "%g" prints it (six significant digits; "inf", "-nan") to text, unterminated,
 // and returns the end. text has room for kNumberLength characters.

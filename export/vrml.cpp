@@ -10,8 +10,13 @@
 #include <utility>
 #include <vector>
 
+#include "export/branches.h"
+
 constexpr double kPi = kTwoPi / 2;
 constexpr int kFewestPoints = 4;
+constexpr Colour kSurfaceColour = {0.5, 0.5, 0.5};
+// Resolution of a sphere that is no mesh.
+constexpr int kNoMesh = 0;
 
 namespace
 {
@@ -21,6 +26,7 @@ struct Angle {
 };
 } // namespace
 
+static void WriteWorld(TextWriter &out, int coneresolution, int sphereresolution);
 static const std::vector<Angle> &DivideCircle(int points, int parts);
 static const std::string &SphereIndices(int bands);
 static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap);
@@ -28,6 +34,43 @@ static void AppendIndices(std::string *text, std::initializer_list<int> indices,
 static void BeginMesh(TextWriter &out, Colour colour);
 static void BeginIndices(TextWriter &out);
 static void EndMesh(TextWriter &out);
+
+void WriteVRML(TextWriter &out)
+{
+    WriteWorld(out, 16, kNoMesh);
+}
+
+void WriteCoarseVRML(TextWriter &out)
+{
+    WriteWorld(out, 16, 16);
+}
+
+void WriteMediumVRML(TextWriter &out)
+{
+    WriteWorld(out, 24, 24);
+}
+
+void WriteFineVRML(TextWriter &out)
+{
+    WriteWorld(out, 32, 24);
+}
+
+static void WriteWorld(TextWriter &out, int coneresolution, int sphereresolution)
+{
+    WRLHeader(out, "3D DLA by Orvandel", 2 * growthstate.radius);
+    ForEachBranch([=, &out](const Branch &branch) {
+        WRLCone2(out, coneresolution, true, branch.from, branch.to, branch.colour, branch.fromradius,
+                 branch.toradius);
+        if (sphereresolution == kNoMesh)
+            WRLSphere(out, branch.to, branch.colour, branch.toradius);
+        else
+            WRLSphere3(out, sphereresolution, branch.to, branch.colour, branch.toradius);
+    });
+    for (int i = 0; IsSurfaceSaved() && i < nstltri; i++)
+        WRLFace(out, stltri[i].p, kSurfaceColour);
+}
+
+// Nodes ---------------------------------------------------------------------------------------------------
 
 void WRLHeader(TextWriter &out, const char *title, double distance)
 {

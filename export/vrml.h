@@ -1,10 +1,20 @@
-// VRML 2.0 nodes. Each writer appends one node, or the head of a file, to a text file.
+// VRML 2.0 worlds, and the nodes that they are made of.
 
 #pragma once
 
 #include <span>
 
 #include "export/text_writer.h"
+
+// The aggregate as a truncated cone with its ends and a sphere for each branch, and the faces of the
+// constraint surface. The spheres are spheres as such, or meshes like the cones: of 16 points a ring with 16
+// facets, of 24 with 24, and again of 24 with 32 (kept).
+void WriteVRML(TextWriter &out);
+void WriteCoarseVRML(TextWriter &out);
+void WriteMediumVRML(TextWriter &out);
+void WriteFineVRML(TextWriter &out);
+
+// Each of the following appends one node, or the head of a file.
 
 // Head of a file: its title, navigation, and a viewpoint on the z axis at that distance from the origin.
 void WRLHeader(TextWriter &out, const char *title, double distance);

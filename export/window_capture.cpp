@@ -15,8 +15,8 @@ constexpr int kNameSize = 32;
 
 // The number of the next numbered capture.
 static int counter = 0;
-// The last capture failed, and that has been told.
-static bool told = false;
+// The last capture failed, and that has been reported.
+static bool reported = false;
 
 namespace
 {
@@ -28,14 +28,14 @@ struct FileName {
 static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int width, int height, int code,
                        Pixel *pixels);
 static FileName NameFile(const char *prefix, const char *name, int code);
-static void Tell(const char *fault);
+static void Report(const char *fault);
 
 int WindowDump(const char *name, int width, int height, int stereo, int code)
 {
     Pixel *pixels = Create_Bitmap(width, height);
     if (pixels == nullptr) {
-        Tell("WindowDump - Failed to allocate memory for image\n");
-        told = true;
+        Report("WindowDump - Failed to allocate memory for image\n");
+        reported = true;
         return 0;
     }
     glFinish();
@@ -43,7 +43,7 @@ int WindowDump(const char *name, int width, int height, int stereo, int code)
     const bool saved = DumpBuffer(GL_BACK_LEFT, stereo ? "L_" : "", name, width, height, code, pixels) &&
                        (!stereo || DumpBuffer(GL_BACK_RIGHT, "R_", name, width, height, code, pixels));
     Destroy_Bitmap(pixels);
-    told = !saved;
+    reported = !saved;
     if (!saved)
         return 0;
     counter++;
@@ -52,7 +52,7 @@ int WindowDump(const char *name, int width, int height, int stereo, int code)
 
 void EndCaptures()
 {
-    told = false;
+    reported = false;
 }
 
 static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int width, int height, int code,
@@ -63,9 +63,9 @@ static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int 
         counter++;
         path = NameFile(prefix, name, code);
     }
-    OutputFile file(path.text, told);
+    OutputFile file(path.text, reported);
     if (file.Stream() == nullptr) {
-        Tell("WindowDump - Failed to open file for window dump\n");
+        Report("WindowDump - Failed to open file for window dump\n");
         return false;
     }
     glReadBuffer(buffer);
@@ -89,8 +89,8 @@ static FileName NameFile(const char *prefix, const char *name, int code)
     return path;
 }
 
-static void Tell(const char *fault)
+static void Report(const char *fault)
 {
-    if (!told)
+    if (!reported)
         fputs(fault, stderr);
 }

@@ -1,4 +1,4 @@
-// How far the nearest particle is at least, by cube of space. Part of the cell index: docs/cell-index.md.
+// How far the nearest particle is at least, by cube of space. Part of the neighbour search: docs/neighbour-search.md.
 
 #pragma once
 
@@ -6,22 +6,22 @@
 #include <cstdint>
 #include <vector>
 
-#include "growth/cell_grid.h"
+#include "growth/cube_grid.h"
 
-// Levels of cubic cells about the origin, each level's of twice the edge of the level below. A cell's bit is
-// set when a particle lies in it or in one of its 26 neighbours; so a point in a cell whose bit is not set is
+// Levels of cubes about the origin, each level's of twice the edge of the level below. A cube's bit is
+// set when a particle lies in it or in one of its 26 neighbours; so a point in a cube whose bit is not set is
 // at least an edge away from every particle.
 class ClearanceMap
 {
 public:
-    // A map of the cube from -extent to extent whose smallest cells have at least the given edge.
-    // It takes at most `bytes`, and coarser cells where it must.
+    // A map of the cube from -extent to extent whose smallest cubes have at least the given edge.
+    // It takes at most `bytes`, and coarser cubes where it must.
     void Start(double smallestedge, double wantedextent, double bytes)
     {
         extent = wantedextent;
         edge = kMargin * smallestedge;
-        constexpr double cellsperbyte = 4; // two bits a cell
-        while (std::pow(2 * extent / edge + 1, 3) > cellsperbyte * bytes)
+        constexpr double cubesperbyte = 4; // two bits a cube
+        while (std::pow(2 * extent / edge + 1, 3) > cubesperbyte * bytes)
             edge *= 2;
         inverse = 1 / edge;
         int size = static_cast<int>(2 * extent / edge) + 1;
@@ -38,11 +38,11 @@ public:
     void Mark(Vector p)
     {
         int x, y, z;
-        if (!FindCell(p, &x, &y, &z))
+        if (!FindCube(p, &x, &y, &z))
             return;
         for (Level &level : levels) {
             if (!level.Occupy(x, y, z))
-                return; // and so are the cells around it, on this level and on those above
+                return; // and so are the cubes around it, on this level and on those above
             x >>= 1;
             y >>= 1;
             z >>= 1;
@@ -53,16 +53,14 @@ public:
     double Clearance(Vector p)
     {
         int x, y, z;
-        if (!FindCell(p, &x, &y, &z))
+        if (!FindCube(p, &x, &y, &z))
             return 0;
         if (!levels[0].Contains(x, y, z))
             return 0;
         // Walkers move little between two questions: the search starts beside the last answer's level.
         const int top = static_cast<int>(levels.size()) - 1;
         int l = last < top ? last + 1 : top;
-        const auto marked = [&](int k) {
-            return levels[static_cast<std::size_t>(k)].IsMarked(x >> k, y >> k, z >> k);
-        };
+        const auto marked = [&](int k) { return levels[k].IsMarked(x >> k, y >> k, z >> k); };
         if (marked(l)) {
             do
                 l--;
@@ -79,9 +77,9 @@ private:
     static constexpr int kCoarsest = 4;
 
     struct Level {
-        int size;                       // cells along each axis
-        std::vector<uint64_t> near;     // a particle lies in the cell or in a neighbour
-        std::vector<uint64_t> occupied; // a particle lies in the cell
+        int size;                       // cubes along each axis
+        std::vector<uint64_t> near;     // a particle lies in the cube or in a neighbour
+        std::vector<uint64_t> occupied; // a particle lies in the cube
 
         [[nodiscard]] bool IsMarked(int x, int y, int z) const { return Test(near, x, y, z); }
 
@@ -90,7 +88,7 @@ private:
             return x >= 0 && y >= 0 && z >= 0 && x < size && y < size && z < size;
         }
 
-        // A particle lies in the cell, which may be outside of the map. Returns false where that was known.
+        // A particle lies in the cube, which may be outside of the map. Returns false where that was known.
         bool Occupy(int x, int y, int z)
         {
             if (Contains(x, y, z)) {
@@ -132,11 +130,11 @@ private:
         return (n * n * n + 63) / 64;
     }
 
-    // The cell of the lowest level; returns false for a point too far away to have one.
-    bool FindCell(Vector p, int *x, int *y, int *z) const
+    // The cube of the lowest level; returns false for a point too far away to have one.
+    bool FindCube(Vector p, int *x, int *y, int *z) const
     {
         const Vector c = {(p.x + extent) * inverse, (p.y + extent) * inverse, (p.z + extent) * inverse};
-        if (!HasCell(c))
+        if (!HasCube(c))
             return false;
         *x = Floor(c.x);
         *y = Floor(c.y);
@@ -146,7 +144,7 @@ private:
 
     std::vector<Level> levels; // the finest first
     double extent = 0;
-    double edge = 0;    // of the finest cells
+    double edge = 0;    // of the finest cubes
     double inverse = 0; // its reciprocal
     int last = 0;       // level of the last answer
 };

@@ -34,6 +34,11 @@ FlowLogs::FlowLogs()
     remembered = all.data();
 }
 
+BranchThickness::BranchThickness()
+    : scale((growthstate.thickfrom - growthstate.thickto) / std::log(growthstate.maxweight + 1))
+{
+}
+
 ParticleColours::ParticleColours(int mode)
     : byroot(growthstate.association && growthstate.nroots > 1 && mode >= 1 && mode <= kAggregateLines),
       flows(0, std::log(growthstate.maxweight / 3 + 1))

@@ -1,4 +1,4 @@
-// Colours of particles, shared by the view and the exports.
+// Colours and thickness of branches, shared by the view and the exports.
 
 #pragma once
 
@@ -6,11 +6,8 @@
 #include <cmath>
 #include <vector>
 
+#include "geom/colour.h"
 #include "growth/state.h"
-
-struct Colour {
-    double r, g, b; // 0..1
-};
 
 // A map from blue through cyan, green and yellow to red over a range.
 class ColourMap
@@ -40,6 +37,19 @@ private:
     };
     static std::vector<Remembered> all;
     Remembered *remembered; // of all
+};
+
+// The thickness of branches at all particles, as long as nothing grows: a radius that grows with the logarithm
+// of the flow, from thickto at the tips to thickfrom at the largest flow.
+class BranchThickness
+{
+public:
+    BranchThickness();
+    double Of(int index) const { return growthstate.thickto + scale * logs.Of(index); }
+
+private:
+    double scale;
+    FlowLogs logs;
 };
 
 // The colours of all particles in one drawing mode, as long as nothing grows.

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "growth/array.h"
-#include "growth/cell_index.h"
 #include "growth/generators.h"
+#include "growth/neighbour_search.h"
 #include "growth/sources.h"
 #include "growth/state.h"
 #include "surface/surface.h"
@@ -28,6 +28,8 @@ struct Extent {
 } // namespace
 static Extent extent = {-1, 0, 0};
 
+static unsigned aggregatenumber = 0;
+
 // Steps of the growth step, in the order in which they are taken.
 static void LaunchWalker();
 static void CountStep();
@@ -42,7 +44,7 @@ static bool Stick(int partner);
 static void AddFlow(int partner);
 static void UpdateExtent();
 
-static bool StopGrowth();
+static void StopGrowth();
 static void Explain(const char *rejection);
 
 void IterateSystem()
@@ -61,6 +63,7 @@ void IterateSystem()
     Rotate();
 
     const int partner = FindPartner();
+    // Drawn with or without a partner: the sequence of draws does not depend on what a walker meets.
     const double r = DrawUniform();
     if (partner < 0 || r > growthstate.stickiness * kPercent)
         return;
@@ -74,11 +77,9 @@ void IterateSystem()
     growthstate.stepcount = 0;
 }
 
-static unsigned aggregatenumber;
-
 void ForgetAggregate()
 {
-    DropCellIndex();
+    DropNeighbourIndex();
     extent.count = -1;
     aggregatenumber++;
 }
@@ -177,8 +178,10 @@ static bool MeetsBranch(int partner)
 static bool CutsSurface(int partner)
 {
     const std::vector<int> *faces = FacesNear(growthstate.pos, cells[partner].p, 0);
-    if (faces == nullptr)
-        return StopGrowth();
+    if (faces == nullptr) {
+        StopGrowth();
+        return true;
+    }
     for (const int i : *faces) {
         Vector hit;
         if (LinePlaneIntersect(i, &hit, growthstate.pos, cells[partner].p)) {
@@ -194,8 +197,10 @@ static bool CutsSurface(int partner)
 static bool PokesThroughGap()
 {
     const std::vector<int> *faces = FacesNear(growthstate.pos, growthstate.pos, growthstate.branchlength);
-    if (faces == nullptr)
-        return StopGrowth();
+    if (faces == nullptr) {
+        StopGrowth();
+        return true;
+    }
     for (const int i : *faces) {
         if (DotProduct(growthstate.pos - stltri[i].midpoint, stltri[i].n) > 0 && IsNearEdge(stltri[i])) {
             Explain("*** Gap poke through\n");
@@ -220,11 +225,12 @@ static bool IsNearEdge(const Triangle &t)
 // Makes the walker a particle. Returns false, growth stopped, when there is no memory for it.
 static bool Stick(int partner)
 {
-    if (AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0})) {
-        AddToCellIndex();
-        return true;
+    if (!AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0})) {
+        StopGrowth();
+        return false;
     }
-    return !StopGrowth();
+    AddToNeighbourIndex();
+    return true;
 }
 
 // Adds 1/n to the flow along the path from the partner to its root. The walk that counts n stops at index 0
@@ -260,13 +266,12 @@ static void UpdateExtent()
     extent = {ncells, growthstate.maxweight, growthstate.radius};
 }
 
-// For lack of memory; the step is refused. Says so once; the user may try again.
-static bool StopGrowth()
+// For lack of memory. The step is refused, with one message; the user may try again.
+static void StopGrowth()
 {
     if (growthstate.running)
         fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     growthstate.running = 0;
-    return true;
 }
 
 static void Explain(const char *rejection)

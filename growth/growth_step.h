@@ -8,15 +8,15 @@
 
 // Launches a walker where one is due, moves it by one step, and makes it a new particle of cells where it
 // sticks. Works on the global records and draws from drand48 and rand. When there is no memory for a new
-// particle, growth stops (growthstate.running = 0), standard error says so, and the walker stands where it
-// was before the step.
+// particle, growth stops (growthstate.running = 0) with a message on standard error, and the walker is back
+// where it was before the step.
 void IterateSystem();
 
-// Whoever replaces the particles of cells, rather than appends to them, says so: what growth knows of them is
-// dropped.
+// Drops what growth remembers of the particles. Call after replacing the particles of cells rather than
+// appending to them.
 void ForgetAggregate();
 
-// How often the aggregate has been forgotten: tells an aggregate from the one before it.
+// Number of calls of ForgetAggregate: it differs between an aggregate and the one before it.
 unsigned AggregateNumber();
 
 // Radius of the sphere about the origin on which walkers start and beyond which they do not go.

@@ -15,7 +15,7 @@ int ReadRoots()
         return 1;
     const std::string path = chosen;
 
-    switch (DoWaiting([&] { return ReadSeedFile(path.c_str()); })) {
+    switch (WithWaitCursor([&] { return ReadSeedFile(path.c_str()); })) {
     case kSeedFileRead:
         UpdateForms();
         return 1;

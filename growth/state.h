@@ -143,11 +143,14 @@ struct Camera {
 };
 extern Camera camera;
 
+constexpr int kBranchClasses = 10;
+constexpr int kBoxLevels = 10;
+
 struct Stats {
-    int timestep;        // number of particles when statistics were last taken, 0 when none
-    int branchcount[10]; // particles with 0 to 8 children, and with 9 or more
-    double boxsize[10];  // box edge per level
-    int boxcount[10];    // occupied boxes per level, -1 for a level not reached
+    int timestep;                    // number of particles when statistics were last taken, 0 when none
+    int branchcount[kBranchClasses]; // particles with 0 to 8 children, and with 9 or more
+    double boxsize[kBoxLevels];      // box edge per level
+    int boxcount[kBoxLevels];        // occupied boxes per level, -1 for a level not reached
 };
 extern Stats stats;
 

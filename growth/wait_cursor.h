@@ -17,7 +17,7 @@ private:
 
 // What `work` returns, done under the wait cursor.
 template<typename Work>
-auto DoWaiting(Work work)
+auto WithWaitCursor(Work work)
 {
     const WaitCursor wait;
     return work();

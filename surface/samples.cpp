@@ -14,9 +14,9 @@ constexpr double kBoxCornerRadius = 28.284271247461902;
 constexpr int kCylinderStep = 5;
 constexpr int kBoxStep = 90;
 constexpr int kSphereStep = 5;
-// The plane's square: cells on either side of its middle, and their edge.
-constexpr int kPlaneCells = 10;
-constexpr double kPlaneCellSize = 20;
+// The plane's square: squares on either side of its middle, and their edge.
+constexpr int kPlaneSquares = 10;
+constexpr double kPlaneSquareSize = 20;
 
 namespace
 {
@@ -161,12 +161,12 @@ static bool AddSphere(UpperHalf upper)
 static bool AddPlane()
 {
     const double z = -kHalfHeight;
-    for (int column = -kPlaneCells; column < kPlaneCells; column++) {
-        const double x0 = column * kPlaneCellSize;
-        const double x1 = x0 + kPlaneCellSize;
-        for (int row = -kPlaneCells; row < kPlaneCells; row++) {
-            const double y0 = row * kPlaneCellSize;
-            const double y1 = y0 + kPlaneCellSize;
+    for (int column = -kPlaneSquares; column < kPlaneSquares; column++) {
+        const double x0 = column * kPlaneSquareSize;
+        const double x1 = x0 + kPlaneSquareSize;
+        for (int row = -kPlaneSquares; row < kPlaneSquares; row++) {
+            const double y0 = row * kPlaneSquareSize;
+            const double y1 = y0 + kPlaneSquareSize;
             if (!AddFace({x0, y0, z}, {x0, y1, z}, {x1, y1, z}) ||
                 !AddFace({x1, y1, z}, {x1, y0, z}, {x0, y0, z}))
                 return false;

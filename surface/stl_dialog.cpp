@@ -17,7 +17,7 @@ int ReadSTL()
         return 1;
     const std::string path = chosen;
 
-    switch (DoWaiting([&] { return ReadSTLFile(path.c_str()); })) {
+    switch (WithWaitCursor([&] { return ReadSTLFile(path.c_str()); })) {
     case kSTLRead:
         return 1;
     case kSTLUnopened:

@@ -1,6 +1,6 @@
 // The constraint surface: the triangles that walkers may not cross.
 //
-// Whoever fills stltri sets the corners p only and calls UpdateSTL, which derives everything else.
+// Set the corners p only, and call UpdateSTL after filling stltri: it derives everything else.
 
 #pragma once
 

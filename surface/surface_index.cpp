@@ -107,10 +107,10 @@ static void Search(const Box &wanted)
     while (!surfaceindex.open.empty()) {
         const int n = surfaceindex.open.back();
         surfaceindex.open.pop_back();
-        if (!Meet(surfaceindex.nodes[static_cast<std::size_t>(n)].box, wanted))
+        if (!Meet(surfaceindex.nodes[n].box, wanted))
             continue;
         Divide(n);
-        const Node &node = surfaceindex.nodes[static_cast<std::size_t>(n)];
+        const Node &node = surfaceindex.nodes[n];
         if (node.children > 0) {
             surfaceindex.open.push_back(node.children);
             surfaceindex.open.push_back(node.children + 1);
@@ -125,7 +125,7 @@ static void Search(const Box &wanted)
 
 static void Divide(int n)
 {
-    const Node node = surfaceindex.nodes[static_cast<std::size_t>(n)];
+    const Node node = surfaceindex.nodes[n];
     if (node.children > 0 || node.count <= kLeafFaces)
         return;
     int axis = 0;
@@ -139,14 +139,14 @@ static void Divide(int n)
     });
     const int children = AddNode(node.first, half);
     AddNode(node.first + half, node.count - half);
-    surfaceindex.nodes[static_cast<std::size_t>(n)].children = children;
+    surfaceindex.nodes[n].children = children;
 }
 
 static int AddNode(int first, int count)
 {
     Node node = {Box(), first, count, 0};
     for (int k = first; k < first + count; k++)
-        Enclose(&node.box, surfaceindex.entries[static_cast<std::size_t>(k)].box);
+        Enclose(&node.box, surfaceindex.entries[k].box);
     surfaceindex.nodes.push_back(node);
     return static_cast<int>(surfaceindex.nodes.size()) - 1;
 }

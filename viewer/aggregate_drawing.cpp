@@ -127,15 +127,14 @@ static void DrawLines()
 
 static void DrawTubes()
 {
-    const double scale = (growthstate.thickfrom - growthstate.thickto) / std::log(growthstate.maxweight + 1);
+    const BranchThickness thickness;
     const ParticleColours colours(kAggregateTubes);
-    const FlowLogs logs;
-    const auto radius = [=](int i) { return growthstate.thickto + scale * logs.Of(i); };
     for (int i = 0; i < ncells; i++) {
         const int parent = cells[i].parent;
         if (parent < 0)
             continue;
         SetColour(colours.Of(i));
-        CreateCone(cells[parent].p, cells[i].p, radius(parent), radius(i), 0, kTwoPi, kTubeFacets);
+        CreateCone(cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i), 0, kTwoPi,
+                   kTubeFacets);
     }
 }

@@ -4,7 +4,7 @@
 
 #include <forms.h>
 
-void TellOutOfMemory(CallbackKind kind)
+void ReportOutOfMemory(CallbackKind kind)
 {
     if (kind == kInputCallback)
         fl_show_message("Memory Error", "Not enough memory for this", "");

@@ -9,7 +9,7 @@
 // what is called again and again by itself in one line on standard error, until it succeeds again.
 enum CallbackKind { kInputCallback, kRepeatedCallback };
 
-void TellOutOfMemory(CallbackKind kind);
+void ReportOutOfMemory(CallbackKind kind);
 
 template<auto callback, CallbackKind kind>
 struct GuardedCallback;
@@ -24,7 +24,7 @@ struct GuardedCallback<callback, kind> {
             failing = false;
         } catch (const std::bad_alloc &) {
             if (kind == kInputCallback || !failing)
-                TellOutOfMemory(kind);
+                ReportOutOfMemory(kind);
             failing = true;
         }
     }

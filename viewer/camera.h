@@ -9,6 +9,9 @@
 // window size their defaults; later calls leave them.
 void CameraHome();
 
+// Derives focal length, eye separation and clipping planes from the camera's distance from the origin.
+void UpdateCameraRange();
+
 // Turns the view by iz radians about the view direction, then ix about the up vector, then iy about the right
 // vector as it was on entry (kept: callers turn about one axis per call). A turn by ix or iy aims the camera
 // at the origin from its old distance; a roll alone leaves view point and direction.

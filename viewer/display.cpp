@@ -20,7 +20,6 @@ constexpr double kRightEye = 1;
 
 FrameTime lastframe = {0, 0};
 
-static void UpdateCamera();
 static void DrawMono();
 static void DrawStereo();
 static void DrawOverlays(double eye);
@@ -31,7 +30,7 @@ static void SetViewport(double eye);
 void HandleDisplay()
 {
     const double start = GetRunTime();
-    UpdateCamera();
+    UpdateCameraRange();
     if (camera.stereo == kStereoNone)
         DrawMono();
     else
@@ -51,14 +50,6 @@ void HandleReshape(int width, int height)
 {
     camera.screenwidth = width;
     camera.screenheight = height;
-}
-
-static void UpdateCamera()
-{
-    camera.focallength = Modulus(camera.vp);
-    camera.eyesep = camera.focallength / 30;
-    camera.nearclip = camera.focallength / 10;
-    camera.farclip = 10 * camera.focallength;
 }
 
 static void DrawMono()

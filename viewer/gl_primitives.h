@@ -5,8 +5,8 @@
 
 #include <GL/gl.h>
 
+#include "geom/colour.h"
 #include "geom/vector.h"
-#include "growth/colour.h"
 
 // The axis-aligned box between two opposite corners. Mode 0: its twelve edges; mode 1: its six faces; mode 2:
 // the edges of the box enlarged on every side by 1/20 of its extent; any other mode: nothing.

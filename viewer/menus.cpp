@@ -6,7 +6,7 @@
 #include <GL/glut.h>
 #include <forms.h>
 
-#include "export/aggregate.h"
+#include "export/model.h"
 #include "export/save_dialog.h"
 #include "growth/control_panel.h"
 #include "growth/roots.h"
@@ -48,6 +48,7 @@ struct Menu {
 } // namespace
 
 static Menu DescribeMenu(int number);
+static std::vector<Entry> SaveEntries();
 static std::vector<Entry> SampleEntries();
 static std::vector<Entry> SourceEntries();
 static std::vector<Entry> RootEntries();
@@ -146,17 +147,7 @@ static Menu DescribeMenu(int number)
                  {"Face vertices", kSurfaceVertices},
                  {"Faces, solid", kSurfaceSolid}}};
     case kSaveMenu:
-        return {Guarded<HandleSaveMenu>,
-                {{"PovRay (Sphere sweep)", 1},
-                 {"PovRay (Cylinders + Spheres)", 2},
-                 {"GEOM (Cylinders + Spheres)", 3},
-                 {"VRML (Cylinders + Spheres)", 4},
-                 {"VRML (Cylinders + Endcaps + Spheres)", 5},
-                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), low resolution", 8},
-                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), medium resolution", 9},
-                 {"VRML (Cylinders + EndCaps + Spheres as a mesh), high resolution", 10},
-                 {"Point cloud as DXF", 6},
-                 {"Point cloud as GEOM", 7}}};
+        return {Guarded<HandleSaveMenu>, SaveEntries()};
     case kAggregateModeMenu:
         return {Guarded<HandleDLAMenu>,
                 {{"Off", kAggregateOff},
@@ -195,6 +186,15 @@ static Menu DescribeMenu(int number)
                  {"-", kCommandSeparator},
                  {"Quit (q)", kCommandQuit}}};
     }
+}
+
+static std::vector<Entry> SaveEntries()
+{
+    std::vector<Entry> entries;
+    for (const ModelKind &kind : ModelKinds())
+        if (kind.menuid > 0)
+            entries.push_back({kind.label, kind.menuid});
+    return entries;
 }
 
 static std::vector<Entry> SampleEntries()

@@ -8,9 +8,8 @@
 #include <GL/glut.h>
 
 #include "growth/colour.h"
-#include "growth/sources.h"
+#include "growth/description.h"
 #include "growth/state.h"
-#include "surface/surface.h"
 #include "viewer/gl_primitives.h"
 
 constexpr int kLineHeight = 13;
@@ -58,9 +57,6 @@ static void DrawAxes(double length);
 static void DrawLaunches();
 static void DrawRoots();
 static void DrawLights();
-static void PrintParameters(TextColumn &column);
-static void PrintSurface(TextColumn &column);
-static void PrintGrowth(TextColumn &column);
 
 void DrawExtras()
 {
@@ -81,10 +77,11 @@ void DrawInfo()
     BeginFlatDrawing();
     glColor3f(1, 1, 1);
     TextColumn column(kInfoLeft, kLongestInfo);
-    PrintParameters(column);
-    PrintSurface(column);
+    DescribeParameters(column, growthstate.sourcetype);
+    DescribeSurface(column);
     column.Skip();
-    PrintGrowth(column);
+    DescribeSize(column);
+    column.Print("Particle life span: %d", growthstate.stepcount);
 }
 
 void DrawStatistics(int frames)
@@ -99,16 +96,14 @@ void DrawStatistics(int frames)
     if (decay < 0)
         return;
     const float grey = maxduration > 0 ? static_cast<float>(decay) / static_cast<float>(maxduration) : 0;
-    const int *classes = stats.branchcount;
     BeginFlatDrawing();
     glColor3f(grey, grey, grey);
     TextColumn column(camera.screenwidth / 2, kLongestLine);
     column.Print("Statistics");
     column.Print("Branch distribution");
-    column.Print("   0:%d 1:%d 2:%d 3:%d 4:%d 5:%d", classes[0], classes[1], classes[2], classes[3],
-                 classes[4], classes[5]);
+    DescribeBranchDistribution(column);
     column.Print("Box counting");
-    for (int level = 0; level < 10; level++)
+    for (int level = 0; level < kBoxLevels; level++)
         if (stats.boxcount[level] > 0)
             column.Print("   %8.3f : %d\n", stats.boxsize[level], stats.boxcount[level]);
     decay--;
@@ -192,44 +187,4 @@ static void DrawLights()
     glColor3f(1, 1, 1);
     for (const float *marker : {options.marker1, options.marker2})
         CreateSimpleSphere({marker[0], marker[1], marker[2]}, growthstate.branchlength / 5, kMarkerFacets, 0);
-}
-
-// Information ---------------------------------------------------------------------------------------------
-
-static void PrintParameters(TextColumn &column)
-{
-    column.Print("Version: %g", versionid / 100.0);
-    column.Print("Seed: %d", growthstate.seed);
-    column.Print("Bias towards origin: %g%% of step length", growthstate.bias);
-    column.Print("Branch length: %g", growthstate.branchlength);
-    column.Print("Stickiness: %g%%", growthstate.stickiness);
-    column.Print("Rotation: %g degrees about z axis", growthstate.rotation);
-    column.Print("Branch thickness: %g to %g", growthstate.thickfrom, growthstate.thickto);
-    column.Print("Intersection range: %g%% of branch length", growthstate.intersectrange);
-    column.Print("Seed association: %s", growthstate.association ? "On" : "Off");
-    column.Print("Number of roots: %d", growthstate.nroots);
-    if (growthstate.nroots >= 2) {
-        column.Print("Root distribution range: %g", growthstate.rootrange);
-        column.Print("Root distribution: %s", growthstate.rootname);
-    }
-    column.Print("Source type: %s", SourceName(growthstate.sourcetype));
-}
-
-static void PrintSurface(TextColumn &column)
-{
-    column.Print("Constraint surface: %s", growthstate.surfacename);
-    if (nstltri == 0)
-        return;
-    column.Print("Faces in constraint surface: %d", nstltri);
-    column.Print("Surface bounds");
-    column.Print("   %g <= x <= %g", stlmin.x, stlmax.x);
-    column.Print("   %g <= y <= %g", stlmin.y, stlmax.y);
-    column.Print("   %g <= z <= %g", stlmin.z, stlmax.z);
-}
-
-static void PrintGrowth(TextColumn &column)
-{
-    column.Print("Number of particles: %d", ncells);
-    column.Print("Current radius: %g", growthstate.radius);
-    column.Print("Particle life span: %d", growthstate.stepcount);
 }

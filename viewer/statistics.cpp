@@ -3,7 +3,7 @@
 #include <GL/gl.h>
 #include <forms.h>
 
-#include "analysis/statistics.h"
+#include "analysis/box_count.h"
 #include "growth/state.h"
 #include "viewer/gl_primitives.h"
 #include "viewer/overlays.h"

@@ -1,4 +1,4 @@
-// The measures of analysis/statistics.h as the program takes and shows them.
+// The measures of analysis/box_count.h as the program takes and shows them.
 
 #pragma once
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "export/aggregate.h"
+#include "export/model.h"
 #include "fakes/recorder.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "export/aggregate.h"
+#include "export/model.h"
 #include "export/slices.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"

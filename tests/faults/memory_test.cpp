@@ -17,8 +17,8 @@
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "faults/failing_memory.h"
-#include "growth/cell_index.h"
 #include "growth/growth_step.h"
+#include "growth/neighbour_search.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "panels.h"
@@ -171,7 +171,7 @@ static std::vector<Action> ListActions(const fs::path &inputs)
                        }});
     actions.push_back({"growth",
                        [] {
-                           DropCellIndex();
+                           DropNeighbourIndex();
                            for (int i = 0; i < 40; i++)
                                kIdle();
                        },
@@ -326,7 +326,7 @@ TEST(FailingMemory, GrowthStopsAndKeepsWhatHasGrown)
     for (int i = 0; growthstate.running && i < 1000000; i++)
         IterateSystem();
     for (int i = 0; i < 20000; i++)
-        IterateSystem(); // whoever goes on calling hears nothing more
+        IterateSystem(); // no second message
     EndOfFailures();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Out of memory: growth stopped at 50 particles\n");
     EXPECT_EQ(growthstate.running, 0);

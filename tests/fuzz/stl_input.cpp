@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "export/aggregate.h"
+#include "export/model.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"

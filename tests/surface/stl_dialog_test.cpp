@@ -12,7 +12,7 @@
 static const char *kFace = "solid\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n";
 
 // What ReadSTL shows where it ends the program, on standard error before it does.
-static void ReadAndTell()
+static void ReadAndReport()
 {
     atexit([] {
         for (const Call &call : CallsOf("fl_show_message"))
@@ -56,9 +56,9 @@ TEST(STLDialog, TwoFaultsEndTheProgram)
     const TemporaryFile bad("solid\nouter loop\nvertex 0 0 0\nvertex 1 zero 0\n");
     const TemporaryFile brief("not 80 bytes");
     fakefile = bad.path();
-    EXPECT_EXIT(ReadAndTell(), testing::ExitedWithCode(255),
+    EXPECT_EXIT(ReadAndReport(), testing::ExitedWithCode(255),
                 "File Error\\|Error reading vertices in ascii STL file\\|");
     fakefile = brief.path();
-    EXPECT_EXIT(ReadAndTell(), testing::ExitedWithCode(255),
+    EXPECT_EXIT(ReadAndReport(), testing::ExitedWithCode(255),
                 "File Error\\|Failed to read an expected STL header\\|");
 }

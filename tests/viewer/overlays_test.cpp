@@ -5,7 +5,7 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "analysis/statistics.h"
+#include "analysis/box_count.h"
 #include "fakes/recorder.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"

@@ -1,4 +1,4 @@
-#include "analysis/statistics.h"
+#include "analysis/box_count.h"
 
 #include <algorithm>
 #include <cmath>

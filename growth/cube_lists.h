@@ -1,4 +1,4 @@
-// Lists of particles by cube of space, newest first. Part of the cell index: docs/cell-index.md.
+// Lists of particles by cube of space, newest first. Part of the neighbour search: docs/neighbour-search.md.
 
 #pragma once
 
@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <vector>
 
-#include "growth/cell_grid.h"
+#include "growth/cube_grid.h"
 
-class CellLists
+class CubeLists
 {
 public:
     // The eight lists that hold every particle within the reach of a point, and perhaps others. A list may
@@ -28,16 +28,16 @@ public:
 
     [[nodiscard]] bool IsFull() const { return next.size() >= heads.size(); }
 
-    [[nodiscard]] bool Holds(Vector p) const { return HasCell(inverse * p); }
+    [[nodiscard]] bool Holds(Vector p) const { return HasCube(inverse * p); }
 
-    // Appends the next particle; one that is in no list has no cell.
+    // Appends the next particle; one that is in no list has no cube.
     void Append(Vector p, bool listed)
     {
         const int i = static_cast<int>(next.size());
         next.push_back(-1);
         if (!listed)
             return;
-        int &head = heads[Slot(Cell(p.x, 0), Cell(p.y, 0), Cell(p.z, 0))];
+        int &head = heads[Slot(Cube(p.x, 0), Cube(p.y, 0), Cube(p.z, 0))];
         next.back() = head;
         head = i;
     }
@@ -45,12 +45,12 @@ public:
     // The cubes of edge 2 reaches that the ball about p can meet: two along each axis.
     [[nodiscard]] Lists Around(Vector p) const
     {
-        const int x = Cell(p.x, 0.5);
-        const int y = Cell(p.y, 0.5);
-        const int z = Cell(p.z, 0.5);
+        const int x = Cube(p.x, 0.5);
+        const int y = Cube(p.y, 0.5);
+        const int z = Cube(p.z, 0.5);
         Lists lists;
         for (int k = 0; k < 8; k++)
-            lists[static_cast<std::size_t>(k)] = heads[Slot(x + k % 2, y + k / 2 % 2, z + k / 4)];
+            lists[k] = heads[Slot(x + k % 2, y + k / 2 % 2, z + k / 4)];
         return lists;
     }
 
@@ -64,9 +64,9 @@ public:
         const int n = static_cast<int>(2 * span) + 2;
         if (std::pow(n, 3) > static_cast<double>(next.size()))
             return false;
-        const int x0 = Cell(p.x, span);
-        const int y0 = Cell(p.y, span);
-        const int z0 = Cell(p.z, span);
+        const int x0 = Cube(p.x, span);
+        const int y0 = Cube(p.y, span);
+        const int z0 = Cube(p.z, span);
         for (int z = z0; z < z0 + n; z++)
             for (int y = y0; y < y0 + n; y++)
                 for (int x = x0; x < x0 + n; x++)
@@ -76,17 +76,17 @@ public:
         return true;
     }
 
-    [[nodiscard]] int Next(int i) const { return next[static_cast<std::size_t>(i)]; }
+    [[nodiscard]] int Next(int i) const { return next[i]; }
 
 private:
     static constexpr std::size_t kSmallest = 1024;
 
-    [[nodiscard]] int Cell(double coordinate, double shift) const
+    [[nodiscard]] int Cube(double coordinate, double shift) const
     {
         return Floor(coordinate * inverse - shift);
     }
 
-    // Blocks of 4 x 4 x 4 cells lie together in memory; blocks that share a slot share their lists. A slot is
+    // Blocks of 4 x 4 x 4 cubes lie together in memory; blocks that share a slot share their lists. A slot is
     // made of a part for each coordinate.
     [[nodiscard]] std::size_t Slot(int x, int y, int z) const
     {
@@ -100,7 +100,7 @@ private:
         return block * factor << 6 | within << shift;
     }
 
-    double inverse = 0;     // cells per unit of length
+    double inverse = 0;     // cubes per unit of length
     std::vector<int> heads; // by slot: the newest particle of the list, or -1
     std::vector<int> next;  // by particle: the next older one of its list, or -1
 };

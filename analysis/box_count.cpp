@@ -1,4 +1,4 @@
-#include "analysis/statistics.h"
+#include "analysis/box_count.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +12,6 @@
 #include "growth/growth_step.h"
 #include "growth/state.h"
 
-constexpr int kLevels = 10;
-constexpr int kClasses = 10;
 // The edge of a level over that of the next.
 constexpr double kLevelRatio = 1.5;
 
@@ -56,7 +54,7 @@ int CountBranches()
         if (cells[i].parent >= 0)
             children[cells[i].parent]++;
     for (int i = 0; i < ncells; i++)
-        stats.branchcount[std::min(children[i], kClasses - 1)]++;
+        stats.branchcount[std::min(children[i], kBranchClasses - 1)]++;
     free(children);
     return 1;
 }
@@ -75,7 +73,7 @@ int StartBoxCount()
     scale = radius / 2;
     depth = 0;
     branches = {};
-    std::fill(stats.boxcount, stats.boxcount + kLevels, -1);
+    std::fill(stats.boxcount, stats.boxcount + kBoxLevels, -1);
     stats.timestep = ncells;
     try {
         BeginLevel(-radius - scale);
@@ -115,7 +113,7 @@ static int TestNextBox()
     const double start = -radius - scale; // by the edge of the finished level (kept)
     scale /= kLevelRatio;
     depth++;
-    if (depth == kLevels - 1 || scale < 2 * growthstate.branchlength) {
+    if (depth == kBoxLevels - 1 || scale < 2 * growthstate.branchlength) {
         stats.boxsize[depth] = scale;
         stats.boxcount[depth] = 0;
         nboxes = 0;

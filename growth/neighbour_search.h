@@ -1,6 +1,6 @@
 // Neighbour search: which particle a walker has come near to, without looking at all of them.
 //
-// The answer is that of a scan over all particles, to the last bit; docs/cell-index.md says what is stored
+// The answer is that of a scan over all particles, to the last bit; docs/neighbour-search.md says what is stored
 // and why the answer is exact.
 
 #pragma once
@@ -12,8 +12,8 @@
 int FindPartner();
 
 // The last particle of cells is new: the index follows, wherever cells has moved to.
-void AddToCellIndex();
+void AddToNeighbourIndex();
 
 // The index is built anew at the next search. It notices by itself when the array, the count, the last
-// particle or the branch length has changed; whoever changes other particles in place says so here.
-void DropCellIndex();
+// particle or the branch length has changed; call this after changing other particles in place.
+void DropNeighbourIndex();

@@ -1,4 +1,4 @@
-#include "export/aggregate.h"
+#include "export/model.h"
 
 #include <cstdlib>
 #include <functional>

@@ -1,12 +1,12 @@
-#include "growth/cell_index.h"
+#include "growth/neighbour_search.h"
 
 #include <algorithm>
 #include <cmath>
 #include <new>
 #include <vector>
 
-#include "growth/cell_lists.h"
 #include "growth/clearance_map.h"
+#include "growth/cube_lists.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
 
@@ -82,7 +82,7 @@ struct Scan {
 
 namespace
 {
-struct CellIndex {
+struct NeighbourIndex {
     // What it was built from; anything else than this, and it is built anew.
     const Particle *array = nullptr;
     int count = -1;
@@ -90,8 +90,8 @@ struct CellIndex {
     int classes = 1;
     Vector newest = {0, 0, 0};
 
-    bool usable = false; // every particle has a cell
-    CellLists lists;
+    bool usable = false; // every particle has a cube
+    CubeLists lists;
     // A map for each class, or one for all particles. None: nothing is known to be clear.
     std::vector<ClearanceMap> maps;
     double mapextent = 0; // what they were made to cover
@@ -102,7 +102,7 @@ struct CellIndex {
 };
 } // namespace
 
-static CellIndex cellindex;
+static NeighbourIndex neighbourindex;
 
 static bool IsCurrent();
 static bool NewestIsUnmoved();
@@ -119,18 +119,18 @@ int FindPartner()
 {
     const Vector pos = growthstate.pos;
     if (IsCurrent()) {
-        const Vector moved = pos - cellindex.freecentre;
-        if (DotProduct(moved, moved) < cellindex.freeradius2)
+        const Vector moved = pos - neighbourindex.freecentre;
+        if (DotProduct(moved, moved) < neighbourindex.freeradius2)
             return -1;
     }
-    if (!Prepare() || !cellindex.lists.Holds(pos))
+    if (!Prepare() || !neighbourindex.lists.Holds(pos))
         return ScanAll();
 
     if (ClearanceMap *map = MapOf(ncells); map != nullptr) {
         const double free = map->Clearance(pos) - growthstate.branchlength;
         if (free >= 0) {
-            cellindex.freecentre = pos;
-            cellindex.freeradius2 = free * free;
+            neighbourindex.freecentre = pos;
+            neighbourindex.freeradius2 = free * free;
             return -1;
         }
     }
@@ -138,38 +138,39 @@ int FindPartner()
     return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
 }
 
-void AddToCellIndex()
+void AddToNeighbourIndex()
 {
-    if (!cellindex.usable || cellindex.count != ncells - 1 || cellindex.lists.IsFull()) {
-        DropCellIndex();
+    if (!neighbourindex.usable || neighbourindex.count != ncells - 1 || neighbourindex.lists.IsFull()) {
+        DropNeighbourIndex();
         return;
     }
     try {
-        cellindex.array = cells;
+        neighbourindex.array = cells;
         Insert(ncells - 1);
     } catch (const std::bad_alloc &) {
-        DropCellIndex();
+        DropNeighbourIndex();
     }
 }
 
-void DropCellIndex()
+void DropNeighbourIndex()
 {
-    cellindex.array = nullptr;
-    cellindex.count = -1;
-    cellindex.freeradius2 = -1;
+    neighbourindex.array = nullptr;
+    neighbourindex.count = -1;
+    neighbourindex.freeradius2 = -1;
 }
 
 static bool IsCurrent()
 {
-    return cellindex.array == cells && cellindex.count == ncells &&
-           cellindex.branchlength == growthstate.branchlength && cellindex.classes == Classes();
+    return neighbourindex.array == cells && neighbourindex.count == ncells &&
+           neighbourindex.branchlength == growthstate.branchlength && neighbourindex.classes == Classes();
 }
 
 static bool NewestIsUnmoved()
 {
     const Vector p = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
     const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
-    return same(p.x, cellindex.newest.x) && same(p.y, cellindex.newest.y) && same(p.z, cellindex.newest.z);
+    return same(p.x, neighbourindex.newest.x) && same(p.y, neighbourindex.newest.y) &&
+           same(p.z, neighbourindex.newest.z);
 }
 
 // Makes the index current. Returns false where the aggregate cannot be indexed, or memory does not suffice.
@@ -178,32 +179,32 @@ static bool Prepare()
     try {
         if (!IsCurrent() || !NewestIsUnmoved())
             Build();
-        else if (cellindex.usable && LaunchRadius() > cellindex.mapextent)
+        else if (neighbourindex.usable && LaunchRadius() > neighbourindex.mapextent)
             MakeMaps();
     } catch (const std::bad_alloc &) {
-        cellindex = CellIndex();
+        neighbourindex = NeighbourIndex();
         return false;
     }
-    return cellindex.usable;
+    return neighbourindex.usable;
 }
 
 static void Build()
 {
-    DropCellIndex();
-    cellindex.branchlength = growthstate.branchlength;
-    cellindex.classes = Classes();
-    cellindex.usable =
+    DropNeighbourIndex();
+    neighbourindex.branchlength = growthstate.branchlength;
+    neighbourindex.classes = Classes();
+    neighbourindex.usable =
         growthstate.branchlength >= kShortestBranch && growthstate.branchlength <= kLongestBranch;
-    if (cellindex.usable) {
-        cellindex.lists.Start(growthstate.branchlength, ncells);
-        cellindex.maps.clear();
-        for (int i = 0; i < ncells && cellindex.usable; i++)
+    if (neighbourindex.usable) {
+        neighbourindex.lists.Start(growthstate.branchlength, ncells);
+        neighbourindex.maps.clear();
+        for (int i = 0; i < ncells && neighbourindex.usable; i++)
             Insert(i);
         MakeMaps();
     }
-    cellindex.array = cells;
-    cellindex.count = ncells;
-    cellindex.newest = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
+    neighbourindex.array = cells;
+    neighbourindex.count = ncells;
+    neighbourindex.newest = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
 }
 
 // A particle that is not at a finite place is nobody's partner and is left out.
@@ -211,29 +212,29 @@ static void Insert(int i)
 {
     const Vector p = cells[i].p;
     const bool finite = std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-    cellindex.usable = cellindex.usable && (!finite || cellindex.lists.Holds(p));
-    if (!cellindex.usable)
+    neighbourindex.usable = neighbourindex.usable && (!finite || neighbourindex.lists.Holds(p));
+    if (!neighbourindex.usable)
         return;
-    cellindex.lists.Append(p, finite);
+    neighbourindex.lists.Append(p, finite);
     if (ClearanceMap *map = MapOf(i); map != nullptr)
         map->Mark(p);
-    cellindex.count = i + 1;
-    cellindex.newest = p;
-    cellindex.freeradius2 = -1;
+    neighbourindex.count = i + 1;
+    neighbourindex.newest = p;
+    neighbourindex.freeradius2 = -1;
 }
 
 static void MakeMaps()
 {
-    cellindex.maps.clear();
-    cellindex.freeradius2 = -1;
-    cellindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
-    if (!(cellindex.mapextent / growthstate.branchlength < kFarthestCell))
+    neighbourindex.maps.clear();
+    neighbourindex.freeradius2 = -1;
+    neighbourindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
+    if (!(neighbourindex.mapextent / growthstate.branchlength < kFarthestCube))
         return; // searched without a map
-    const int count = cellindex.classes <= kMostMaps ? cellindex.classes : 1;
+    const int count = neighbourindex.classes <= kMostMaps ? neighbourindex.classes : 1;
     const double bytes = (kMapBytes + kMapBytesPerParticle * ncells) / count;
-    cellindex.maps.resize(static_cast<std::size_t>(count));
-    for (ClearanceMap &map : cellindex.maps)
-        map.Start(kMargin * growthstate.branchlength, cellindex.mapextent, bytes);
+    neighbourindex.maps.resize(static_cast<std::size_t>(count));
+    for (ClearanceMap &map : neighbourindex.maps)
+        map.Start(kMargin * growthstate.branchlength, neighbourindex.mapextent, bytes);
     for (int i = 0; i < ncells; i++)
         MapOf(i)->Mark(cells[i].p);
 }
@@ -241,9 +242,9 @@ static void MakeMaps()
 // The map that a particle of index i is marked in, or nullptr.
 static ClearanceMap *MapOf(int i)
 {
-    if (cellindex.maps.empty())
+    if (neighbourindex.maps.empty())
         return nullptr;
-    return &cellindex.maps[static_cast<std::size_t>(i) % cellindex.maps.size()];
+    return &neighbourindex.maps[static_cast<std::size_t>(i) % neighbourindex.maps.size()];
 }
 
 static int ScanAll()
@@ -262,8 +263,8 @@ static int NewestWithinReach(int below)
 {
     const Scan scan;
     int newest = -1;
-    for (int i : cellindex.lists.Around(scan.pos)) {
-        for (; i > newest; i = cellindex.lists.Next(i)) {
+    for (int i : neighbourindex.lists.Around(scan.pos)) {
+        for (; i > newest; i = neighbourindex.lists.Next(i)) {
             if (i < below && scan.SquaredDistance(i) < scan.reach2 && scan.IsEligible(i)) {
                 newest = i;
                 break;
@@ -286,7 +287,7 @@ static int PartnerInOrder(int newest)
             return i;
         bool contested = false;
         bool passedover = false;
-        const bool searched = cellindex.lists.VisitNewer(scan.pos, std::sqrt(difference), i, [&](int q) {
+        const bool searched = neighbourindex.lists.VisitNewer(scan.pos, std::sqrt(difference), i, [&](int q) {
             if (!scan.IsEligible(q) || !(scan.SquaredDistance(q) < difference))
                 return true;
             contested = true;

@@ -1,0 +1,5 @@
+#pragma once
+
+struct Colour {
+    double r, g, b; // 0..1
+};
