@@ -2,12 +2,14 @@
 
 include(GNUInstallDirs)
 
-# Compressed as the distribution wants them.
+# With the version, and compressed as the distribution wants them.
+configure_file(packaging/sarkelo.1.in packaging/sarkelo.1 @ONLY)
+configure_file(packaging/changelog packaging/changelog COPYONLY)
 foreach(page sarkelo.1 changelog)
   set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${page}.gz)
   add_custom_command(OUTPUT ${compressed}
-    COMMAND gzip -9nc ${CMAKE_SOURCE_DIR}/packaging/${page} > ${compressed}
-    DEPENDS ${CMAKE_SOURCE_DIR}/packaging/${page} VERBATIM)
+    COMMAND gzip -9nc packaging/${page} > ${page}.gz
+    DEPENDS ${CMAKE_CURRENT_BINARY_DIR}/packaging/${page} VERBATIM)
   list(APPEND compressed_pages ${compressed})
 endforeach()
 add_custom_target(compressed_pages ALL DEPENDS ${compressed_pages})

@@ -18,6 +18,11 @@ desktop-file-validate share/applications/sarkelo.desktop
 warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l share/man/man1/sarkelo.1.gz 2>&1 >/dev/null)
 [ -z "$warnings" ] || { echo "$warnings" >&2; exit 1; }
 
+version=$(dpkg-deb -f "$package" Version)
+zcat share/doc/sarkelo/changelog.gz | head -1 | grep -qF "sarkelo ($version)" || { echo "the changelog does not name $version" >&2; exit 1; }
+zcat share/man/man1/sarkelo.1.gz | grep -qF "Sarkelo $version" || { echo "the manual is not that of $version" >&2; exit 1; }
+bin/sarkelo -h 2>&1 | grep -qx "Version: $version" || { echo "the program is not $version" >&2; exit 1; }
+
 # Every switch of the usage text is in the manual page and is completed.
 . share/bash-completion/completions/sarkelo
 COMP_WORDS=(sarkelo -) COMP_CWORD=1

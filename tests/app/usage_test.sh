@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # "-h" anywhere prints the usage text and ends with status 255, with no display.
 set -u
-program=$1
+program=$1 version=$2
 unset DISPLAY
 expected=$(mktemp)
 trap 'rm -f "$expected"' EXIT
@@ -26,7 +26,7 @@ Keyboard commands
       +,-    zoom camera in, out
       a,A    autospin speed increase/decrease
         w    window dump to TGA file
-Version: 1.02
+Version: $version
 END
 for arguments in "-h" "-d -ss nonsense -h" "-h -d"; do
     "$program" $arguments 2>"$expected.found"
