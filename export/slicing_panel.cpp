@@ -1,6 +1,19 @@
 #include "export/slicing_panel.h"
 
+#include <cstdlib>
+
+#include "export/slices.h"
+#include "growth/parameters.h"
 #include "growth/state.h"
+#include "growth/wait_cursor.h"
+
+// More files than this are written only after a question.
+constexpr int kManySlices = 10000;
+constexpr double kShortestNormal = 1e-5;
+
+FD_sliceform *sliceform = nullptr;
+
+static void Slice();
 
 static FD_sliceform panel;
 
@@ -8,14 +21,14 @@ static const PanelObject kObjects[] = {
     {kPanelFrame, 20, 60, 380, 120, ""},
     {kPanelTitle, 20, 10, 80, 30, "Slicing"},
     {kPanelText, 30, 80, 100, 30, "Plane normal"},
-    {kPanelInput, 150, 80, 60, 30, "", &panel.normalx},
-    {kPanelInput, 235, 80, 60, 30, "", &panel.normaly},
-    {kPanelInput, 320, 80, 60, 30, "", &panel.normalz},
+    {kPanelInput, 150, 80, 60, 30, "", &panel.normalx, &options.sliceparam1},
+    {kPanelInput, 235, 80, 60, 30, "", &panel.normaly, &options.sliceparam2},
+    {kPanelInput, 320, 80, 60, 30, "", &panel.normalz, &options.sliceparam3},
     {kPanelText, 130, 80, 20, 30, "X"},
     {kPanelText, 215, 80, 20, 30, "Y"},
     {kPanelText, 300, 80, 20, 30, "Z"},
     {kPanelText, 30, 130, 110, 30, "Number of slices"},
-    {kPanelInput, 150, 130, 60, 30, "", &panel.count},
+    {kPanelInput, 150, 130, 60, 30, "", &panel.count, &options.slicecount},
     {kPanelButton, 230, 200, 60, 30, "Slice", &panel.slice},
     {kPanelButton, 320, 200, 60, 30, "Hide", &panel.hide},
 };
@@ -24,4 +37,43 @@ FD_sliceform *create_form_sliceform()
 {
     panel.form = CreatePanel(FL_FLAT_BOX, 421, 251, kObjects, &sliceformvisible);
     return &panel;
+}
+
+void HandleSlicingPanel(const FL_OBJECT *worked)
+{
+    if (worked == panel.hide)
+        HidePanel(panel.form, &sliceformvisible);
+    else if (worked == panel.slice)
+        Slice();
+    for (const PanelObject &object : kObjects) {
+        if (object.handle == nullptr || *object.handle != worked)
+            continue;
+        if (double *const *number = std::get_if<double *>(&object.value))
+            SetParameter(ParameterOf(*number), atof(fl_get_input(*object.handle)));
+        else if (int *const *count = std::get_if<int *>(&object.value)) // whole digits alone: "1e1" is 1
+            SetParameter(ParameterOf(*count),
+                         static_cast<double>(strtol(fl_get_input(*object.handle), nullptr, 10)));
+    }
+}
+
+// A normal that is too short to have a direction becomes the z axis, and stays so.
+static void Slice()
+{
+    char question[64];
+    snprintf(question, sizeof question, "Write %d slice files?", options.slicecount);
+    if (options.slicecount > kManySlices && !fl_show_question(question, 0))
+        return;
+    if (Modulus({options.sliceparam1, options.sliceparam2, options.sliceparam3}) < kShortestNormal)
+        options.sliceparam3 = 1;
+    Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
+    Normalise(&direction);
+    switch (WithWaitCursor([=] { return DoSlice(options.slicecount, direction); })) {
+    case kSlicesDone:
+        break;
+    case kSliceUnopened:
+        exit(-1);
+    case kSlicesOutOfMemory:
+        fl_show_message("Memory Error", "Not enough memory to slice the aggregate", "");
+        break;
+    }
 }

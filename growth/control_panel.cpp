@@ -1,18 +1,25 @@
 #include "growth/control_panel.h"
 
 #include <cstdio>
+#include <vector>
 
 #include "growth/main_window.h"
-#include "growth/state.h"
 
-FD_settingform *settingform = nullptr;
-FD_stlform *stlform = nullptr;
-FD_sliceform *sliceform = nullptr;
+namespace
+{
+struct Panel {
+    FL_FORM *form;
+    std::span<const PanelObject> objects;
+    int *visible;
+};
+} // namespace
+
+// In the order in which they were built.
+static std::vector<Panel> panels;
 
 static FL_OBJECT *AddObject(const PanelObject &object);
 static int CloseWindow(FL_FORM *form, void *visible);
-static void SetInput(FL_OBJECT *input, double value);
-static void SetInput(FL_OBJECT *input, int value);
+static void FillInput(const PanelObject &object);
 
 FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelObject> objects, int *visible)
 {
@@ -26,6 +33,7 @@ FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelOb
     fl_end_form();
     // The toolkit's default is to end the program.
     fl_set_form_atclose(form, CloseWindow, visible);
+    panels.push_back({form, objects, visible});
     return form;
 }
 
@@ -43,34 +51,24 @@ void HidePanel(FL_FORM *form, int *visible)
     *visible = 0;
 }
 
+void SetPanelCursors(int cursor)
+{
+    for (const Panel &panel : panels)
+        if (*panel.visible)
+            fl_set_cursor(panel.form->window, cursor);
+}
+
 void UpdateForms()
 {
-    SetInput(sliceform->count, options.slicecount);
-    SetInput(sliceform->normalx, options.sliceparam1);
-    SetInput(sliceform->normaly, options.sliceparam2);
-    SetInput(sliceform->normalz, options.sliceparam3);
-
-    SetInput(settingform->seed, growthstate.seed);
-    SetInput(settingform->rotation, growthstate.rotation);
-    SetInput(settingform->bias, growthstate.bias);
-    SetInput(settingform->branchlength, growthstate.branchlength);
-    SetInput(settingform->stickiness, growthstate.stickiness);
-    SetInput(settingform->thickto, growthstate.thickto);
-    SetInput(settingform->thickfrom, growthstate.thickfrom);
-    SetInput(settingform->nroots, growthstate.nroots);
-    SetInput(settingform->rootrange, growthstate.rootrange);
-    SetInput(settingform->intersectrange, growthstate.intersectrange);
-
-    for (FL_OBJECT *scale : {stlform->scalex, stlform->scaley, stlform->scalez})
-        fl_set_input(scale, "1.0");
-    for (FL_OBJECT *offset : {stlform->shiftx, stlform->shifty, stlform->shiftz, stlform->rotatex,
-                              stlform->rotatey, stlform->rotatez})
-        fl_set_input(offset, "0.0");
+    for (const Panel &panel : panels)
+        for (const PanelObject &object : panel.objects)
+            if (object.kind == kPanelInput)
+                FillInput(object);
 }
 
 static FL_OBJECT *AddObject(const PanelObject &object)
 {
-    const auto [kind, x, y, width, height, label, handle] = object;
+    const auto &[kind, x, y, width, height, label, handle, value, restarts] = object;
     FL_OBJECT *added = nullptr;
     switch (kind) {
     case kPanelFrame:
@@ -108,16 +106,14 @@ static int CloseWindow(FL_FORM *, void *visible)
     return FL_OK;
 }
 
-static void SetInput(FL_OBJECT *input, double value)
+static void FillInput(const PanelObject &object)
 {
-    char text[256];
-    snprintf(text, sizeof text, "%g", value);
-    fl_set_input(input, text);
-}
-
-static void SetInput(FL_OBJECT *input, int value)
-{
-    char text[256];
-    snprintf(text, sizeof text, "%d", value);
-    fl_set_input(input, text);
+    char text[256] = "";
+    if (double *const *number = std::get_if<double *>(&object.value))
+        snprintf(text, sizeof text, "%g", **number);
+    else if (int *const *count = std::get_if<int *>(&object.value))
+        snprintf(text, sizeof text, "%d", **count);
+    else if (const char *const *same = std::get_if<const char *>(&object.value))
+        snprintf(text, sizeof text, "%s", *same);
+    fl_set_input(*object.handle, text);
 }

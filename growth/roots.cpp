@@ -7,6 +7,7 @@
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/memory.h"
+#include "growth/parameters.h"
 #include "growth/state.h"
 
 // Least distance from the range of several roots to the edge of the launch area.
@@ -41,7 +42,6 @@ static const Distribution kDistributions[] = {
     {"Ring: z axis plane", kCosine, kSine, kZero},
 };
 
-static void SetGrowthDefaults();
 static void SeedGenerators();
 static int CountPlacedRoots();
 static int CountWantedRoots();
@@ -58,7 +58,9 @@ void InitialiseGrowth()
 {
     static bool initialised = false;
     if (!initialised) {
-        SetGrowthDefaults();
+        for (const char *group : {"growth", "roots", "drawing"})
+            SetDefaults(group);
+        snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
         ResetSeeds();
         initialised = true;
     }
@@ -135,24 +137,6 @@ SeedFileResult ReadSeedFile(const char *path)
     else if (options.debug)
         fprintf(stderr, "Read %d root seed positions\n", growthstate.nroots);
     return result;
-}
-
-static void SetGrowthDefaults()
-{
-    growthstate.sourcetype = kSourceSphere;
-    growthstate.bias = 0.1;
-    growthstate.branchlength = 1.0;
-    growthstate.stickiness = 100.0;
-    growthstate.thickfrom = 0.4;
-    growthstate.thickto = 0.01;
-    growthstate.seed = 12345;
-    growthstate.rotation = 0;
-    growthstate.nroots = 1;
-    growthstate.rootrange = 10.0;
-    growthstate.roottype = kRootOrigin;
-    growthstate.association = 0;
-    growthstate.intersectrange = 0;
-    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
 }
 
 static void SeedGenerators()

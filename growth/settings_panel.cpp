@@ -1,6 +1,16 @@
 #include "growth/settings_panel.h"
 
+#include <cstdlib>
+
+#include "growth/control_panel.h"
+#include "growth/parameters.h"
+#include "growth/roots.h"
 #include "growth/state.h"
+#include "growth/wait_cursor.h"
+
+FD_settingform *settingform = nullptr;
+
+static void Change(const PanelObject &object, const Parameter &parameter);
 
 static FD_settingform panel;
 
@@ -8,22 +18,24 @@ static const PanelObject kObjects[] = {
     {kPanelFrame, 20, 50, 360, 270, ""},
     {kPanelButton, 320, 480, 60, 30, "Hide", &panel.hide},
     {kPanelTitle, 15, 10, 80, 30, "Settings"},
-    {kPanelInput, 175, 95, 50, 30, "Bias towards origin", &panel.bias},
-    {kPanelInput, 175, 130, 50, 30, "Branch length", &panel.branchlength},
-    {kPanelInput, 175, 165, 50, 30, "Stickiness", &panel.stickiness},
+    {kPanelInput, 175, 95, 50, 30, "Bias towards origin", &panel.bias, &growthstate.bias},
+    {kPanelInput, 175, 130, 50, 30, "Branch length", &panel.branchlength, &growthstate.branchlength},
+    {kPanelInput, 175, 165, 50, 30, "Stickiness", &panel.stickiness, &growthstate.stickiness},
     {kPanelText, 225, 100, 140, 20, "% of branch length"},
     {kPanelText, 235, 170, 40, 20, "%"},
-    {kPanelInput, 175, 240, 50, 30, "Branch thickness", &panel.thickto},
-    {kPanelInput, 255, 240, 50, 30, "", &panel.thickfrom},
+    {kPanelInput, 175, 240, 50, 30, "Branch thickness", &panel.thickto, &growthstate.thickto},
+    {kPanelInput, 255, 240, 50, 30, "", &panel.thickfrom, &growthstate.thickfrom},
     {kPanelCentredText, 225, 240, 30, 30, "to"},
-    {kPanelInput, 175, 60, 50, 30, "Random number seed", &panel.seed},
-    {kPanelInput, 175, 200, 50, 30, "Particle rotation", &panel.rotation},
+    {kPanelInput, 175, 60, 50, 30, "Random number seed", &panel.seed, &growthstate.seed},
+    {kPanelInput, 175, 200, 50, 30, "Particle rotation", &panel.rotation, &growthstate.rotation},
     {kPanelText, 230, 200, 130, 30, "About z (degrees)"},
     {kPanelFrame, 20, 340, 360, 120, ""},
-    {kPanelInput, 175, 350, 50, 30, "Number of roots", &panel.nroots},
-    {kPanelInput, 175, 385, 50, 30, "Root distribution range", &panel.rootrange},
-    {kPanelCheckButton, 170, 420, 170, 30, "Associate seeds with roots", &panel.association},
-    {kPanelInput, 175, 275, 50, 30, "Intersection range", &panel.intersectrange},
+    {kPanelInput, 175, 350, 50, 30, "Number of roots", &panel.nroots, &growthstate.nroots, true},
+    {kPanelInput, 175, 385, 50, 30, "Root distribution range", &panel.rootrange, &growthstate.rootrange,
+     true},
+    {kPanelCheckButton, 170, 420, 170, 30, "Associate seeds with roots", &panel.association,
+     &growthstate.association, true},
+    {kPanelInput, 175, 275, 50, 30, "Intersection range", &panel.intersectrange, &growthstate.intersectrange},
     {kPanelText, 235, 275, 130, 30, "% of branch length"},
 };
 
@@ -31,4 +43,33 @@ FD_settingform *create_form_settingform()
 {
     panel.form = CreatePanel(FL_UP_BOX, 411, 531, kObjects, &settingformvisible);
     return &panel;
+}
+
+void HandleSettingsPanel(const FL_OBJECT *worked)
+{
+    if (worked == panel.hide)
+        HidePanel(panel.form, &settingformvisible);
+    for (const PanelObject &object : kObjects) {
+        if (object.handle == nullptr || *object.handle != worked)
+            continue;
+        if (double *const *number = std::get_if<double *>(&object.value))
+            Change(object, ParameterOf(*number));
+        else if (int *const *count = std::get_if<int *>(&object.value))
+            Change(object, ParameterOf(*count));
+    }
+}
+
+// Where memory does not hold the roots of a run that starts anew, nothing changes.
+static void Change(const PanelObject &object, const Parameter &parameter)
+{
+    const GrowthState old = growthstate;
+    const bool button = object.kind == kPanelCheckButton;
+    SetParameter(parameter, button ? fl_get_button(*object.handle) : atof(fl_get_input(*object.handle)));
+    if (!object.restarts || (MemoryHoldsRoots() && WithWaitCursor(RestartFromRoots)))
+        return;
+    growthstate = old;
+    fl_show_message("Memory Error", "Not enough memory for this number of roots", "");
+    if (button)
+        fl_set_button(*object.handle, growthstate.association);
+    UpdateForms();
 }

@@ -1,6 +1,32 @@
+// The panel of the growth parameters.
+
 #pragma once
 
 #include "growth/control_panel.h"
 
-// Builds the panel of the growth parameters, once.
+struct FD_settingform {
+    FL_FORM *form;
+    void *vdata; // the toolkit's own
+    char *cdata;
+    long ldata;
+    FL_OBJECT *hide;
+    FL_OBJECT *bias;
+    FL_OBJECT *branchlength;
+    FL_OBJECT *stickiness;
+    FL_OBJECT *thickto; // the left one of the two bounds (kept)
+    FL_OBJECT *thickfrom;
+    FL_OBJECT *seed;
+    FL_OBJECT *rotation;
+    FL_OBJECT *nroots;
+    FL_OBJECT *rootrange;
+    FL_OBJECT *association;
+    FL_OBJECT *intersectrange;
+};
+extern FD_settingform *settingform;
+
+// Builds the panel, once.
 FD_settingform *create_form_settingform();
+
+// Carries out what a worked object stands for: an input or the button sets its parameter within its range, and
+// some start the run anew. Does nothing for an object of another panel.
+void HandleSettingsPanel(const FL_OBJECT *worked);

@@ -1,5 +1,7 @@
 #include "growth/state.h"
 
+#include "growth/parameters.h"
+
 Particle *cells = nullptr;
 int ncells = 0;
 Vector *roots = nullptr;
@@ -26,7 +28,6 @@ void SetProgramDefaults()
     options.dlamode = kAggregateLines;
     options.marker1[0] = 10;
     options.marker2[2] = 10;
-    options.slicecount = 50;
-    options.sliceparam3 = 1.0;
+    SetDefaults("slices");
     interfacestate = {-1, 0, 0, 0};
 }

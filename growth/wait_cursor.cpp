@@ -4,7 +4,6 @@
 #include <forms.h>
 
 #include "growth/control_panel.h"
-#include "growth/state.h"
 
 static void SetCursors(int window, int panels);
 
@@ -23,11 +22,6 @@ static void SetCursors(int window, int panels)
 {
     glutSetCursor(window);
     glutGet(GLUT_WINDOW_X); // asks the display, and so sends what waits
-    if (settingformvisible)
-        fl_set_cursor(settingform->form->window, panels);
-    if (stlformvisible)
-        fl_set_cursor(stlform->form->window, panels);
-    if (sliceformvisible)
-        fl_set_cursor(sliceform->form->window, panels);
+    SetPanelCursors(panels);
     fl_update_display(0);
 }

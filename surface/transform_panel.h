@@ -1,6 +1,32 @@
+// The panel that scales, shifts and rotates the constraint surface.
+
 #pragma once
 
 #include "growth/control_panel.h"
 
-// Builds the panel that scales, shifts and rotates the constraint surface, once.
+struct FD_stlform {
+    FL_FORM *form;
+    void *vdata; // the toolkit's own
+    char *cdata;
+    long ldata;
+    FL_OBJECT *hide;
+    FL_OBJECT *scalex;
+    FL_OBJECT *apply;
+    FL_OBJECT *scaley;
+    FL_OBJECT *scalez;
+    FL_OBJECT *shiftx;
+    FL_OBJECT *shifty;
+    FL_OBJECT *shiftz;
+    FL_OBJECT *rotatex;
+    FL_OBJECT *rotatey;
+    FL_OBJECT *rotatez;
+};
+extern FD_stlform *stlform;
+
+// Builds the panel, once.
 FD_stlform *create_form_stlform();
+
+// Carries out what a worked object stands for: "Apply" transforms the surface by what the inputs say. Does
+// nothing for an object of another panel. Returns whether the surface has changed: it is to be drawn anew then,
+// and the panels filled.
+bool HandleTransformPanel(const FL_OBJECT *worked);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "growth/array.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "surface/surface.h"
 
@@ -31,19 +32,8 @@ void StartAfresh()
     InitialiseGrowth();
     SetProgramDefaults();
     growthstate.pos = {0, 0, 0};
-    growthstate.sourcetype = kSourceSphere;
-    growthstate.branchlength = 1;
-    growthstate.bias = 0.1;
-    growthstate.stickiness = 100;
-    growthstate.thickfrom = 0.4;
-    growthstate.thickto = 0.01;
-    growthstate.seed = 12345;
-    growthstate.rotation = 0;
-    growthstate.nroots = 1;
-    growthstate.rootrange = 10;
-    growthstate.roottype = kRootOrigin;
-    growthstate.association = 0;
-    growthstate.intersectrange = 0;
+    for (const char *group : {"growth", "roots", "drawing"})
+        SetDefaults(group);
     strcpy(growthstate.surfacename, "None");
     nstltri = 0;
     UpdateSTL();

@@ -8,7 +8,6 @@
 
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
-#include "growth/control_panel.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "growth/sources.h"

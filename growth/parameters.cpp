@@ -1,0 +1,98 @@
+#include "growth/parameters.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+#include "growth/state.h"
+
+constexpr double kInfinity = HUGE_VAL;
+
+static int Truncate(double value);
+static double ApplyRule(const Parameter &parameter, double value);
+
+static const Parameter kParameters[] = {
+    {"growth", "seed", &growthstate.seed, 12345, 0, INT_MAX, kSignDropped, "",
+     "Both random generators start from it at every restart."},
+    {"growth", "bias", &growthstate.bias, 0.1, 0, 1, kLimited, "% of the branch length",
+     "How far a walker drifts away from a root at each step."},
+    {"growth", "branch_length", &growthstate.branchlength, 1, 0.01, kInfinity, kLimited, "length",
+     "The length of a walker's step, and the distance within which it sticks."},
+    {"growth", "stickiness", &growthstate.stickiness, 100, 1, 100, kLimited, "%",
+     "The probability that a walker which has come near sticks."},
+    {"growth", "rotation", &growthstate.rotation, 0, -5, 5, kLimited, "degrees a step",
+     "By how much a walker is turned about the z axis at each step."},
+    {"growth", "intersection_range", &growthstate.intersectrange, 0, 0, 90, kLimited,
+     "% of the branch length",
+     "How near the line of a new branch may come to that of another; 0: as near as it likes."},
+    {"growth", "association", &growthstate.association, 0, 0, 1, kSignDropped, "",
+     "A particle attaches only to particles of its class, its number modulo that of the roots."},
+    {"growth", "source", &growthstate.sourcetype, kSourceSphere, kSourceSphere, kSourceSurface, kLimited, "",
+     "Where walkers start."},
+    {"roots", "count", &growthstate.nroots, 1, 0, INT_MAX, kSignDropped, "", "How many roots there are."},
+    {"roots", "range", &growthstate.rootrange, 10, -kInfinity, kInfinity, kAnyNumber, "length",
+     "The space over which several roots are placed."},
+    {"roots", "distribution", &growthstate.roottype, kRootOrigin, kRootOrigin, kRootRingZ, kLimited, "",
+     "How several roots are placed."},
+    {"drawing", "thickness_tip", &growthstate.thickto, 0.01, 0, kInfinity, kSignDropped, "length",
+     "The radius of a branch through which nothing flows."},
+    {"drawing", "thickness_trunk", &growthstate.thickfrom, 0.4, 0, kInfinity, kSignDropped, "length",
+     "The radius of the branch with the largest flow."},
+    {"slices", "count", &options.slicecount, 50, 2, INT_MAX, kLimited, "",
+     "How many slabs the aggregate is cut into."},
+    {"slices", "x", &options.sliceparam1, 0, -kInfinity, kInfinity, kAnyNumber, "",
+     "The normal of the planes that cut."},
+    {"slices", "y", &options.sliceparam2, 0, -kInfinity, kInfinity, kAnyNumber, "",
+     "The normal of the planes that cut."},
+    {"slices", "z", &options.sliceparam3, 1, -kInfinity, kInfinity, kAnyNumber, "",
+     "The normal of the planes that cut."},
+};
+
+std::span<const Parameter> Parameters()
+{
+    return kParameters;
+}
+
+const Parameter &ParameterOf(const void *field)
+{
+    return *std::find_if(std::begin(kParameters), std::end(kParameters), [=](const Parameter &parameter) {
+        return std::visit([=](const void *own) { return own == field; }, parameter.field);
+    });
+}
+
+void SetParameter(const Parameter &parameter, double value)
+{
+    if (double *const *number = std::get_if<double *>(&parameter.field))
+        **number = ApplyRule(parameter, value);
+    else
+        *std::get<int *>(parameter.field) = static_cast<int>(ApplyRule(parameter, Truncate(value)));
+}
+
+void SetDefaults(const char *group)
+{
+    for (const Parameter &parameter : kParameters)
+        if (strcmp(parameter.group, group) == 0)
+            SetParameter(parameter, parameter.standard);
+}
+
+static double ApplyRule(const Parameter &parameter, double value)
+{
+    switch (parameter.rule) {
+    case kLimited:
+        return value > parameter.low ? std::min(value, parameter.high) : parameter.low;
+    case kSignDropped:
+        return std::fabs(value);
+    case kAnyNumber:
+        break;
+    }
+    return value;
+}
+
+// Toward zero, and to the largest int in size; what is not a number gives 0.
+static int Truncate(double value)
+{
+    if (std::isnan(value))
+        return 0;
+    return static_cast<int>(std::clamp(value, -double{INT_MAX}, double{INT_MAX}));
+}

@@ -1,0 +1,35 @@
+// The parameters that a user sets, in one table: unit, range and default of each, and a sentence on it.
+
+#pragma once
+
+#include <span>
+#include <variant>
+
+// What a number becomes that is outside of a parameter's range. Where the parameter is whole, it is first cut
+// toward zero, and what is not a number becomes 0.
+enum ParameterRule {
+    kLimited,     // the limit; what is not a number becomes the lower one
+    kSignDropped, // its absolute value
+    kAnyNumber    // it is taken as it is
+};
+
+struct Parameter {
+    const char *group, *key;             // as a recipe names it: [group] key
+    std::variant<double *, int *> field; // of growthstate or options
+    double standard;                     // the default
+    double low, high;                    // the range
+    ParameterRule rule;
+    const char *unit; // "" where it has none
+    const char *sentence;
+};
+
+std::span<const Parameter> Parameters();
+
+// The parameter whose field that is: one of the table's.
+const Parameter &ParameterOf(const void *field);
+
+// Sets a parameter to a number, by its rule.
+void SetParameter(const Parameter &parameter, double value);
+
+// Gives all parameters of a group their defaults.
+void SetDefaults(const char *group);
