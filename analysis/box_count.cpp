@@ -59,6 +59,21 @@ int CountBranches()
     return 1;
 }
 
+double BoxCountSlope(int first)
+{
+    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
+    for (int level = first; level < kBoxLevels && stats.boxcount[level] > 0; level++) {
+        const double x = std::log(1 / stats.boxsize[level]);
+        const double y = std::log(stats.boxcount[level]);
+        n++;
+        sx += x;
+        sy += y;
+        sxx += x * x;
+        sxy += x * y;
+    }
+    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
+}
+
 int StartBoxCount()
 {
     if (!options.boxcountrequest) {

@@ -22,6 +22,10 @@ extern int nboxes;
 // clears (kept). Returns 1, or 0 with nothing added when memory does not suffice.
 int CountBranches();
 
+// The slope of log N against log(1/size) by least squares, over the levels from `first` on that were counted:
+// a box-counting dimension.
+double BoxCountSlope(int first);
+
 // Starts a box count: sets the request and stats.timestep, clears the levels of stats, hides the surface and
 // shows the aggregate as lines. A count that is under way starts over. Returns 1, or 0
 // with no count under way when memory does not suffice.

@@ -8,9 +8,7 @@
 
 #include <sys/resource.h>
 
-#include "floor.h"
-#include "growth/generators.h"
-#include "growth/growth_step.h"
+#include "aggregate.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 
@@ -33,12 +31,7 @@ int main(int argc, char **argv)
     printf("%10s %10s %14s %9s %14s %10s %8s\n", "particles", "seconds", "steps", "ns/step", "peak bytes/p",
            "radius", "slope");
     for (int decade = 1000; decade <= most; decade *= 10) {
-        while (ncells < decade) {
-            const HeldGenerators held;
-            for (int i = 0; i < 100; i++)
-                IterateSystem();
-            steps += 100;
-        }
+        steps += GrowOn(decade, 1L << 60);
         const double seconds = Now() - start;
         printf("%10d %10.2f %14ld %9.1f %14.1f %10.2f", ncells, seconds, steps,
                1e9 * seconds / static_cast<double>(steps), (PeakBytes() - empty) / ncells,

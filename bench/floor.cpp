@@ -1,18 +1,13 @@
 #include "floor.h"
 
-#include <chrono>
 #include <cstdlib>
 
+#include "aggregate.h"
 #include "growth/sources.h"
 #include "growth/state.h"
 
 // What the loop computes, so that no part of it can be left out.
 static volatile double kept;
-
-double Now()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 double TimeFloor(long steps)
 {

@@ -6,6 +6,3 @@
 
 // Takes `steps` steps of a walker within the current launch radius. Returns the seconds that they took.
 double TimeFloor(long steps);
-
-// Seconds of a steady clock.
-double Now();

@@ -1,11 +1,10 @@
 // The program's part of a frame: drawing the aggregate with OpenGL calls that do nothing, against a loop that
 // makes as many calls with constant arguments. Both run in turn, frame by frame.
 
-#include <chrono>
-
 #include <GL/gl.h>
 #include <benchmark/benchmark.h>
 
+#include "aggregate.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
@@ -14,11 +13,6 @@
 
 constexpr int kGrown = 100000;
 constexpr int kTubeEdges = 11;
-
-static double Seconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 // As many calls as the aggregate's branches take in a mode.
 static void DrawConstants(int mode)
@@ -52,12 +46,8 @@ static void DrawConstants(int mode)
 // A grown aggregate of 100,000 particles, and as many copies of it beside it as make up the count.
 static bool HasAggregate(int count)
 {
-    if (ncells == 0) {
-        SetProgramDefaults();
-        InitialiseGrowth();
-        while (ncells < kGrown)
-            IterateSystem();
-    }
+    if (ncells == 0)
+        GrowDefault(kGrown);
     if (!ResizeArray(&cells, static_cast<std::size_t>(count)))
         return false;
     for (int i = ncells; i < count; i++) {
@@ -79,12 +69,12 @@ static void DrawFrame(benchmark::State &state)
     }
     double drawing = 0, constant = 0;
     for (auto _ : state) {
-        const double start = Seconds();
+        const double start = Now();
         DrawDLA(mode);
-        const double middle = Seconds();
+        const double middle = Now();
         DrawConstants(mode);
         drawing += middle - start;
-        constant += Seconds() - middle;
+        constant += Now() - middle;
     }
     const double branches = static_cast<double>(state.iterations()) * (ncells - 1);
     state.counters["ns a branch"] = 1e9 * drawing / branches;

@@ -9,6 +9,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "aggregate.h"
 #include "floor.h"
 #include "growth/array.h"
 #include "growth/generators.h"
@@ -53,31 +54,18 @@ static void Start(const Setting &setting)
     ResetSeeds();
 }
 
-// Takes steps as the idle driver does, until there are `particles` particles; returns how many.
-static long Grow(int particles, long most)
-{
-    long steps = 0;
-    while (ncells < particles && steps < most) {
-        const HeldGenerators held;
-        for (int i = 0; i < 100; i++)
-            IterateSystem();
-        steps += 100;
-    }
-    return steps;
-}
-
 // From `from` to `to` particles in a setting.
 static void BM_Growth(benchmark::State &state, Setting setting, int from, int to)
 {
     for (auto _ : state) {
         Start(setting);
-        Grow(from, 1L << 60);
+        GrowOn(from, 1L << 60);
         double growth = 0;
         double floor = 0;
         long steps = 0;
         while (ncells < to) {
             const double start = Now();
-            const long taken = Grow(to, 1000000);
+            const long taken = GrowOn(to, 1000000);
             growth += Now() - start;
             floor += TimeFloor(taken);
             steps += taken;
@@ -100,7 +88,7 @@ static void BM_Surface(benchmark::State &state, Setting with)
         for (const bool surface : {false, true}) {
             Start(surface ? with : without);
             const double start = Now();
-            steps[surface] = static_cast<double>(Grow(20000, 100000000));
+            steps[surface] = static_cast<double>(GrowOn(20000, 100000000));
             seconds[surface] = Now() - start;
         }
         state.SetIterationTime(seconds[1]);
@@ -123,16 +111,16 @@ static void BM_SurfaceInPlace(benchmark::State &state, Setting with)
         const int faces = nstltri;
         double seconds[2] = {0, 0};
         for (int particles = 1000; particles <= 20000; particles += 1000) {
-            Grow(particles, 1L << 60);
+            GrowOn(particles, 1L << 60);
             const std::vector<Particle> grown(cells, cells + ncells);
             const GrowthState grownstate = growthstate;
             for (const int surface : {0, 1, 0, 1}) {
                 srand(1);
                 srand48(1);
                 nstltri = surface ? faces : 0;
-                Grow(INT_MAX, 100); // brings the index up to date
+                GrowOn(INT_MAX, 100); // brings the index up to date
                 const double start = Now();
-                Grow(INT_MAX, kStepsEach);
+                GrowOn(INT_MAX, kStepsEach);
                 seconds[surface] += Now() - start;
                 std::copy(grown.begin(), grown.end(), cells);
                 ncells = static_cast<int>(grown.size());
@@ -153,10 +141,10 @@ static void BM_SurfaceInPlace(benchmark::State &state, Setting with)
 static void BM_ChangeBranchLength(benchmark::State &state)
 {
     Start({.name = ""});
-    Grow(100000, 1L << 60);
+    GrowOn(100000, 1L << 60);
     for (auto _ : state) {
         growthstate.branchlength = growthstate.branchlength == 1 ? 0.9 : 1;
-        Grow(1000000, 100);
+        GrowOn(1000000, 100);
     }
 }
 
@@ -165,7 +153,7 @@ static void BM_Restart(benchmark::State &state)
     Start({.name = ""});
     for (auto _ : state) {
         InitialiseGrowth();
-        Grow(1000, 100);
+        GrowOn(1000, 100);
     }
 }
 
@@ -179,7 +167,7 @@ static void BM_ReadRoots(benchmark::State &state)
     fclose(file);
     for (auto _ : state) {
         ReadSeedFile(path.c_str());
-        Grow(1000000, 100);
+        GrowOn(1000000, 100);
     }
     remove(path.c_str());
 }

@@ -2,25 +2,19 @@
 // the toolkit's loop makes them, for which a display is needed. Nothing is drawn.
 
 #include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstdlib>
 
 #include <GL/freeglut.h>
 #include <benchmark/benchmark.h>
 
+#include "aggregate.h"
 #include "analysis/box_count.h"
 #include "app/idle.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"
-#include "tests/analysis/slope.h"
-
-static double Seconds()
-{
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
-}
 
 // Each particle grows from one drawn among all before it.
 static void CountMany(benchmark::State &state)
@@ -40,16 +34,9 @@ static void CountMany(benchmark::State &state)
 // Grows an aggregate of so many particles, and pauses.
 static void Grow(int count)
 {
-    SetProgramDefaults();
+    GrowDefault(count);
     options.framerate = 1e-9; // no redisplay
     options.surfacemode = kSurfaceOff;
-    ncells = 0;
-    growthstate.nroots = 1;
-    InitialiseGrowth();
-    ResetSeeds();
-    while (ncells < count)
-        IterateSystem();
-    growthstate.running = 0;
 }
 
 static void CountBoxes(benchmark::State &state)
@@ -59,23 +46,23 @@ static void CountBoxes(benchmark::State &state)
     long calls = 0;
     for (auto _ : state) {
         long counted = 0;
-        const double start = Seconds();
+        const double start = Now();
         StartBoxCount();
         while (options.boxcountrequest) {
             HandleIdle();
             counted++;
         }
-        const double middle = Seconds();
+        const double middle = Now();
         for (long i = 0; i < counted; i++)
             HandleIdle();
         counting += middle - start;
-        idling += Seconds() - middle;
+        idling += Now() - middle;
         calls += counted;
         StartBoxCount();
         while (options.boxcountrequest) {
-            const double before = Seconds();
+            const double before = Now();
             HandleIdle();
-            longest = std::max(longest, Seconds() - before);
+            longest = std::max(longest, Now() - before);
         }
     }
     int last = 9;
@@ -103,11 +90,11 @@ static void CountInLoop()
         return;
     }
     if (loop.left == 0) {
-        loop.middle = Seconds();
+        loop.middle = Now();
         loop.left = loop.calls + 1;
     }
     if (--loop.left == 0) {
-        loop.end = Seconds();
+        loop.end = Now();
         glutIdleFunc(nullptr);
         glutLeaveMainLoop();
     }
@@ -132,7 +119,7 @@ static void CountBoxesInTheLoop(benchmark::State &state)
         loop = {};
         StartBoxCount();
         glutIdleFunc(CountInLoop);
-        loop.start = Seconds();
+        loop.start = Now();
         glutMainLoop();
         counting += loop.middle - loop.start;
         idling += loop.end - loop.middle;

@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "analysis/slope.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"

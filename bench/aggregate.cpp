@@ -1,0 +1,37 @@
+#include "aggregate.h"
+
+#include <chrono>
+
+#include "growth/generators.h"
+#include "growth/growth_step.h"
+#include "growth/roots.h"
+#include "growth/state.h"
+
+constexpr int kStepsPerCall = 100;
+
+double Now()
+{
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+void GrowDefault(int particles)
+{
+    SetProgramDefaults();
+    growthstate.nroots = 1;
+    InitialiseGrowth();
+    ResetSeeds();
+    GrowOn(particles, 1L << 60);
+    growthstate.running = 0;
+}
+
+long GrowOn(int particles, long most)
+{
+    long steps = 0;
+    while (ncells < particles && steps < most) {
+        const HeldGenerators held;
+        for (int i = 0; i < kStepsPerCall; i++)
+            IterateSystem();
+        steps += kStepsPerCall;
+    }
+    return steps;
+}
