@@ -15,27 +15,13 @@
 #   keys                   keys that turn the camera and zoom, each with a count: Left*10 plus*3
 
 gallery=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-. "$gallery/../../tests/app/drive.sh"
+. "$gallery/../../tools/drive.sh"
 
 window_size=1200
 # Branches whose positions are compared.
 hashed_branches=2000
 # Seconds of growth between two looks at the number of particles.
 shortest_burst=0.05 longest_burst=3
-
-# Numbers of the menus in menu_tree.txt, which the tests hold against the program.
-declare -A menu_numbers=(["Constraint surface drawing mode"]=1 ["Save DLA as"]=2 ["DLA drawing mode"]=3
-    ["Sample constraint surfaces"]=4 ["New particle distribution"]=5 ["Initial root distribution"]=6)
-
-# choose_label MENU LABEL: chooses an entry of a menu by its label.
-choose_label() {
-    local number
-    number=$(awk -v menu="${menu_numbers[$1]}" -v label="$2" '
-        $1 == menu { row++; text = $0; sub(/^[0-9]+ [0-9]+ /, "", text); if (text == label) { print row; exit } }
-        ' "$gallery/../../tests/viewer/menu_tree.txt")
-    [ -n "$number" ] || fail "no entry $2 in $1"
-    choose "$1" "$number"
-}
 
 # value NAME: what the description in "$work/description" says of it.
 value() {
@@ -62,42 +48,42 @@ reported() {
 # Types every setting of the description, the number of roots last: it starts the run anew with all of them. Growth is
 # paused then.
 enter_settings() {
-    local row name y x text
+    local name label text
     choose "Settings"
-    while IFS='|' read -r name y; do
+    while IFS='|' read -r name label; do
         text=$(value "$name")
-        [ -z "$text" ] || type_into $settings 200 "$y" "$text"
+        [ -z "$text" ] || type_into settings "$label" "$text"
     done <<'ROWS'
-seed|75
-bias|110
-branch length|145
-stickiness|180
-rotation|215
-intersection range|290
-root range|400
+seed|Random number seed
+bias|Bias towards origin
+branch length|Branch length
+stickiness|Stickiness
+rotation|Particle rotation
+intersection range|Intersection range
+root range|Root distribution range
 ROWS
     text=$(value thickness)
     if [ -n "$text" ]; then
-        type_into $settings 200 255 "${text% *}"
-        type_into $settings 280 255 "${text#* }"
+        type_into settings "Branch thickness" "${text% *}"
+        type_into settings "to" "${text#* }"
     fi
-    [ "$(value association)" != on ] || press $settings 185 435
+    [ "$(value association)" != on ] || press settings "Associate seeds with roots"
     text=$(value roots)
-    press $settings 200 365
+    press settings "Number of roots"
     xdotool key ctrl+e ctrl+u type "${text:-1}"
     xdotool key Tab sleep 0.1 mousemove 20 580 key F3
-    press $settings 350 495
+    press settings "Hide"
 }
 
 enter_transform() {
-    local numbers k
+    local numbers k rows=(Scale Shift Rotate)
     read -ra numbers <<<"$1"
     choose "Transform constraint surface"
     for k in 0 1 2 3 4 5 6 7 8; do
-        type_into $transform $((120 + 80 * (k % 3))) $((100 + 50 * (k / 3))) "${numbers[$k]}"
+        type_into transform "${rows[k / 3]}#$((k % 3 + 1))" "${numbers[$k]}"
     done
-    press $transform 200 260
-    press $transform 290 260
+    press transform "Apply"
+    press transform "Hide"
 }
 
 # Whether the information reports the settings of the description; says what it does not.
@@ -142,15 +128,15 @@ set_up() {
 
 make_settings() {
     local text
-    choose_label "DLA drawing mode" Off
+    choose "DLA drawing mode" Off
     text=$(value source)
-    [ -z "$text" ] || choose_label "New particle distribution" "$text"
+    [ -z "$text" ] || choose "New particle distribution" "$text"
     text=$(value surface)
-    [ -z "$text" ] || choose_label "Sample constraint surfaces" "$text"
+    [ -z "$text" ] || choose "Sample constraint surfaces" "$text"
     text=$(value transform)
     [ -z "$text" ] || enter_transform "$text"
     text=$(value "root distribution")
-    [ -z "$text" ] || choose_label "Initial root distribution" "$text"
+    [ -z "$text" ] || choose "Initial root distribution" "$text"
     enter_settings
     text=$(value "seed file")
     if [ -n "$text" ]; then
@@ -182,7 +168,7 @@ grow_to() {
 # Saves the hash of the positions of the first N particles that grew, ten points a branch, from a point cloud.
 hash_of_first() {
     rm -f "$work/cloud.geom"
-    choose_label "Save DLA as" "Point cloud as GEOM"
+    choose "Save DLA as" "Point cloud as GEOM"
     select_file "$work/cloud.geom"
     for _ in $(seq 50); do
         [ "$(wc -l 2>/dev/null <cloud.geom)" -ge $((10 * $1)) ] && break
@@ -205,9 +191,9 @@ take_picture() {
     local text
     aim_camera "$(value keys)"
     text=$(value "surface drawing")
-    [ -z "$text" ] || choose_label "Constraint surface drawing mode" "$text"
+    [ -z "$text" ] || choose "Constraint surface drawing mode" "$text"
     text=$(value drawing)
-    choose_label "DLA drawing mode" "${text:-Tubes (Slow)}"
+    choose "DLA drawing mode" "${text:-Tubes (Slow)}"
     text=$(value window)
     xdotool mousemove 1500 1150 windowsize "$window" "${text:-$window_size}" "${text:-$window_size}"
     sleep 2

@@ -40,12 +40,12 @@ key F3
 
 # The settings.
 choose "Settings"
-type_into $settings 200 75 3
-type_into $settings 200 255 0.03
-type_into $settings 280 255 0.6
-id=$(panel $settings)
+type_into settings "Random number seed" 3
+type_into settings "Branch thickness" 0.03
+type_into settings "to" 0.6
+id=$(panel settings)
 timeout 20 xwd -silent -id "$id" | xwdtopnm 2>/dev/null | pnmquant 64 2>/dev/null | pnmtopng >"$here/tutorial-settings.png"
-press $settings 350 495
+press settings "Hide"
 key F4
 sleep 3
 while :; do
@@ -59,7 +59,7 @@ cat info.txt
 half_window grown
 
 # Tubes, without circles and axes, from above.
-choose_label "DLA drawing mode" "Tubes (Slow)"
+choose "DLA drawing mode" "Tubes (Slow)"
 key F1
 aim_camera "Up*15 Right*20"
 xdotool mousemove 1500 1150
@@ -67,7 +67,7 @@ sleep 4
 half_window tubes
 
 # The scene and its rendering.
-choose_label "Save DLA as" "PovRay (Cylinders + Spheres)"
+choose "Save DLA as" "PovRay (Cylinders + Spheres)"
 select_file cylinder.pov
 sleep 1
 tail -5 cylinder.pov

@@ -3,7 +3,7 @@
 # can be mounted.
 set -eu
 program=$1
-. "$(dirname "$0")/drive.sh"
+. "$(dirname "$0")/../../tools/drive.sh"
 
 disk=$work/disk
 mkdir "$disk"
@@ -34,12 +34,12 @@ sleep 1
 key F3
 save kept.txt "Save simulation information"
 wait_for "the information" [ -s kept.txt ]
-save kept.pov "Save DLA as" 2
+save kept.pov "Save DLA as" "PovRay (Cylinders + Spheres)"
 wait_for "the scene" [ -s kept.pov ]
 cp kept.txt kept.pov "$work"
 dd if=/dev/zero of=filler bs=4k 2>/dev/null || true
 
-save kept.pov "Save DLA as" 2
+save kept.pov "Save DLA as" "PovRay (Cylinders + Spheres)"
 wait_for "a line about the scene" told 1 'Cannot write ".*kept.pov": No space left on device'
 save kept.txt "Save simulation information"
 answer
@@ -56,7 +56,7 @@ told 1 'Cannot write "0000.tga": No space left on device' || fail "recording: $(
 rm filler
 xdotool mousemove 20 580 key w
 wait_for "a capture" [ -s 0000.tga ]
-save kept.pov "Save DLA as" 9
+save kept.pov "Save DLA as" "Point cloud as DXF"
 wait_for "another model" grep -q '^LAYER1' kept.pov
 key q
 wait $pid || fail "the program ended with status $?"

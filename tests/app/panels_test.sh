@@ -3,92 +3,90 @@
 # limits, buttons do their work, odd input does no harm.
 set -eu
 program=$1
-. "$(dirname "$0")/drive.sh"
-input=200 # the column of the settings' inputs
-
+. "$(dirname "$0")/../../tools/drive.sh"
 start
 choose "Settings"
 expect settingformvisible 1
-while read -r y text name value; do
-    type_into $settings $input "$y" "$text"
+while IFS='|' read -r label text name value; do
+    type_into settings "$label" "$text"
     expect "$name" "$value"
 done <<'TABLE'
-75 777 seed 777
-75 -9 seed 9
-75 letters seed 0
-110 0.5 bias 0.5
-110 7 bias 1
-110 -1 bias 0
-145 0.5 branchlength 0.5
-145 -3 branchlength 0.01
-145 nan branchlength 0.01
-145 1e308 branchlength 1e+308
-145 1 branchlength 1
-180 50 stickiness 50
-180 1e308 stickiness 100
-180 0 stickiness 1
-180 100 stickiness 100
-215 9 rotation 5
-215 -9 rotation -5
-215 0 rotation 0
-255 -0.02 thickto 0.02
-290 5 intersectrange 5
-290 99 intersectrange 90
-290 0 intersectrange 0
-365 -4 nroots 4
-365 0 nroots 0
+Random number seed|777|seed|777
+Random number seed|-9|seed|9
+Random number seed|letters|seed|0
+Bias towards origin|0.5|bias|0.5
+Bias towards origin|7|bias|1
+Bias towards origin|-1|bias|0
+Branch length|0.5|branchlength|0.5
+Branch length|-3|branchlength|0.01
+Branch length|nan|branchlength|0.01
+Branch length|1e308|branchlength|1e+308
+Branch length|1|branchlength|1
+Stickiness|50|stickiness|50
+Stickiness|1e308|stickiness|100
+Stickiness|0|stickiness|1
+Stickiness|100|stickiness|100
+Particle rotation|9|rotation|5
+Particle rotation|-9|rotation|-5
+Particle rotation|0|rotation|0
+Branch thickness|-0.02|thickto|0.02
+Intersection range|5|intersectrange|5
+Intersection range|99|intersectrange|90
+Intersection range|0|intersectrange|0
+Number of roots|-4|nroots|4
+Number of roots|0|nroots|0
 TABLE
-type_into $settings 280 255 0.5
+type_into settings "to" 0.5
 expect thickfrom 0.5
-type_into $settings $input 75 ""
+type_into settings "Random number seed" ""
 expect seed 0
 
 # More roots than memory holds: a message, and the number of roots stays.
-type_into $settings $input 365 3
+type_into settings "Number of roots" 3
 expect nroots 3
-choose "Initial root distribution" 5
+choose "Initial root distribution" "Ring: x axis plane"
 expect roottype 5
-type_into $settings $input 365 2000000000
+type_into settings "Number of roots" 2000000000
 answer
 expect nroots 3
-type_into $settings $input 400 8
+type_into settings "Root distribution range" 8
 expect rootrange 8
 expect placed 3
 expect rootname "Random: z axis plane"
-press $settings 185 435
+press settings "Associate seeds with roots"
 expect association 1
-press $settings 350 495
+press settings "Hide"
 expect settingformvisible 0
-[ -z "$(panel $settings)" ] || fail "the settings are still there"
+[ -z "$(panel settings)" ] || fail "the settings are still there"
 
 # A sample surface, transformed; the panel returns to the identity after each time.
-choose "Sample constraint surfaces" 5
+choose "Sample constraint surfaces" "Box"
 expect surfacename Box
 expect nstltri 16
 choose "Transform constraint surface"
-type_into $transform 120 100 2
-press $transform 200 260
+type_into transform "Scale" 2
+press transform "Apply"
 expect stlmaxx 56.56854249
-press $transform 200 260
+press transform "Apply"
 expect stlmaxx 56.56854249
-type_into $transform 120 100 0.5
-press $transform 200 260
+type_into transform "Scale" 0.5
+press transform "Apply"
 expect stlmaxx 28.28427125
-press $transform 290 260
+press transform "Hide"
 expect stlformvisible 0
-choose "Constraint surface drawing mode" 5
+choose "Constraint surface drawing mode" "Faces, solid"
 expect surfacemode 5
-choose "DLA drawing mode" 1
+choose "DLA drawing mode" "Off"
 expect dlamode 1
-choose "New particle distribution" 17
+choose "New particle distribution" "STL surface"
 expect sourcetype 17
 
 choose "Compute/save slices"
-type_into $slicing 180 145 1
+type_into slicing "Number of slices" 1
 expect slicecount 2
-type_into $slicing 180 95 0.5
+type_into slicing "Plane normal" 0.5
 expect sliceparam1 0.5
-press $slicing 350 215
+press slicing "Hide"
 expect sliceformvisible 0
 
 # Files: cancelled, missing, empty, good.
@@ -118,7 +116,7 @@ choose "Read constraint surface from STL file"
 select_file "$work/missing.stl"
 answer
 expect nstltri 16
-choose "Constraint surface drawing mode" 1
+choose "Constraint surface drawing mode" "Off"
 expect surfacemode 1
 choose "Read constraint surface from STL file"
 select_file "$work/face.stl"

@@ -4,7 +4,7 @@
 # reported.
 set -eu
 program=$1
-. "$(dirname "$0")/drive.sh"
+. "$(dirname "$0")/../../tools/drive.sh"
 start_window_manager
 
 # Pixels of the window that are not black.
@@ -98,38 +98,38 @@ key h F2
 wait_for "the information" shows "$white"
 
 # Three roots on a ring and walkers from a plane, from the start.
-choose "Initial root distribution" 7
+choose "Initial root distribution" "Ring: z axis plane"
 choose "Settings"
-type_into $settings 200 365 3
+type_into settings "Number of roots" 3
 
 # With a panel open, a file selector has the keyboard at once.
 owner=$(printf 'window id # 0x%x' "$window")
-xprop -id "$(panel $settings)" WM_TRANSIENT_FOR | grep -q "$owner$" || fail "the panel has another owner"
-xprop -id "$(panel $settings)" _NET_WM_STATE | grep -q SKIP_TASKBAR || fail "the panel is in the taskbar"
+xprop -id "$(panel settings)" WM_TRANSIENT_FOR | grep -q "$owner$" || fail "the panel has another owner"
+xprop -id "$(panel settings)" _NET_WM_STATE | grep -q SKIP_TASKBAR || fail "the panel is in the taskbar"
 choose "Save simulation information"
 wait_for "a file selector with the keyboard" has_focus "FileSelector"
 xprop -id "$(xdotool getactivewindow)" WM_TRANSIENT_FOR | grep -q "$owner$" || fail "the selector has another owner"
 xdotool type --delay 5 -- "$work/typed.txt"
 xdotool key Return
 wait_for "the file typed" is_saved "$work/typed.txt"
-press $settings 350 495
-choose "New particle distribution" 13
+press settings "Hide"
+choose "New particle distribution" "Plane (z)"
 key F2
 grow_a_little
 
 # A box around it all, drawn solid, then half as large; the branches as tubes.
-choose "Sample constraint surfaces" 5
-choose "Constraint surface drawing mode" 2
+choose "Sample constraint surfaces" "Box"
+choose "Constraint surface drawing mode" "Faces, wireframe"
 wait_for "a wireframe" shows "12[78] +12[78] +12[78]"
 picture before.ppm
 choose "Transform constraint surface"
-for x in 120 200 280; do type_into $transform $x 100 0.5; done
-press $transform 200 260
-press $transform 290 260
+for n in 1 2 3; do type_into transform "Scale#$n" 0.5; done
+press transform "Apply"
+press transform "Hide"
 wait_for "another box" differs before.ppm
-choose "DLA drawing mode" 4
+choose "DLA drawing mode" "Tubes (Slow)"
 wait_for "shaded tubes" is_coloured 100
-choose "DLA drawing mode" 3
+choose "DLA drawing mode" "Lines"
 wait_for "lines" is_still
 has_statistics && fail "statistics from the start"
 key F5
@@ -153,21 +153,21 @@ awk '/Box counting/ { boxes = 1; next } boxes && NF == 4 { if (!levels++) first 
     END { exit !(levels >= 3 && first > 0 && last > first) }' run.txt ||
     fail "box count: $(sed -n "/Box counting/,\$p" run.txt)"
 
-save sweep.pov "Save DLA as" 1
+save sweep.pov "Save DLA as" "PovRay (Sphere sweep)"
 awk -v n="$branches" '/ Length: / { sum += $3 - 1; chains++ } / cone {$| sphere_sweep {$/ { bodies++ }
     END { exit !(sum == n && bodies == chains) }' sweep.pov || fail "sweep.pov: chains of other than $branches branches"
-save cones.pov "Save DLA as" 2
+save cones.pov "Save DLA as" "PovRay (Cylinders + Spheres)"
 count "$branches" "^ cone {" cones.pov
 count "$branches" "^ sphere {" cones.pov
 count 16 "^ triangle {" cones.pov
-save model.geom "Save DLA as" 3
+save model.geom "Save DLA as" "GEOM (Cylinders + Spheres)"
 count "$branches" "^c " model.geom
 count 16 "^f3 " model.geom
-save spheres.wrl "Save DLA as" 4
-save capped.wrl "Save DLA as" 5
-save coarse.wrl "Save DLA as" 6
-save medium.wrl "Save DLA as" 7
-save fine.wrl "Save DLA as" 8
+save spheres.wrl "Save DLA as" "VRML (Cylinders + Spheres)"
+save capped.wrl "Save DLA as" "VRML (Cylinders + Endcaps + Spheres)"
+save coarse.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), low resolution"
+save medium.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), medium resolution"
+save fine.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), high resolution"
 for file in spheres.wrl capped.wrl; do
     count $((branches + 16)) "IndexedFaceSet {" $file
     count "$branches" "geometry Sphere {" $file
@@ -176,24 +176,24 @@ for file in coarse.wrl medium.wrl fine.wrl; do count $((2 * branches + 16)) "Ind
 [ "$(head -qn 1 ./*.wrl | sort | uniq -c | tr -s ' ')" = " 5 #VRML V2.0 utf8" ] || fail "heads of VRML files"
 [ "$(stat -c %s coarse.wrl)" -lt "$(stat -c %s medium.wrl)" ] || fail "the coarse mesh is no smaller"
 [ "$(stat -c %s medium.wrl)" -lt "$(stat -c %s fine.wrl)" ] || fail "the fine mesh is no larger"
-save cloud.dxf "Save DLA as" 9
+save cloud.dxf "Save DLA as" "Point cloud as DXF"
 count $((10 * branches)) "^POINT$" cloud.dxf
 [ "$(tail -1 cloud.dxf)" = EOF ] || fail "cloud.dxf is not complete"
-save cloud.geom "Save DLA as" 10
+save cloud.geom "Save DLA as" "Point cloud as GEOM"
 count $((10 * branches)) "^p " cloud.geom
 save box.stl "Save constraint surface to STL file"
 count 16 "^facet " box.stl
-choose "Save DLA as" 9
+choose "Save DLA as" "Point cloud as DXF"
 select_file
-choose "Save DLA as" 1
+choose "Save DLA as" "PovRay (Sphere sweep)"
 select_file "$work/no/such/place.pov"
 
 # Four slices along z: each piece lies in its slab, each branch in at least one of them.
 choose "Compute/save slices"
-type_into $slicing 180 145 4
-press $slicing 260 215
+type_into slicing "Number of slices" 4
+press slicing "Slice"
 wait_for "slices" is_saved "$work/slice_003.txt"
-press $slicing 350 215
+press slicing "Hide"
 [ "$(ls slice_* | wc -l)" -eq 4 ] || fail "slices: $(ls slice_*)"
 for slice in 0 1 2 3; do
     awk -v k="$slice" -v r="$(reported "Current radius")" '

@@ -5,7 +5,7 @@ set -eu
 program=$1
 shift
 [ $# -gt 0 ] || set -- 5000
-. "$(dirname "$0")/drive.sh"
+. "$(dirname "$0")/../../tools/drive.sh"
 
 # Records anew.
 look() {
@@ -19,12 +19,12 @@ is_counting() { look && [ "$(value_of boxcountrequest)" -eq 1 ]; }
 is_done() { ! is_counting; }
 
 start
-choose "Constraint surface drawing mode" 1
+choose "Constraint surface drawing mode" "Off"
 key F1 F2
 for particles in "$@"; do
-    choose "DLA drawing mode" 1
+    choose "DLA drawing mode" "Off"
     until has "$particles"; do sleep 1; done
-    choose "DLA drawing mode" 4
+    choose "DLA drawing mode" "Tubes (Slow)"
     sleep 3
     look
     cp records before
@@ -42,9 +42,9 @@ for particles in "$@"; do
             exit share < least
         }' || fail "growth is starved"
     choose "Settings"
-    type_into $settings 200 75 4321
+    type_into settings "Random number seed" 4321
     expect seed 4321
-    press $settings 350 495
+    press settings "Hide"
     expect settingformvisible 0
 done
 key F3 F5

@@ -2,7 +2,7 @@
 # Dual-screen stereo shows a picture of its own in each half of the window, and Escape ends the program.
 set -eu
 program=$1
-. "$(dirname "$0")/drive.sh"
+. "$(dirname "$0")/../../tools/drive.sh"
 
 is_coloured() {
     picture stereo.ppm

@@ -35,6 +35,12 @@ pick() {
     shift "$drawn"
     picked=$1
 }
+# pick_label MENU: the label of one of its entries.
+pick_label() {
+    local labels
+    mapfile -t labels < <(labels_of "$1")
+    pick "${labels[@]}"
+}
 tell() { echo "$action: $*"; }
 
 odd_numbers=("" 0 -1 x1 nan -inf inf 1e308 -1e308 1e-300 2000000000 1.2.3 %s%n 0x1p9 "1 2"
@@ -85,9 +91,9 @@ close_menus() {
 }
 # Side by side below the window.
 place_panels() {
-    local x=0 size id
-    for size in $settings $transform $slicing; do
-        id=$(panel "$size")
+    local x=0 name id
+    for name in settings transform slicing; do
+        id=$(panel "$name")
         [ -z "$id" ] || xdotool windowmove "$id" $x 640
         x=$((x + 430))
     done
@@ -146,12 +152,12 @@ drag() {
 }
 choose_mode() {
     local entry
-    pick "DLA drawing mode 4" "Constraint surface drawing mode 5" "New particle distribution 17" \
-        "Sample constraint surfaces 11" "Initial root distribution 7"
-    entry=${picked% *}
-    draw "${picked##* }"
-    tell "menu $entry $((drawn + 1))"
-    choose "$entry" $((drawn + 1))
+    pick "DLA drawing mode" "Constraint surface drawing mode" "New particle distribution" "Sample constraint surfaces" \
+        "Initial root distribution"
+    entry=$picked
+    pick_label "$entry"
+    tell "menu $entry, $picked"
+    choose "$entry" "$picked"
 }
 choose_command() {
     pick "-" "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)" \
@@ -166,56 +172,57 @@ dismiss_menu() {
     xdotool mousemove 60 230 mousemove 62 232
 }
 settings() {
-    local y
-    open_panel "Settings" $settings
+    local label
+    open_panel "Settings" settings
     for _ in 1 2 3; do
-        pick 75 110 145 180 215 255 290 365 365 400 435
-        y=$picked
-        case $y in
-        365) pick 0 1 2 3 4 50 1000 -4 x1 nan "" 2000000000 ;;
-        145) pick_number 1 2 0.5 ;;
-        400) pick_number 10 50 0.1 ;;
+        pick "Random number seed" "Bias towards origin" "Branch length" "Stickiness" "Particle rotation" "Branch thickness" \
+            "Intersection range" "Number of roots" "Number of roots" "Root distribution range" "Associate seeds with roots"
+        label=$picked
+        case $label in
+        "Number of roots") pick 0 1 2 3 4 50 1000 -4 x1 nan "" 2000000000 ;;
+        "Branch length") pick_number 1 2 0.5 ;;
+        "Root distribution range") pick_number 10 50 0.1 ;;
         *) pick_number 12345 0.5 5 50 100 ;;
         esac
-        tell "settings, input at $y: $picked"
-        if [ "$y" -eq 435 ]; then
-            press $settings 185 435
+        tell "settings, $label: $picked"
+        if [ "$label" = "Associate seeds with roots" ]; then
+            press settings "$label"
         else
-            type_into $settings 200 "$y" "$picked"
+            type_into settings "$label" "$picked"
             look
         fi
     done
-    hide_at_times $settings 350 495
+    hide_at_times settings "Hide"
 }
 transform() {
-    local x y
-    open_panel "Transform constraint surface" $transform
+    local input
+    open_panel "Transform constraint surface" transform
     for _ in 1 2; do
-        pick 120 200 280
-        x=$picked
-        pick 100 150 200
-        y=$picked
+        pick Scale Shift Rotate
+        input=$picked
+        pick 1 2 3
+        input=$input#$picked
         pick_number 1 2 0.5 -1 45 90
-        tell "transform, input at $x,$y: $picked"
-        type_into $transform "$x" "$y" "$picked"
+        tell "transform, $input: $picked"
+        type_into transform "$input" "$picked"
     done
-    press $transform 200 260
-    hide_at_times $transform 290 260
+    press transform "Apply"
+    hide_at_times transform "Hide"
 }
 slices() {
-    local x
-    open_panel "Compute/save slices" $slicing
-    pick 180 265 350
-    x=$picked
+    local input
+    open_panel "Compute/save slices" slicing
+    pick 1 2 3
+    input="Plane normal#$picked"
     pick_number 0 1 -1 0.5
-    tell "slices, input at $x: $picked"
-    type_into $slicing "$x" 95 "$picked"
+    tell "slices, $input: $picked"
+    type_into slicing "$input" "$picked"
     pick 1 2 7 60 -3 x1 nan "" 2000000000
     tell "slices: $picked"
-    type_into $slicing 180 145 "$picked"
-    press $slicing 260 215
+    type_into slicing "Number of slices" "$picked"
+    press slicing "Slice"
     look
-    hide_at_times $slicing 350 215
+    hide_at_times slicing "Hide"
 }
 save() {
     local entry
@@ -223,7 +230,10 @@ save() {
     case $drawn in
     10) entry=("Save constraint surface to STL file") ;;
     11) entry=("Save simulation information") ;;
-    *) entry=("Save DLA as" $((drawn + 1))) ;;
+    *)
+        pick_label "Save DLA as"
+        entry=("Save DLA as" "$picked")
+        ;;
     esac
     pick new kept kept "" no/such/place . "a b" "$(printf 'long%.0s' $(seq 60))"
     tell "save ${entry[*]}: \"$picked\""
@@ -294,13 +304,13 @@ prepare_files() {
 
 # Puts in order what decides how much memory is in use, and notes that.
 rest() {
-    choose "Sample constraint surfaces" 1
-    open_panel "Settings" $settings
-    for input in "145 1" "400 10" "365 1"; do
-        type_into $settings 200 $input
+    choose "Sample constraint surfaces" "None"
+    open_panel "Settings" settings
+    for input in "Branch length|1" "Root distribution range|10" "Number of roots|1"; do
+        type_into settings "${input%|*}" "${input#*|}"
         look
     done
-    press $settings 350 495
+    press settings "Hide"
     key F4 F3
     look
     held+=("$(value_of heap)")
@@ -328,7 +338,7 @@ case $((seed % 3)) in
 2) start -ss ;;
 esac
 width=$([ $((seed % 3)) -eq 2 ] && echo 1600 || echo 800)
-choose "Sample constraint surfaces" 5
+choose "Sample constraint surfaces" "Box"
 choose "Save constraint surface to STL file"
 select_file "$work/box.stl"
 files_at_first=$(files)

@@ -1,8 +1,10 @@
-# Drives the real program on a virtual display as a person would: sourced by the tests with `program` set.
+# Drives the real program on a virtual display as a person would: sourced by tests, and by the scripts that make pictures,
+# with `program` set.
 
 title="Diffusion Limited Aggregation"
 work=$(mktemp -d)
-. "$(dirname "${BASH_SOURCE[0]}")/../../packaging/packages.sh"
+project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+. "$project/packaging/packages.sh"
 start_virtual_display
 trap 'kill "$virtual_display" 2>/dev/null; rm -rf "$work"' EXIT
 cd "$work"
@@ -84,8 +86,23 @@ main_menu=("Settings" "Save DLA as" "Save constraint surface to STL file" "Compu
     "Calculate statistics (f5)" "-" "Quit (q)")
 entry_height=25
 
-# choose ENTRY [NUMBER]: chooses an entry of the main menu, or the entry NUMBER (from 1) of the menu it opens.
+# The menus that entries of the main menu open, by their numbers in menu_tree.txt, which the tests hold against the program.
+declare -A menu_numbers=(["Constraint surface drawing mode"]=1 ["Save DLA as"]=2 ["DLA drawing mode"]=3
+    ["Sample constraint surfaces"]=4 ["New particle distribution"]=5 ["Initial root distribution"]=6)
+
+# labels_of MENU: the labels of a menu's entries, from top to bottom.
+labels_of() {
+    sed -nE "s/^${menu_numbers[$1]} [0-9]+ (.*)/\1/p" "$project/tests/viewer/menu_tree.txt"
+}
+
+# choose ENTRY [LABEL]: chooses an entry of the main menu, or the entry with that label of the menu it opens.
 choose() {
+    local number
+    if [ $# -gt 1 ]; then
+        number=$(labels_of "$1" | grep -nxF -- "$2" | cut -d : -f 1)
+        [ -n "$number" ] || fail "no entry $2 in $1"
+        set -- "$1" "$number"
+    fi
     local row=0 y
     until [ "${main_menu[$row]}" = "$1" ]; do
         row=$((row + 1))
@@ -109,20 +126,55 @@ choose() {
     sleep 0.2
 }
 
-# The panels by their sizes; panel SIZE prints the window, or nothing while it is hidden.
-settings=411x531 transform=351x291 slicing=421x251
+# The panels by their sizes.
+declare -A panel_sizes=([settings]="411 531" [transform]="351 291" [slicing]="421 251")
+
+# panel NAME: prints the panel's window, or nothing while it is hidden.
 panel() {
-    xwininfo -root -tree | awk -v size="$1" '/XForm/ && index($0, " " size "+") { print $1; exit }'
+    xwininfo -root -tree | awk -v size="${panel_sizes[$1]/ /x}" '/XForm/ && index($0, " " size "+") { print $1; exit }'
 }
 
 has_panel() { [ -n "$(panel "$1")" ]; }
 
-# press PANEL X Y: clicks at a place of a panel.
+# place PANEL LABEL[#N]: the middle of what bears a label in panel_layout.txt, which the tests hold against the program. A
+# text stands for the input to its right, or the Nth one.
+place() {
+    local label=${2%#*} number=1
+    [ "$label" = "$2" ] || number=${2##*#}
+    awk -v size="${panel_sizes[$1]}" -v label="$label" -v wanted="$number" '
+        $1 == "form" { found = $2 " " $3 == size }
+        !found || !/^(button|checkbutton|input|text) / { next }
+        {
+            split($0, quoted, "\"")
+            split($0, parts, ", ")
+            split(parts[2], at, " ")
+            x = at[1] + at[3] / 2
+            y = at[2] + at[4] / 2
+            if (quoted[2] == label && $1 != "text") { print int(x), int(y); exit }
+            if (quoted[2] == label) { textx = x; texty = y }
+            if ($1 == "input") { inputs++; xs[inputs] = x; ys[inputs] = y }
+        }
+        END {
+            if (texty == "") exit
+            while (wanted-- > 0) {
+                next_x = ""
+                for (i = 1; i <= inputs; i++)
+                    if (ys[i] - texty < 12 && texty - ys[i] < 12 && xs[i] > textx && (next_x == "" || xs[i] < next_x))
+                        next_x = xs[i]
+                textx = next_x
+            }
+            if (textx != "") print int(textx), int(texty)
+        }' "$project/tests/growth/panel_layout.txt"
+}
+
+# press PANEL LABEL: clicks at what bears the label.
 press() {
-    local id
+    local id at
+    at=$(place "$1" "$2")
+    [ -n "$at" ] || fail "nothing is labelled $2 in $1"
     wait_for "the panel $1" has_panel "$1"
     id=$(panel "$1")
-    xdotool mousemove --window "$id" "$2" "$3" click 1
+    xdotool mousemove --window "$id" $at click 1
     sleep 0.2
 }
 
@@ -152,11 +204,11 @@ select_file() {
     sleep 0.2
 }
 
-# type_into PANEL X Y TEXT: replaces the text of the input there and leaves it.
+# type_into PANEL LABEL TEXT: replaces the text of the input there and leaves it.
 type_into() {
-    press "$1" "$2" "$3"
+    press "$1" "$2"
     xdotool key ctrl+e ctrl+u
-    [ -z "$4" ] || xdotool type -- "$4"
+    [ -z "$3" ] || xdotool type -- "$3"
     xdotool key Tab
     sleep 0.2
 }
