@@ -1,136 +1,125 @@
+// Keys, mouse and camera: what each input leaves, from the same oblique view.
+
 #include "viewer/input.h"
+
+#include <cmath>
+#include <functional>
 
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
 #include "fakes/recorder.h"
-#include "growth/state.h"
+#include "golden.h"
+#include "growth/scenario.h"
 #include "viewer/camera.h"
 
-class Input : public testing::Test
+static std::string Vectors()
 {
-protected:
-    void SetUp() override
-    {
-        SetProgramDefaults();
-        CameraHome();
-        fakemodifiers = 0;
+    std::string text;
+    for (const Vector v : {camera.vp, camera.vd, camera.vu, camera.pr}) {
+        char line[100];
+        snprintf(line, sizeof line, " (%.9g, %.9g, %.9g)", v.x + 0.0, v.y + 0.0, v.z + 0.0);
+        text += line;
     }
+    return text;
+}
 
-    static void Press(const char *keys)
-    {
-        for (; *keys != '\0'; keys++)
-            HandleKeyboard(static_cast<unsigned char>(*keys), 5, 5);
-    }
-};
-
-TEST_F(Input, ZoomStopsOneStepBeyondItsBounds)
+// The camera and all that input changes, in a line; a change of growth shows in its flags.
+static std::string State()
 {
-    const struct {
-        const char *keys;
-        double before, after;
-    } rows[] = {
-        {"+", 60, 57}, {"=", 60, 57}, {"+", 1, 1},   {"+", 1.01, 0.9595},   {"++", 1.01, 0.9595},
-        {"-", 57, 60}, {"_", 57, 60}, {"-", 90, 90}, {"--", 89, 89 / 0.95},
+    char line[200];
+    snprintf(line, sizeof line,
+             " %.9g; spin %d, record %d, dump %d, extras %d, info %d, running %d, launches %d; "
+             "button %d, shift %d, %d %d\n",
+             camera.aperture, options.autospin, options.recordframes, options.dumpnext, options.showextras,
+             options.showinfo, growthstate.running, nseeds, interfacestate.button, interfacestate.shift,
+             interfacestate.mousex, interfacestate.mousey);
+    return Vectors() + line;
+}
+
+static void LookObliquely()
+{
+    StartAfresh();
+    CameraHome();
+    RotateCamera(0.4, 0, 0);
+    RotateCamera(0, -0.3, 0);
+    RotateCamera(0, 0, 0.2);
+    nseeds = 5;
+    fakemodifiers = 0;
+}
+
+TEST(Input, LeavesWhatItDidRightBefore)
+{
+    std::string text;
+    const auto add = [&](const std::string &name, const std::function<void()> &input) {
+        LookObliquely();
+        input();
+        text += name + State();
     };
-    for (const auto &row : rows) {
-        camera.aperture = row.before;
-        Press(row.keys);
-        EXPECT_DOUBLE_EQ(camera.aperture, row.after) << row.keys << row.before;
-    }
-}
-
-TEST_F(Input, DollyMovesTheViewPointAlongItsLine)
-{
-    camera.vp = {30, 0, 40};
-    Press(">.");
-    EXPECT_NEAR(camera.vp.x, 30 * 0.95 * 0.95, 1e-12);
-    EXPECT_NEAR(camera.vp.z, 40 * 0.95 * 0.95, 1e-12);
-    EXPECT_EQ(camera.vd.x, -1);
-    Press("<,");
-    EXPECT_NEAR(Modulus(camera.vp), 50, 1e-12);
-    CameraHome();
-    Press(">>>>>>>>>>>>>>>>>>>>");
-    EXPECT_NEAR(camera.vp.x, 60 * std::pow(0.95, 20), 1e-12);
-}
-
-TEST_F(Input, KeysTurnAndSwitch)
-{
-    Press("[");
-    EXPECT_NEAR(camera.vu.y, -std::sin(0.02), 1e-12);
-    Press("]]");
-    EXPECT_NEAR(camera.vu.y, std::sin(0.02), 1e-12);
-    Press("h");
-    EXPECT_EQ(camera.vu.y, 0);
-    Press("aaaA");
-    EXPECT_EQ(options.autospin, 2);
-    Press("rRr");
-    EXPECT_EQ(options.recordframes, 1);
-    Press("w");
-    EXPECT_EQ(options.dumpnext, 1);
-    Press("W");
-    EXPECT_EQ(options.dumpnext, 0);
-    const Camera before = camera;
-    Press("xyz 0123\n");
-    EXPECT_EQ(before.vp.x, camera.vp.x);
-    EXPECT_EQ(before.vu.z, camera.vu.z);
-    for (const char *key : {"q", "Q", "\x1b"})
-        EXPECT_EXIT(Press(key), testing::ExitedWithCode(0), "");
-}
-
-TEST_F(Input, ArrowsTurnTheCameraUnlessShiftIsHeld)
-{
-    const struct {
-        int key;
-        double ix, iy;
-    } rows[] = {{GLUT_KEY_LEFT, -0.02, 0},
-                {GLUT_KEY_RIGHT, 0.02, 0},
-                {GLUT_KEY_UP, 0, 0.02},
-                {GLUT_KEY_DOWN, 0, -0.02}};
-    for (const auto &row : rows) {
+    for (const char key : std::string("+=-_<,>.hH[]aArRwWxyz 0\n"))
+        for (const double aperture : {60.0, 1.0, 1.01, 89.0, 90.0})
+            add(std::string("key ") + key, [=] {
+                camera.aperture = aperture;
+                HandleKeyboard(static_cast<unsigned char>(key), 5, 6);
+            });
+    for (int key = 0; key <= 120; key++)
+        for (const int modifiers : {0, GLUT_ACTIVE_SHIFT, GLUT_ACTIVE_SHIFT | GLUT_ACTIVE_CTRL})
+            if (key <= GLUT_KEY_F6 || key >= GLUT_KEY_LEFT)
+                if (key != GLUT_KEY_F5) // counts boxes
+                    add("special " + std::to_string(key), [=] {
+                        fakemodifiers = modifiers;
+                        HandleSpecialKeyboard(key, 5, 6);
+                    });
+    for (int button = 0; button <= 3; button++)
+        for (const int state : {GLUT_DOWN, GLUT_UP})
+            for (const int modifiers : {0, GLUT_ACTIVE_SHIFT})
+                for (const int recorded : {-1, 0, 1})
+                    add("drag " + std::to_string(button), [=] {
+                        interfacestate.button = recorded;
+                        fakemodifiers = modifiers;
+                        HandleMouse(button, state, 10, 20);
+                        HandleMouseMotion(110, -13);
+                        HandlePassiveMotion(3, 4);
+                        HandleMouseMotion(4, 4);
+                    });
+    for (const Vector turn : {Vector{0, 0, 0}, Vector{0.1, 0, 0}, Vector{0, 0.1, 0}, Vector{0, 0, 0.1},
+                              Vector{0.1, 0.2, 0.3}, Vector{kTwoPi / 4, 0, 0}})
+        add("turn", [=] {
+            camera.vp = {30, 40,
+                         5}; // aside: a turn goes back to the line through the origin, a roll does not
+            camera.vu = {0, 0, 5};
+            RotateCamera(turn.x, turn.y, turn.z);
+        });
+    add("home", [] {
+        camera.stereo = kStereoDualScreen;
+        camera.screenwidth = 123;
+        camera.vp = {1, 2, 3};
         CameraHome();
-        RotateCamera(row.ix, row.iy, 0);
-        const Camera expected = camera;
-        CameraHome();
-        fakemodifiers = GLUT_ACTIVE_SHIFT;
-        HandleSpecialKeyboard(row.key, 0, 0);
-        EXPECT_EQ(camera.vp.x, 60);
-        fakemodifiers = GLUT_ACTIVE_SHIFT | GLUT_ACTIVE_CTRL; // is not shift
-        HandleSpecialKeyboard(row.key, 0, 0);
-        EXPECT_EQ(camera.vp.y, expected.vp.y);
-        EXPECT_EQ(camera.vp.z, expected.vp.z);
-        EXPECT_EQ(camera.vu.x, expected.vu.x);
-    }
+        EXPECT_EQ(camera.stereo, kStereoDualScreen); // these stay
+        EXPECT_EQ(camera.screenwidth, 123);
+        camera.stereo = kStereoNone;
+    });
+    ExpectGolden("input.txt", text);
 }
 
-TEST_F(Input, DragsFollowTheRecordedButton)
+TEST(Input, QuitsAtOnce)
 {
-    HandleMouseMotion(50, 50); // no button yet
-    EXPECT_EQ(camera.vp.x, 60);
-    HandleMouse(GLUT_LEFT_BUTTON, GLUT_DOWN, 10, 10);
-    HandleMouseMotion(110, 10); // a drag to the right by 100 pixels turns by -1 radian
-    EXPECT_NEAR(camera.vd.x, -std::cos(1), 1e-12);
-    EXPECT_NEAR(camera.vd.y, std::sin(1), 1e-12);
+    for (const unsigned char key : {'q', 'Q', '\x1b'})
+        EXPECT_EXIT(HandleKeyboard(key, 0, 0), testing::ExitedWithCode(0), "");
+}
 
+TEST(Camera, KeepsItsFrameOverManyTurns)
+{
     CameraHome();
-    HandleMouse(GLUT_LEFT_BUTTON, GLUT_UP, 110, 10);
-    HandleMouse(GLUT_RIGHT_BUTTON, GLUT_DOWN, 0, 0);
-    HandleMouseMotion(0, 10); // still the left button's
-    EXPECT_NEAR(camera.vd.z, -std::sin(0.1), 1e-12);
-
+    for (int i = 0; i < 3000; i++) {
+        const double turn = std::sin(i) / 3;
+        RotateCamera(i % 3 == 0 ? turn : 0, i % 3 == 1 ? turn : 0, i % 3 == 2 ? turn : 0);
+        ASSERT_NEAR(Modulus(camera.vd), 1, 1e-12);
+        ASSERT_NEAR(Modulus(camera.vu), 1, 1e-12);
+        ASSERT_NEAR(DotProduct(camera.vd, camera.vu), 0, 1e-9);
+        ASSERT_NEAR(Modulus(camera.vp), 60, 1e-9);
+    }
+    RotateCamera(std::nan(""), 0, 0); // counts as a turn
+    EXPECT_TRUE(std::isnan(camera.vd.x));
     CameraHome();
-    HandleMouse(GLUT_MIDDLE_BUTTON, GLUT_DOWN, 0, 0);
-    HandleMouseMotion(20, 300);
-    EXPECT_NEAR(camera.vu.y, std::sin(0.1), 1e-12);
-    EXPECT_EQ(camera.vp.x, 60);
-
-    CameraHome();
-    fakemodifiers = GLUT_ACTIVE_SHIFT;
-    HandleMouse(GLUT_LEFT_BUTTON, GLUT_DOWN, 0, 0);
-    HandleMouseMotion(70, 80);
-    EXPECT_EQ(camera.vp.x, 60);
-    EXPECT_EQ(interfacestate.mousex, 70);
-    HandlePassiveMotion(3, 4);
-    EXPECT_EQ(interfacestate.mousex, 3);
-    EXPECT_EQ(interfacestate.mousey, 4);
 }

@@ -1,0 +1,31 @@
+// Texts that a test compares with what was found right before: files of tests/golden.
+
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+// Fails where the text differs from the file, and shows where. With SARKELO_GOLDEN set in the environment, the
+// text becomes the file: look at what changes then.
+inline void ExpectGolden(const std::string &name, const std::string &text)
+{
+    const std::string path = SARKELO_TESTS "/golden/" + name;
+    if (getenv("SARKELO_GOLDEN") != nullptr)
+        std::ofstream(path) << text;
+    std::ostringstream file;
+    file << std::ifstream(path).rdbuf();
+    const std::string golden = file.str();
+    if (text == golden)
+        return;
+    const auto differ = std::mismatch(text.begin(), text.end(), golden.begin(), golden.end());
+    const auto at = static_cast<size_t>(differ.first - text.begin());
+    const size_t from = at > 200 ? at - 200 : 0;
+    ADD_FAILURE() << name << " differs at byte " << at << "\nfound:\n"
+                  << text.substr(from, 300) << "\ngolden:\n"
+                  << golden.substr(std::min(from, golden.size()), 300);
+}

@@ -1,0 +1,210 @@
+// Frames, call by call: every drawing mode, stereo mode and overlay, and the bodies that no frame shows.
+
+#include <algorithm>
+#include <functional>
+
+#include <GL/gl.h>
+#include <gtest/gtest.h>
+
+#include "analysis/box_count.h"
+#include "fakes/recorder.h"
+#include "golden.h"
+#include "growth/growth_step.h"
+#include "growth/roots.h"
+#include "growth/scenario.h"
+#include "surface/samples.h"
+#include "surface/surface.h"
+#include "viewer/aggregate_drawing.h"
+#include "viewer/camera.h"
+#include "viewer/display.h"
+#include "viewer/gl_primitives.h"
+#include "viewer/overlays.h"
+#include "viewer/statistics.h"
+#include "viewer/surface_drawing.h"
+
+// The calls that `draw` makes, a line each. Of those between glBegin and glEnd: how many, the first, and a sum
+// of all; characters stand together as text.
+static std::string Drawn(const std::function<void()> &draw)
+{
+    ForgetCalls();
+    draw();
+    std::ostringstream lines;
+    std::string body;
+    int count = 0;
+    bool inside = false, text = false;
+    for (const Call &call : calls) {
+        if (text && call.name != "glutBitmapCharacter")
+            lines << "\"\n";
+        if (call.name == "glutBitmapCharacter")
+            lines << (text ? "" : "\"") << static_cast<char>(call.args[0]);
+        text = call.name == "glutBitmapCharacter";
+        if (text)
+            continue;
+        const std::string line = Text(call);
+        if (call.name == "glBegin") {
+            inside = true;
+            count = 0;
+            body.clear();
+            lines << line << " ";
+        } else if (call.name == "glEnd") {
+            inside = false;
+            unsigned long long hash = 14695981039346656037ULL;
+            for (const char c : body)
+                hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+            lines << count << " calls, " << body.substr(0, body.find('\n')) << ", sum " << hash << "\n";
+        } else if (inside) {
+            body += line + "\n";
+            count++;
+        } else {
+            lines << line << "\n";
+        }
+    }
+    return lines.str() + (text ? "\"\n" : "");
+}
+
+// A small aggregate on three roots, in a box, seen from home; statistics as they are at first.
+static void PrepareFrame()
+{
+    StartAfresh();
+    std::fill(seeds, seeds + kSeedRing, Vector{0, 0, 0});
+    CameraHome();
+    camera.stereo = kStereoNone;
+    HandleReshape(800, 600);
+    growthstate.nroots = 3;
+    growthstate.roottype = kRootRingX;
+    RestartFromRoots();
+    SetBoxSurface(50, false);
+    Grow(IterateSystem, 24, 1000000);
+    stats = {7, {1, 2, 3, 4, 5, 6, 99}, {10, 6.6666, 4}, {3, 12, 0, -1}};
+    DrawSTL(options.surfacemode, 1);
+}
+
+TEST(Frames, EveryModeAndOverlay)
+{
+    const struct {
+        const char *name;
+        std::function<void()> change;
+    } scenes[] = {
+        {"lines", [] {}},
+        {"points", [] { options.dlamode = kAggregatePoints; }},
+        {"tubes", [] { options.dlamode = kAggregateTubes; }},
+        {"mode 4", [] { options.dlamode = 4; }},
+        {"off", [] { options.dlamode = kAggregateOff; }},
+        {"roots only", [] { InitialiseGrowth(); }},
+        {"association", [] { growthstate.association = 1; }},
+        {"association, tubes",
+         [] {
+             growthstate.association = 1;
+             options.dlamode = kAggregateTubes;
+         }},
+        {"no extras, no information", [] { options.showextras = options.showinfo = 0; }},
+        {"odd parameters",
+         [] {
+             growthstate = {.pos = {},
+                            .sourcetype = kSourceAxisMinusZ,
+                            .running = 1,
+                            .radius = 12.5,
+                            .branchlength = 0.5,
+                            .stepcount = 17,
+                            .bias = 0.75,
+                            .maxweight = 3,
+                            .stickiness = 5,
+                            .thickfrom = 1,
+                            .thickto = 0.25,
+                            .seed = -3,
+                            .rotation = -5,
+                            .nroots = 2000000,
+                            .rootrange = 1e-9,
+                            .roottype = 2,
+                            .rootname = {},
+                            .association = 0,
+                            .intersectrange = 90,
+                            .surfacename = {}};
+             snprintf(growthstate.rootname, sizeof growthstate.rootname, "%s", std::string(100, 'r').c_str());
+             snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
+             nseeds = 1500;
+         }},
+        {"one root, no surface",
+         [] {
+             growthstate.nroots = 1;
+             nstltri = 0;
+         }},
+        {"active stereo", [] { camera.stereo = kStereoActive; }},
+        {"dual-screen stereo", [] { camera.stereo = kStereoDualScreen; }},
+        {"elsewhere",
+         [] {
+             camera.vp = {0, 30, 0};
+             camera.vd = {0, -1, 0};
+             camera.aperture = 40;
+             HandleReshape(300, 301);
+         }},
+        {"statistics", [] { DrawStatistics(2); }},
+        {"their second draw",
+         [] {
+             DrawStatistics(2);
+             DrawStatistics(0);
+         }},
+        {"counting boxes",
+         [] {
+             Statistics();
+             for (int i = 0; i < 100; i++)
+                 CalcBoxCount(0, 0);
+         }},
+    };
+    std::string text;
+    for (const auto &scene : scenes) {
+        PrepareFrame();
+        while (Drawn([] { DrawStatistics(0); }) != "") // whatever is armed from before runs out
+            ;
+        scene.change();
+        text += std::string("== ") + scene.name + "\n" + Drawn(HandleDisplay);
+        options.boxcountrequest = 0;
+    }
+    ExpectGolden("frames.txt", text);
+}
+
+TEST(Frames, StatisticsFadeToBlackAndEnd)
+{
+    PrepareFrame();
+    EXPECT_EQ(Drawn([] { DrawStatistics(500); }), "");
+    for (int i = 500; i >= 0; i--) {
+        Drawn([] { DrawStatistics(0); });
+        ASSERT_EQ(CallsOf("glColor3f").at(0).args[0], double(static_cast<float>(i) / 500));
+    }
+    EXPECT_EQ(Drawn([] {
+                  DrawStatistics(0);
+                  DrawStatistics(-1);
+              }),
+              "");
+}
+
+TEST(Frames, TheSurfaceIsAList)
+{
+    PrepareFrame();
+    std::ostringstream text;
+    for (int mode = 0; mode <= 6; mode++) {
+        fakelist = static_cast<unsigned>(mode % 3); // list 0 is replayed but never deleted
+        for (const int rebuild : {1, 0})
+            text << "== mode " << mode << ", rebuild " << rebuild << "\n"
+                 << Drawn([=] { DrawSTL(mode, rebuild); });
+    }
+    fakelist = 7;
+    ExpectGolden("surface_lists.txt", text.str());
+}
+
+TEST(Frames, BodiesAndText)
+{
+    std::string text;
+    const auto add = [&](const std::function<void()> &draw) { text += "==\n" + Drawn(draw); };
+    for (int mode = 0; mode <= 3; mode++)
+        add([=] { CreateBox({0, 0, 0}, {1, 2, 4}, mode); });
+    for (const int n : {16, 17, -16, 3})
+        for (int method = 0; method <= 3; method++)
+            add([=] { CreateSimpleSphere({1, 2, 3}, 0.2, n, method); });
+    add([] { CreateSimpleSphere({1, 2, 3}, 0, 16, 0); });
+    for (const Vector tip : {Vector{1, 2, 3}, Vector{0, 5, 0}, Vector{0, -5, 0}, Vector{0, 0, 0}})
+        add([=] { CreateCone({0, 0, 0}, tip, 0.5, 0.25, 0, kTwoPi, 10); });
+    add([] { CreateCone({0, 0, 0}, {1, 0, 0}, 1, 2, 0.5, 2, 3); });
+    add([] { DrawGLText(20, 100, "ab\n\rc"); });
+    ExpectGolden("bodies.txt", text);
+}
