@@ -2,58 +2,37 @@
 
 #include <gtest/gtest.h>
 
+#include "golden.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 
-static void ExpectColour(Colour c, double r, double g, double b)
+TEST(Colour, MapsAndParticlesAreColouredAsRightBefore)
 {
-    EXPECT_NEAR(c.r, r, 1e-12);
-    EXPECT_NEAR(c.g, g, 1e-12);
-    EXPECT_NEAR(c.b, b, 1e-12);
-}
-
-TEST(Colour, FlowMapRunsFromBlueToRed)
-{
-    const struct {
-        double v, r, g, b;
-    } rows[] = {
-        {-1, 0, 0, 1},      {0, 0, 0, 1},   {0.125, 0, 0.5, 1}, {0.25, 0, 1, 1},
-        {0.375, 0, 1, 0.5}, {0.5, 0, 1, 0}, {0.625, 0.5, 1, 0}, {0.75, 1, 1, 0},
-        {0.875, 1, 0.5, 0}, {1, 1, 0, 0},   {7, 1, 0, 0},
+    std::ostringstream text;
+    const auto print = [&](const char *name, Colour c) {
+        text << name << ' ' << c.r << ' ' << c.g << ' ' << c.b << '\n';
     };
-    for (const auto &row : rows) {
-        ExpectColour(GetColour(row.v, 0, 1, 1), row.r, row.g, row.b);
-        ExpectColour(GetColour(row.v, 1, 0, 1), row.r, row.g, row.b);
+    for (double v = -0.25; v <= 1.25; v += 0.0625) {
+        print("map", GetColour(v, 0, 1, 1));
+        print("other way", GetColour(v, 1, 0, 1));
     }
-    ExpectColour(GetColour(2, 2, 2, 1), 0, 1, 0);
-    ExpectColour(GetColour(0.1, 0, 1, 0), 1, 1, 1);
-    ExpectColour(GetColour(0.1, 0, 1, 36), 1, 1, 1);
-}
-
-TEST(Colour, ParticlesShowTheirFlowOrTheirClass)
-{
-    StartAfresh();
-    growthstate.nroots = 3;
-    growthstate.roottype = kRootRingX;
-    ResetSeeds();
-    growthstate.maxweight = 9;
-    cells[0].weight = 9; // a third of the largest flow and more is red
-    cells[1].weight = 0;
-    cells[2].weight = 1; // log 2 / log 4: the middle of the map
-
-    ExpectColour(ChooseColour(0, kAggregateLines), 1, 0, 0);
-    ExpectColour(ChooseColour(1, kAggregateLines), 0, 0, 1);
-    ExpectColour(ChooseColour(2, kAggregateLines), 0, 1, 0);
-    growthstate.association = 1;
-    for (const int mode : {1, 2, 3}) {
-        ExpectColour(ChooseColour(1, mode), 0, 1, 0);
-        ExpectColour(ChooseColour(2, mode), 0, 0, 1);
-        ExpectColour(ChooseColour(5, mode), 0, 0, 1);
+    for (const int type : {0, 1, 36})
+        print("no range", GetColour(2, 2, 2, type));
+    for (const int association : {0, 1}) {
+        for (const int nroots : {0, 1, 3, 30}) {
+            StartAfresh();
+            growthstate.nroots = 30;
+            growthstate.roottype = kRootRingX;
+            ResetSeeds();
+            growthstate.nroots = nroots;
+            growthstate.association = association;
+            growthstate.maxweight = 9; // a third of it and more is red
+            for (int i = 0; i < ncells; i++)
+                cells[i].weight = i / 3.0;
+            for (int mode = 0; mode <= 5; mode++)
+                for (const int i : {0, 1, 2, 5, 9, 20, 21, 29})
+                    print("particle", ChooseColour(i, mode));
+        }
     }
-    ExpectColour(ChooseColour(1, kAggregateTubes), 0, 0, 1);
-    growthstate.nroots = 30; // rows repeat after 21
-    ExpectColour(ChooseColour(22, kAggregateLines), 0, 1, 0);
-    ExpectColour(ChooseColour(20, kAggregateLines), 0.75, 0.75, 0.75);
-    growthstate.nroots = 0; // no division by zero: association has no effect
-    ExpectColour(ChooseColour(1, kAggregateLines), 0, 0, 1);
+    ExpectGolden("colours.txt", text.str());
 }

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "golden.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
 #include "temporary_file.h"
@@ -21,69 +22,28 @@ static void ExpectRoot(int i, double x, double y, double z)
     EXPECT_EQ(cells[i].weight, 0);
 }
 
-TEST(Roots, RandomDistributionsDrawInOrder)
+// The roots of every type and number, and the draws that follow.
+TEST(Roots, ArePlacedAsRightBefore)
 {
-    // Which coordinates are drawn.
-    const struct {
-        int roottype;
-        const char *name;
-        bool x, y, z;
-    } rows[] = {
-        {2, "Spherical", true, true, true},
-        {9, "Spherical", true, true, true},
-        {0, "Spherical", true, true, true},
-        {-4, "Spherical", true, true, true},
-        {3, "Random: x axis plane", false, true, true},
-        {4, "Random: y axis plane", true, false, true},
-        {5, "Random: z axis plane", true, true, false},
-    };
-    for (const auto &row : rows) {
-        StartAfresh();
-        growthstate.roottype = row.roottype;
-        growthstate.nroots = 7;
-        growthstate.rootrange = 30;
-        srand48(99);
-        Vector expected[7];
-        for (Vector &p : expected) {
-            p.x = row.x ? (drand48() - 0.5) * 30 : 0;
-            p.y = row.y ? (drand48() - 0.5) * 30 : 0;
-            p.z = row.z ? (drand48() - 0.5) * 30 : 0;
-        }
-        srand48(99);
-        ResetSeeds();
-        EXPECT_STREQ(growthstate.rootname, row.name);
-        ASSERT_EQ(ncells, 7);
-        for (int i = 0; i < 7; i++)
-            EXPECT_EQ(memcmp(&cells[i].p, &expected[i], sizeof(Vector)), 0) << row.roottype << " " << i;
-        srand48(12345); // placing ends with the generators seeded
-        const double first = drand48();
-        srand48(12345);
-        ResetSeeds();
-        EXPECT_EQ(drand48(), first);
-    }
-}
-
-TEST(Roots, RingsStartOnTheFirstAxisInTheirPlane)
-{
-    StartAfresh();
-    growthstate.nroots = 4;
-    const char *names[] = {"Ring: x axis plane", "Ring: y axis plane", "Ring: z axis plane"};
-    for (int axis = 0; axis < 3; axis++) {
-        growthstate.roottype = kRootRingX + axis;
-        ResetSeeds();
-        EXPECT_STREQ(growthstate.rootname, names[axis]);
-        ASSERT_EQ(ncells, 4);
-        const double c[] = {10, 0, -10, 0};
-        const double s[] = {0, 10, 0, -10};
-        for (int i = 0; i < 4; i++) {
-            if (axis == 0)
-                ExpectRoot(i, 0, c[i], s[i]);
-            else if (axis == 1)
-                ExpectRoot(i, c[i], 0, s[i]);
-            else
-                ExpectRoot(i, c[i], s[i], 0);
+    std::ostringstream text;
+    text.precision(12);
+    for (int roottype = -4; roottype <= 10; roottype++) {
+        for (const int nroots : {1, 4, 7}) {
+            StartAfresh();
+            HandleRootMenu(roottype);
+            growthstate.nroots = nroots;
+            growthstate.rootrange = 30;
+            srand48(99);
+            text << "type " << growthstate.roottype << " " << growthstate.rootname << ", ";
+            ResetSeeds();
+            text << growthstate.rootname << ":\n";
+            for (int i = 0; i < ncells; i++)
+                text << ' ' << cells[i].p.x << ' ' << cells[i].p.y << ' ' << cells[i].p.z << ' '
+                     << cells[i].parent << ' ' << cells[i].weight << '\n';
+            text << drand48() << ' ' << rand() << '\n';
         }
     }
+    ExpectGolden("roots.txt", text.str());
 }
 
 TEST(Roots, OddCountsAndTypes)
@@ -135,27 +95,6 @@ TEST(Roots, RestartFallsBackToThePlacedRoots)
     InitialiseGrowth();
     EXPECT_EQ(ncells, 5);
     EXPECT_NEAR(growthstate.radius, 50, 1e-12); // the farthest root
-}
-
-TEST(Roots, MenuLabelsStandOnePlaceAheadOfWhatIsPlaced)
-{
-    const char *names[] = {"Origin",
-                           "Spherical",
-                           "Random: x axis plane",
-                           "Random: y axis plane",
-                           "Random: z axis plane",
-                           "Ring: x axis plane",
-                           "Ring: y axis plane",
-                           "Ring: z axis plane"};
-    StartAfresh();
-    for (int id = 1; id <= 8; id++) {
-        HandleRootMenu(id);
-        EXPECT_EQ(growthstate.roottype, id);
-        EXPECT_STREQ(growthstate.rootname, names[id - 1]);
-    }
-    HandleRootMenu(9);
-    EXPECT_EQ(growthstate.roottype, 9);
-    EXPECT_STREQ(growthstate.rootname, "Ring: z axis plane");
 }
 
 TEST(SeedFile, GivesTheRoots)
