@@ -153,34 +153,11 @@ awk '/Box counting/ { boxes = 1; next } boxes && NF == 4 { if (!levels++) first 
     END { exit !(levels >= 3 && first > 0 && last > first) }' run.txt ||
     fail "box count: $(sed -n "/Box counting/,\$p" run.txt)"
 
-save sweep.pov "Save DLA as" "PovRay (Sphere sweep)"
-awk -v n="$branches" '/ Length: / { sum += $3 - 1; chains++ } / cone {$| sphere_sweep {$/ { bodies++ }
-    END { exit !(sum == n && bodies == chains) }' sweep.pov || fail "sweep.pov: chains of other than $branches branches"
 save cones.pov "Save DLA as" "PovRay (Cylinders + Spheres)"
 count "$branches" "^ cone {" cones.pov
-count "$branches" "^ sphere {" cones.pov
 count 16 "^ triangle {" cones.pov
-save model.geom "Save DLA as" "GEOM (Cylinders + Spheres)"
-count "$branches" "^c " model.geom
-count 16 "^f3 " model.geom
-save spheres.wrl "Save DLA as" "VRML (Cylinders + Spheres)"
-save capped.wrl "Save DLA as" "VRML (Cylinders + Endcaps + Spheres)"
-save coarse.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), low resolution"
-save medium.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), medium resolution"
-save fine.wrl "Save DLA as" "VRML (Cylinders + EndCaps + Spheres as a mesh), high resolution"
-for file in spheres.wrl capped.wrl; do
-    count $((branches + 16)) "IndexedFaceSet {" $file
-    count "$branches" "geometry Sphere {" $file
-done
-for file in coarse.wrl medium.wrl fine.wrl; do count $((2 * branches + 16)) "IndexedFaceSet {" $file; done
-[ "$(head -qn 1 ./*.wrl | sort | uniq -c | tr -s ' ')" = " 5 #VRML V2.0 utf8" ] || fail "heads of VRML files"
-[ "$(stat -c %s coarse.wrl)" -lt "$(stat -c %s medium.wrl)" ] || fail "the coarse mesh is no smaller"
-[ "$(stat -c %s medium.wrl)" -lt "$(stat -c %s fine.wrl)" ] || fail "the fine mesh is no larger"
 save cloud.dxf "Save DLA as" "Point cloud as DXF"
 count $((10 * branches)) "^POINT$" cloud.dxf
-[ "$(tail -1 cloud.dxf)" = EOF ] || fail "cloud.dxf is not complete"
-save cloud.geom "Save DLA as" "Point cloud as GEOM"
-count $((10 * branches)) "^p " cloud.geom
 save box.stl "Save constraint surface to STL file"
 count 16 "^facet " box.stl
 choose "Save DLA as" "Point cloud as DXF"

@@ -235,19 +235,3 @@ TEST_F(Slices, AFileThatCannotBeOpenedIsReported)
         testing::internal::GetCapturedStderr().find("Failed to open output slice file \"slice_001.txt\"\n"),
         std::string::npos);
 }
-
-TEST(SliceRoutines, ChildrenOfAParticle)
-{
-    StartAfresh();
-    AppendToArray(&cells, &ncells, Particle{{}, 0, 0, 0});
-    AppendToArray(&cells, &ncells, Particle{{}, 0, 0, 0});
-    int branch = -1;
-    EXPECT_EQ(FindBranch(0, &branch), 1);
-    EXPECT_EQ(branch, 1);
-    cells[1].visited = 1;
-    EXPECT_EQ(FindBranch(0, &branch), 1);
-    EXPECT_EQ(branch, 2);
-    EXPECT_EQ(FindBranch(1, &branch), 0);
-    EXPECT_EQ(TerminalCell(0), 1);
-    EXPECT_EQ(TerminalCell(2), 0);
-}

@@ -37,20 +37,9 @@ extern "C" FL_FORM *fl_bgn_form(int type, int width, int height)
 
 extern "C" void fl_end_form() {}
 
-extern "C" void fl_set_object_lsize(FL_OBJECT *, int size)
-{
-    Record("fl_set_object_lsize", {double(size)});
-}
-
-extern "C" void fl_set_object_lalign(FL_OBJECT *, int alignment)
-{
-    Record("fl_set_object_lalign", {double(alignment)});
-}
-
-extern "C" void fl_set_object_lstyle(FL_OBJECT *, int style)
-{
-    Record("fl_set_object_lstyle", {double(style)});
-}
+FAKE(fl_set_object_lsize, (FL_OBJECT *, int size), size)
+FAKE(fl_set_object_lalign, (FL_OBJECT *, int alignment), alignment)
+FAKE(fl_set_object_lstyle, (FL_OBJECT *, int style), style)
 
 extern "C" FL_FORM_ATCLOSE fl_set_form_atclose(FL_FORM *, FL_FORM_ATCLOSE callback, void *data)
 {
@@ -75,10 +64,7 @@ void OwnPanel(FL_FORM *)
     Record("OwnPanel");
 }
 
-extern "C" void fl_hide_form(FL_FORM *)
-{
-    Record("fl_hide_form");
-}
+FAKE(fl_hide_form, (FL_FORM *))
 
 extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
 {
@@ -92,20 +78,14 @@ extern "C" const char *fl_get_input(FL_OBJECT *input)
     return inputs[input].c_str();
 }
 
-extern "C" void fl_set_button(FL_OBJECT *, int state)
-{
-    Record("fl_set_button", {double(state)});
-}
+FAKE(fl_set_button, (FL_OBJECT *, int state), state)
 
 extern "C" int fl_get_button(FL_OBJECT *)
 {
     return fakebutton;
 }
 
-extern "C" void fl_set_defaults(unsigned long mask, FL_IOPT *settings)
-{
-    Record("fl_set_defaults", {double(mask), double(settings->vclass)});
-}
+FAKE(fl_set_defaults, (unsigned long mask, FL_IOPT *settings), mask, settings->vclass)
 
 extern "C" Display *fl_initialize(int *count, char *arguments[], const char *name, FL_CMD_OPT *, int)
 {
@@ -141,9 +121,6 @@ extern "C" int fl_show_question(const char *question, int)
     return fakebutton;
 }
 
-extern "C" void fl_set_cursor(Window, int cursor)
-{
-    Record("fl_set_cursor", {double(cursor)});
-}
+FAKE(fl_set_cursor, (Window, int cursor), cursor)
 
 extern "C" void fl_update_display(int) {}

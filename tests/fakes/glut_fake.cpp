@@ -25,15 +25,8 @@ extern "C" int glutGetModifiers()
     return fakemodifiers;
 }
 
-extern "C" void glutSwapBuffers()
-{
-    Record("glutSwapBuffers");
-}
-
-extern "C" void glutPostRedisplay()
-{
-    Record("glutPostRedisplay");
-}
+FAKE(glutSwapBuffers, ())
+FAKE(glutPostRedisplay, ())
 
 extern "C" void glutInit(int *count, char **arguments)
 {
@@ -46,20 +39,9 @@ extern "C" int glutCreateWindow(const char *title)
     return 1;
 }
 
-extern "C" void glutInitDisplayMode(unsigned int mode)
-{
-    Record("glutInitDisplayMode", {double(mode)});
-}
-
-extern "C" void glutReshapeWindow(int width, int height)
-{
-    Record("glutReshapeWindow", {double(width), double(height)});
-}
-
-extern "C" void glutFullScreen()
-{
-    Record("glutFullScreen");
-}
+FAKE(glutInitDisplayMode, (unsigned int mode), mode)
+FAKE(glutReshapeWindow, (int width, int height), width, height)
+FAKE(glutFullScreen, ())
 
 extern "C" void glutSetCursor(int cursor)
 {
@@ -67,10 +49,7 @@ extern "C" void glutSetCursor(int cursor)
     fakecursor = cursor;
 }
 
-extern "C" void glutMainLoop()
-{
-    Record("glutMainLoop");
-}
+FAKE(glutMainLoop, ())
 
 extern "C" int glutCreateMenu(void (*handler)(int))
 {
@@ -102,7 +81,4 @@ extern "C" int glutGet(GLenum what)
 
 void *glutBitmap8By13; // the font's name
 
-extern "C" void glutBitmapCharacter(void *, int character)
-{
-    Record("glutBitmapCharacter", {double(character)});
-}
+FAKE(glutBitmapCharacter, (void *, int character), character)

@@ -30,6 +30,18 @@ extern std::vector<Call> calls;
 void ForgetCalls();
 void Record(const char *name, std::initializer_list<double> args = {}, const std::string &text = "");
 
+// A function of numbers that does nothing but record its call: FAKE(glPointSize, (GLfloat size), size).
+#define FAKE(name, parameters, ...)                                                                          \
+    extern "C" void name parameters                                                                          \
+    {                                                                                                        \
+        RecordNumbers(#name __VA_OPT__(, ) __VA_ARGS__);                                                     \
+    }
+template<typename... Numbers>
+void RecordNumbers(const char *name, Numbers... numbers)
+{
+    Record(name, {static_cast<double>(numbers)...});
+}
+
 // The calls of one name, and their number.
 std::vector<Call> CallsOf(const std::string &name);
 int CountCalls(const std::string &name);

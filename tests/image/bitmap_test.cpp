@@ -70,25 +70,13 @@ TEST(Bitmap, ReadsBackInEveryCode)
         for (const int code : {1, 11, 12, 13, -1, -11, -12, -13}) {
             const auto file = Written(pixels, width, height, code);
             const bool alpha = std::abs(code) == 11 || std::abs(code) == 13;
-            const std::vector<unsigned char> header = {
-                0,
-                0,
-                static_cast<unsigned char>(std::abs(code) >= 12 ? 10 : 2),
-                0,
-                0,
-                0,
-                0,
-                0,
-                0,
-                0,
-                0,
-                0,
-                static_cast<unsigned char>(width % 256),
-                static_cast<unsigned char>(width / 256),
-                static_cast<unsigned char>(height),
-                0,
-                static_cast<unsigned char>(alpha ? 32 : 24),
-                static_cast<unsigned char>(alpha ? 8 : 0)};
+            std::vector<int> header(18, 0);
+            header[2] = std::abs(code) >= 12 ? 10 : 2;
+            header[12] = width % 256;
+            header[13] = width / 256;
+            header[14] = height;
+            header[16] = alpha ? 32 : 24;
+            header[17] = alpha ? 8 : 0;
             ASSERT_TRUE(std::equal(header.begin(), header.end(), file.begin())) << code;
             const std::vector<Pixel> read = Read(file, width, height);
             ASSERT_EQ(read.size(), pixels.size());

@@ -1,10 +1,10 @@
 #include "surface/surface.h"
 
-#include <algorithm>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "golden.h"
 #include "growth/array.h"
 #include "growth/scenario.h"
 
@@ -44,26 +44,6 @@ TEST(Surface, BadFacesAreReplacedByTheLast)
     EXPECT_EQ(stltri[2].D, 0);
 }
 
-TEST(Surface, FaceDataFollowFromTheCorners)
-{
-    StartAfresh();
-    AddFace({0, 0, 3}, {3, 0, 3}, {0, 3, 3});
-    UpdateSTL();
-    const Triangle &t = stltri[0];
-    EXPECT_EQ(t.n.z, 1);
-    EXPECT_EQ(t.C, 1);
-    EXPECT_EQ(t.D, -3);
-    EXPECT_EQ(t.midpoint.x, 1);
-    EXPECT_EQ(t.midpoint.z, 3);
-    EXPECT_EQ(PointPlaneDist(0, {7, 7, 5}), 2);
-    EXPECT_EQ(PointPlaneDist(0, {7, 7, 2}), -1);
-    nstltri = 0;
-    UpdateSTL();
-    EXPECT_EQ(stlmin.x, 1e32);
-    EXPECT_EQ(stlmax.z, -1e32);
-    EXPECT_EQ(stlmid.y, 0);
-}
-
 TEST(Surface, LinePlaneIntersectFindsPointsInsideTheTriangle)
 {
     StartAfresh();
@@ -93,27 +73,37 @@ TEST(Surface, LinePlaneIntersectFindsPointsInsideTheTriangle)
     EXPECT_EQ(hit.x, 9);
 }
 
-TEST(Surface, TransformRotatesThenScalesThenShifts)
+// Everything that follows from the corners, also after transforms.
+TEST(Surface, FaceDataAreAsRightBefore)
 {
     StartAfresh();
-    options.debug = 1;
-    AddFace({1, 0, 0}, {0, 1, 0}, {0, 0, 1});
+    std::ostringstream text;
+    text.precision(10);
     testing::internal::CaptureStderr();
-    TransformSTL({2, 2, 2}, {1, 0, 0}, {0, 0, 90});
-    EXPECT_EQ(testing::internal::GetCapturedStderr().substr(0, 47),
-              "Scale  : 2,2,2\nShift  : 1,0,0\nRotate : 0,0,90\nB");
-    options.debug = 0;
-    const Vector turned = RotateZ({1, 0, 0}, 90 * kDegreesToRadians);
-    EXPECT_TRUE(VectorEqual(stltri[0].p[0], {2 * turned.x + 1, 2 * turned.y, 0}));
-    EXPECT_TRUE(VectorEqual(stltri[0].p[2], {1, 0, 2}));
-
-    nstltri = 0;
+    const auto print = [&] {
+        for (int i = 0; i < nstltri; i++) {
+            const Triangle &t = stltri[i];
+            for (const Vector &v : {t.p[0], t.p[1], t.p[2], t.n, t.midpoint})
+                text << '(' << v.x << ' ' << v.y << ' ' << v.z << ") ";
+            text << t.A << ' ' << t.B << ' ' << t.C << ' ' << t.D << ' ' << PointPlaneDist(i, {7, 5, 3})
+                 << '\n';
+        }
+        text << testing::internal::GetCapturedStderr() << stlmid.x << ' ' << stlmin.y << ' ' << stlmax.z
+             << '\n';
+        testing::internal::CaptureStderr();
+    };
+    options.debug = 1;
+    AddFace({0, 0, 3}, {3, 0, 3}, {0, 3, 3});
     AddFace({1, 2, 3}, {4, 6, 5}, {9, 7, 8});
-    TransformSTL({1, 2, 3}, {0, 0, 0}, {10, 20, 30}); // about x, then y, then z
-    const Vector p = RotateZ(RotateY(RotateX({4, 6, 5}, 10 * kDegreesToRadians), 20 * kDegreesToRadians),
-                             30 * kDegreesToRadians);
-    EXPECT_NEAR(stltri[0].p[1].x, p.x, 1e-12);
-    EXPECT_NEAR(stltri[0].p[1].y, 2 * p.y, 1e-12);
-    EXPECT_NEAR(stltri[0].p[1].z, 3 * p.z, 1e-12);
-    EXPECT_EQ(stlmax.z, std::max({stltri[0].p[0].z, stltri[0].p[1].z, stltri[0].p[2].z}));
+    UpdateSTL();
+    print();
+    TransformSTL({2, 2, 2}, {1, 0, 0}, {0, 0, 90});
+    print();
+    TransformSTL({1, 2, 3}, {0, 0.5, -7}, {10, 20, 30}); // about x, then y, then z; scaled, then shifted
+    print();
+    TransformSTL({0, 0, 0}, {0, 0, 0}, {0, 0, 0}); // nothing is left
+    print();
+    options.debug = 0;
+    testing::internal::GetCapturedStderr();
+    ExpectGolden("faces.txt", text.str());
 }
