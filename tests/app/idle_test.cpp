@@ -6,8 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "fakes/recorder.h"
+#include "geom/clock.h"
 #include "growth/scenario.h"
 #include "viewer/camera.h"
+#include "viewer/display.h"
 
 class Idle : public testing::Test
 {
@@ -82,6 +84,36 @@ TEST_F(Idle, RedisplaysAtTheFrameRateAndTurnsTheCamera)
     const double turned = redisplays * 0.1;
     EXPECT_NEAR(camera.vd.x, -std::cos(turned), 1e-9);
     EXPECT_NEAR(camera.vd.y, -std::sin(turned), 1e-9);
+}
+
+// What happens after a frame that took a fifth of a second, and ended right now.
+TEST_F(Idle, ASlowFrameIsFollowedByAsMuchWork)
+{
+    settingformvisible = 1;
+    for (const bool works : {true, false}) {
+        growthstate.running = works;
+        usleep(250000);
+        HandleIdle(); // asks for the frame
+        ForgetCalls();
+        const double start = GetRunTime();
+        usleep(200000);
+        lastframe = {start, GetRunTime()};
+        HandleIdle();
+        EXPECT_EQ(CountCalls("glutPostRedisplay"), works ? 0 : 1);
+        EXPECT_EQ(CountCalls("fl_check_forms"), works ? 0 : 1);
+        while (works && GetRunTime() < lastframe.end + 0.15)
+            HandleIdle();
+        EXPECT_EQ(CountCalls("glutPostRedisplay"), works ? 0 : 1);
+        EXPECT_GT(CountCalls("fl_check_forms"), 0);
+        usleep(60000);
+        HandleIdle();
+        EXPECT_EQ(CountCalls("glutPostRedisplay"), works ? 1 : 2);
+        ForgetCalls();
+        usleep(40000);
+        HandleIdle(); // no frame was drawn meanwhile: the next is due at the frame rate
+        EXPECT_EQ(CountCalls("glutPostRedisplay"), 1);
+    }
+    settingformvisible = 0;
 }
 
 TEST_F(Idle, NothingGrowsWhileTheWindowIsHidden)
