@@ -17,7 +17,7 @@ add_custom_target(compressed_pages ALL DEPENDS ${compressed_pages})
 install(TARGETS sarkelo)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/sarkelo.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES packaging/sarkelo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES packaging/sarkelo.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES packaging/invalid.sarkelo.Sarkelo.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES packaging/completion.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
   RENAME sarkelo)
 foreach(size 48 128 256)

@@ -15,7 +15,7 @@ for file in bin/sarkelo share/applications/sarkelo.desktop share/icons/hicolor/{
 done
 [ -z "$(find share/doc -name '*.sh')" ] || { echo "scripts that need a clone: $(find share/doc -name '*.sh')" >&2; exit 1; }
 desktop-file-validate share/applications/sarkelo.desktop
-appstreamcli validate --no-net share/metainfo/sarkelo.metainfo.xml
+appstreamcli validate --no-net share/metainfo/*.metainfo.xml
 warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l share/man/man1/sarkelo.1.gz 2>&1 >/dev/null)
 [ -z "$warnings" ] || { echo "$warnings" >&2; exit 1; }
 

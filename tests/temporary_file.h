@@ -1,8 +1,12 @@
-// A file that lives as long as its object.
+// Files and directories that live as long as their object.
 
 #pragma once
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
 
 #include <unistd.h>
@@ -26,3 +30,39 @@ public:
 private:
     char name[32] = "/tmp/sarkelo-test-XXXXXX";
 };
+
+// An empty directory, which is the current one meanwhile.
+class TemporaryDirectory
+{
+public:
+    TemporaryDirectory() : back(std::filesystem::current_path())
+    {
+        char name[] = "/tmp/sarkelo-test-XXXXXX";
+        path = mkdtemp(name);
+        std::filesystem::current_path(path);
+    }
+    TemporaryDirectory(const TemporaryDirectory &) = delete;
+    TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
+    ~TemporaryDirectory()
+    {
+        std::filesystem::current_path(back);
+        std::filesystem::remove_all(path);
+    }
+
+    std::filesystem::path path;
+
+private:
+    std::filesystem::path back;
+};
+
+inline std::string ReadWhole(const std::filesystem::path &path)
+{
+    std::ostringstream text;
+    text << std::ifstream(path, std::ios::binary).rdbuf();
+    return text.str();
+}
+
+inline int CountFiles()
+{
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator("."), {}));
+}

@@ -1,17 +1,12 @@
 #include "export/slices.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
+#include "temporary_file.h"
 
 // A directory of its own for the files of a test.
 class Slices : public testing::Test
@@ -21,16 +16,6 @@ protected:
     {
         StartAfresh();
         SetProgramDefaults();
-        char name[] = "/tmp/sarkelo-slices-XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory = name;
-        back = std::filesystem::current_path();
-        std::filesystem::current_path(directory);
-    }
-    void TearDown() override
-    {
-        std::filesystem::current_path(back);
-        std::filesystem::remove_all(directory);
     }
 
     static void GrowFork()
@@ -41,15 +26,7 @@ protected:
         Grow(IterateSystem, 400, 10000000);
     }
 
-    static std::string Slurp(const std::string &name)
-    {
-        std::ifstream file(name);
-        std::ostringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
-
-    std::filesystem::path directory, back;
+    TemporaryDirectory directory;
 };
 
 namespace
@@ -152,7 +129,7 @@ TEST_F(Slices, FilesAndReportsAreThoseOfThePlainWalk)
                 FILE *file = fopen("expected.txt", "w");
                 PlainSlice{a, b, file, k == 0, &expectedtold}.Run();
                 fclose(file);
-                ASSERT_EQ(Slurp("slice_00" + std::to_string(k) + ".txt"), Slurp("expected.txt")) << k;
+                ASSERT_EQ(ReadWhole("slice_00" + std::to_string(k) + ".txt"), ReadWhole("expected.txt")) << k;
             }
             ASSERT_EQ(told, expectedtold);
             EXPECT_FALSE(std::filesystem::exists("slice_007.txt"));
@@ -211,9 +188,9 @@ TEST_F(Slices, OneLongChain)
     testing::internal::CaptureStderr();
     EXPECT_EQ(DoSlice(2, {0, 0, 1}), kSlicesDone);
     testing::internal::GetCapturedStderr();
-    const std::string upper = Slurp("slice_000.txt");
+    const std::string upper = ReadWhole("slice_000.txt");
     EXPECT_EQ(std::count(upper.begin(), upper.end(), '\n'), count - 1);
-    EXPECT_EQ(Slurp("slice_001.txt"), "0 0 0 0 0 0\n"); // touched at one end
+    EXPECT_EQ(ReadWhole("slice_001.txt"), "0 0 0 0 0 0\n"); // touched at one end
 }
 
 TEST_F(Slices, OddRadiiEnd)

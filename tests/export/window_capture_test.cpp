@@ -1,14 +1,11 @@
 #include "export/window_capture.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-
 #include <gtest/gtest.h>
 
 #include "fakes/recorder.h"
 #include "growth/scenario.h"
 #include "image/bitmap.h"
+#include "temporary_file.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -24,31 +21,18 @@ protected:
         StartAfresh();
         SetProgramDefaults();
         CameraHome();
-        char name[] = "/tmp/sarkelo-capture-XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory = name;
-        back = fs::current_path();
-        fs::current_path(directory);
         first = next;
     }
-    void TearDown() override
-    {
-        camera.stereo = kStereoNone;
-        fs::current_path(back);
-        fs::permissions(directory, fs::perms::owner_all);
-        fs::remove_all(directory);
-    }
+    void TearDown() override { camera.stereo = kStereoNone; }
     static std::string Numbered(const char *prefix, int number)
     {
         char name[32];
         snprintf(name, sizeof name, "%s%04d.tga", prefix, number);
         return name;
     }
-    static int Files() { return static_cast<int>(std::distance(fs::directory_iterator("."), {})); }
-
     static int next; // the number that the program gives next
     int first = 0;
-    fs::path directory, back;
+    TemporaryDirectory directory;
 };
 int Capture::next = 0;
 
@@ -90,7 +74,7 @@ TEST_F(Capture, EachEyeHasItsFile)
               "glReadBuffer(1026)\nglReadBuffer(1027)\nglutSwapBuffers()\nglutSwapBuffers()\n");
     EXPECT_TRUE(fs::exists(Numbered("L_", first)));
     EXPECT_TRUE(fs::exists(Numbered("R_", first + 1))); // the numbering moves on with it
-    EXPECT_EQ(Files(), 3);
+    EXPECT_EQ(CountFiles(), 3);
     next += 2;
 }
 
@@ -102,7 +86,7 @@ TEST_F(Capture, RecordingSavesEveryFrame)
         HandleDisplay();
     HandleKeyboard('R', 0, 0);
     HandleDisplay();
-    EXPECT_EQ(Files(), 3);
+    EXPECT_EQ(CountFiles(), 3);
     next += 3;
 }
 
@@ -119,5 +103,5 @@ TEST_F(Capture, AFileThatCannotBeOpenedGivesItsMessage)
     // A sanitizer reports the allocation first.
     EXPECT_TRUE(testing::internal::GetCapturedStderr().ends_with(
         "WindowDump - Failed to allocate memory for image\n"));
-    EXPECT_EQ(Files(), 0);
+    EXPECT_EQ(CountFiles(), 0);
 }

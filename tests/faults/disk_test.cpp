@@ -3,11 +3,7 @@
 // does not let files grow beyond a limit.
 
 #include <csignal>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <sstream>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -25,6 +21,7 @@
 #include "growth/scenario.h"
 #include "image/bitmap.h"
 #include "surface/samples.h"
+#include "temporary_file.h"
 #include "viewer/display.h"
 #include "viewer/menus.h"
 
@@ -32,13 +29,6 @@ namespace fs = std::filesystem;
 
 static const std::string kBefore = "what was there before";
 static const std::string kFull = ": File too large\n";
-
-static std::string Read(const fs::path &path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 static void Write(const fs::path &path, const std::string &text = kBefore)
 {
@@ -73,11 +63,6 @@ class FullDisk : public testing::Test
 protected:
     void SetUp() override
     {
-        char name[] = "/tmp/sarkelo-disk-XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        directory = name;
-        back = fs::current_path();
-        fs::current_path(directory);
         signal(SIGXFSZ, SIG_IGN); // as the program does
         StartAfresh();
         BuildSample(11);
@@ -88,12 +73,8 @@ protected:
     {
         fakefile.clear();
         EndCaptures();
-        fs::current_path(back);
-        fs::remove_all(directory);
     }
-    static int Files() { return static_cast<int>(std::distance(fs::directory_iterator("."), {})); }
-
-    fs::path directory, back;
+    TemporaryDirectory directory;
 };
 
 TEST_F(FullDisk, WhatIsSavedIsWholeOrLeavesWhatWasThere)
@@ -106,7 +87,7 @@ TEST_F(FullDisk, WhatIsSavedIsWholeOrLeavesWhatWasThere)
                 HandleMainMenu(id == 11 ? kCommandSaveSurface : kCommandInformation);
         };
         save();
-        const std::string whole = Read("saved");
+        const std::string whole = ReadWhole("saved");
         ASSERT_GT(whole.size(), 100U);
         const size_t step = std::max<size_t>(1, whole.size() / 150);
         for (size_t k = 0; k < whole.size() + step; k += step) {
@@ -120,8 +101,8 @@ TEST_F(FullDisk, WhatIsSavedIsWholeOrLeavesWhatWasThere)
                 const std::string told = WithRoomFor(room, save);
                 const bool fits = room == whole.size();
                 ASSERT_EQ(told, fits ? "" : "Cannot write \"saved\"" + kFull) << id << ' ' << k;
-                ASSERT_EQ(Read("saved"), fits ? whole : replaces ? kBefore : "") << id << ' ' << k;
-                ASSERT_EQ(Files(), fits || replaces ? 1 : 0);
+                ASSERT_EQ(ReadWhole("saved"), fits ? whole : replaces ? kBefore : "") << id << ' ' << k;
+                ASSERT_EQ(CountFiles(), fits || replaces ? 1 : 0);
                 ASSERT_EQ(CountCalls("fl_show_message"), !fits && id == 12 ? 1 : 0);
             }
         }
@@ -134,7 +115,7 @@ TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
     std::string whole[3], names[3];
     for (int i = 0; i < 3; i++) {
         names[i] = "slice_00" + std::to_string(i) + ".txt";
-        whole[i] = Read(names[i]);
+        whole[i] = ReadWhole(names[i]);
     }
     for (size_t room = 0; room < whole[1].size(); room += 37) {
         for (const std::string &name : names)
@@ -142,10 +123,10 @@ TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
         const std::string told = WithRoomFor(room, [] { EXPECT_EQ(DoSlice(3, {0, 0, 1}), kSlicesDone); });
         for (int i = 0; i < 3; i++) {
             const bool fits = whole[i].size() <= room;
-            EXPECT_EQ(Read(names[i]), fits ? whole[i] : kBefore);
+            EXPECT_EQ(ReadWhole(names[i]), fits ? whole[i] : kBefore);
             EXPECT_EQ(told.find("Cannot write \"" + names[i] + "\"" + kFull) == std::string::npos, fits);
         }
-        EXPECT_EQ(Files(), 3);
+        EXPECT_EQ(CountFiles(), 3);
     }
 }
 
@@ -160,16 +141,16 @@ TEST_F(FullDisk, ARecordingTellsOnceAndLeavesNoEmptyPictures)
     std::string told = WithRoomFor(20, record);
     EXPECT_TRUE(told.starts_with("Cannot write \"") && told.ends_with(kFull)) << told;
     EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << told;
-    EXPECT_EQ(Files(), 0);
+    EXPECT_EQ(CountFiles(), 0);
     EXPECT_EQ(WithRoomFor(RLIM_INFINITY, record), "");
-    EXPECT_EQ(Files(), 5);
+    EXPECT_EQ(CountFiles(), 5);
     options.recordframes = 0;
     HandleDisplay();
     options.dumpnext = 1;
     told.replace(told.find("000"), 4, "0005");
     EXPECT_EQ(WithRoomFor(20, HandleDisplay), told);
     EXPECT_EQ(WithRoomFor(20, [] { EXPECT_EQ(WindowDump("named", 9, 9, 0, kImageTGA), 0); }), "");
-    EXPECT_EQ(Files(), 5);
+    EXPECT_EQ(CountFiles(), 5);
 }
 
 TEST_F(FullDisk, DevicesAreWrittenAsTheyAre)
@@ -207,18 +188,18 @@ TEST_F(FullDisk, LinksModeAndOwnerStay)
     fs::create_symlink("plain", "link");
     EXPECT_EQ(save("link"), "");
     EXPECT_TRUE(fs::is_symlink("link"));
-    EXPECT_EQ(Read("plain"), "new");
+    EXPECT_EQ(ReadWhole("plain"), "new");
     EXPECT_NE(inode("plain").st_ino, old.st_ino);
     EXPECT_EQ(inode("plain").st_mode, old.st_mode);
 
     Write("first");
     fs::create_hard_link("first", "second");
     EXPECT_EQ(save("second"), "");
-    EXPECT_EQ(Read("first"), "new"); // in place
+    EXPECT_EQ(ReadWhole("first"), "new"); // in place
 
     fs::create_symlink("later", "dangling");
     EXPECT_EQ(save("dangling"), "");
-    EXPECT_EQ(Read("later"), "new");
+    EXPECT_EQ(ReadWhole("later"), "new");
 
     const mode_t mask = umask(027);
     EXPECT_EQ(save("fresh"), "");
@@ -246,13 +227,13 @@ TEST_F(FullDisk, LinksModeAndOwnerStay)
         const std::string refusal = save("readonly");
         chmod(".", 0); // not its owner: nothing changes
         Write("mine");
-        const bool mine = save("mine").empty() && Read("mine") == "new" && save("theirs").empty();
+        const bool mine = save("mine").empty() && ReadWhole("mine") == "new" && save("theirs").empty();
         _exit(became && mine && refusal == "Cannot write \"readonly\": Permission denied\n" ? 0 : 1);
     }
     int status = 1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
-    EXPECT_EQ(Read("readonly"), kBefore);
+    EXPECT_EQ(ReadWhole("readonly"), kBefore);
 
     // A file that can be written in a folder that cannot.
     chmod("theirs", 0666);
@@ -261,7 +242,7 @@ TEST_F(FullDisk, LinksModeAndOwnerStay)
     const pid_t other = fork();
     if (other == 0) {
         const bool became = setgid(nobody) == 0 && setuid(nobody) == 0;
-        _exit(became && save("theirs").empty() && Read("theirs") == "new" ? 0 : 1);
+        _exit(became && save("theirs").empty() && ReadWhole("theirs") == "new" ? 0 : 1);
     }
     waitpid(other, &status, 0);
     EXPECT_EQ(status, 0);

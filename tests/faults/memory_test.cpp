@@ -2,11 +2,8 @@
 // is lost or half done, and the user is told. Each try runs in a process of its own, so that none profits
 // from what an earlier one has allocated.
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <map>
-#include <sstream>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -24,6 +21,7 @@
 #include "panels.h"
 #include "surface/samples.h"
 #include "surface/surface.h"
+#include "temporary_file.h"
 #include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
@@ -53,13 +51,6 @@ const auto kPanels = Guarded<PollPanels, kRepeatedCallback>;
 const auto kDisplay = Guarded<HandleDisplay, kRepeatedCallback>;
 const auto kIdle = Guarded<HandleIdle, kRepeatedCallback>;
 } // namespace
-
-static std::string ReadFile(const fs::path &path)
-{
-    std::ostringstream text;
-    text << std::ifstream(path, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 // Twenty roots, a few branches on them, a surface of 16 faces.
 static void PrepareRun()
@@ -98,7 +89,7 @@ static State TakeState()
              << stltri[i].D;
     state.records = text.str();
     for (const auto &entry : fs::directory_iterator("."))
-        state.files[entry.path().filename()] = ReadFile(entry.path());
+        state.files[entry.path().filename()] = ReadWhole(entry.path());
     return state;
 }
 
@@ -248,10 +239,8 @@ static void EmptyDirectory()
 
 TEST(FailingMemory, NothingIsLostHalfDoneOrHidden)
 {
-    char folder[] = "/tmp/sarkelo-faults-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    const fs::path inputs = fs::path(folder) / "inputs";
-    fs::create_directory(inputs);
+    const TemporaryDirectory inputdirectory;
+    const fs::path inputs = inputdirectory.path;
     std::ofstream ascii(inputs / "ascii.stl");
     std::ofstream binary(inputs / "binary.stl", std::ios::binary);
     std::ofstream seedfile(inputs / "roots.txt");
@@ -272,9 +261,7 @@ TEST(FailingMemory, NothingIsLostHalfDoneOrHidden)
     std::ofstream(inputs / "empty.txt").close();
     fs::copy_file(inputs / "binary.stl", inputs / "short.stl");
     fs::resize_file(inputs / "short.stl", 400); // its last faces are repeated
-    fs::create_directory(fs::path(folder) / "work");
-    const fs::path back = fs::current_path();
-    fs::current_path(fs::path(folder) / "work");
+    const TemporaryDirectory directory;
 
     long tried = 0;
     for (const Action &action : ListActions(inputs)) {
@@ -289,7 +276,7 @@ TEST(FailingMemory, NothingIsLostHalfDoneOrHidden)
         const long allocations = atol(run.c_str());
         State full = {run.substr(run.find('\n') + 1), {}};
         for (const auto &entry : fs::directory_iterator("."))
-            full.files[entry.path().filename()] = ReadFile(entry.path());
+            full.files[entry.path().filename()] = ReadWhole(entry.path());
         for (long k = 1; k <= allocations; k++) {
             for (const bool on : {false, true}) {
                 EmptyDirectory();
@@ -310,8 +297,6 @@ TEST(FailingMemory, NothingIsLostHalfDoneOrHidden)
             }
         }
     }
-    fs::current_path(back);
-    fs::remove_all(folder);
     printf("%ld failures\n", tried);
     EXPECT_GT(tried, 500);
 }

@@ -145,14 +145,6 @@ TEST(GrowthStep, TheStepCountStartsOverInPhaseBeforeItOverflows)
     EXPECT_EQ(growthstate.stepcount, INT_MAX % 10000 + 1);
 }
 
-// A walker that is sure to stick: one that can only make a short step, near a particle.
-static void PutWalkerNear(Vector p)
-{
-    growthstate.pos = {p.x + 0.1, p.y, p.z};
-    growthstate.stepcount = 1;
-    growthstate.bias = 0;
-}
-
 TEST(GrowthStep, TheLaunchCountStartsOverInPhaseWithItsRingBeforeItOverflows)
 {
     StartAfresh();
@@ -165,28 +157,4 @@ TEST(GrowthStep, TheLaunchCountStartsOverInPhaseWithItsRingBeforeItOverflows)
         EXPECT_GE(nseeds, kSeedRing); // all of the ring is drawn
         EXPECT_EQ(nseeds % kSeedRing, slot + 1);
     }
-}
-
-TEST(GrowthStep, FlowIsSharedAlongThePathToTheRoot)
-{
-    // A chain 0 - 1 - 2 from root 0: the path from particle 2 counts n = 1 + 2, and gives 1/3 to each of 2, 1
-    // and 0.
-    StartAfresh();
-    growthstate.branchlength = 1;
-    for (int i = 0; i < 3; i++) {
-        const int size = ncells;
-        while (ncells == size) {
-            PutWalkerNear({3.0 * i, 0, 0});
-            IterateSystem();
-        }
-        if (i < 2) {
-            cells[ncells - 1].p = {3.0 * (i + 1), 0, 0};
-        }
-    }
-    ASSERT_EQ(ncells, 4);
-    EXPECT_EQ(cells[3].parent, 2);
-    EXPECT_EQ(cells[0].weight, 1.0 / 2 + 1.0 / 2 + 1.0 / 3);
-    EXPECT_EQ(cells[1].weight, 1.0 / 2 + 1.0 / 3);
-    EXPECT_EQ(cells[2].weight, 1.0 / 3);
-    EXPECT_EQ(growthstate.maxweight, cells[0].weight);
 }

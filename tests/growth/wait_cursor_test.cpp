@@ -1,6 +1,5 @@
 #include "growth/wait_cursor.h"
 
-#include <filesystem>
 #include <functional>
 
 #include <GL/glut.h>
@@ -35,11 +34,7 @@ TEST(WaitCursor, IsShownDuringWorkAndGivenBack)
     const TemporaryFile nothing("");
     const TemporaryFile onepoint("1 2 3");
     const TemporaryFile face("solid\nouter loop\nv 0 0 9\nv 9 0 9\nv 0 9 9\n");
-    // Slices go to the current directory.
-    const std::filesystem::path before = std::filesystem::current_path();
-    const std::filesystem::path aside = std::filesystem::temp_directory_path() / "sarkelo_wait_cursor";
-    std::filesystem::create_directory(aside);
-    std::filesystem::current_path(aside);
+    const TemporaryDirectory forslices;
 
     const struct {
         const char *name;
@@ -74,8 +69,6 @@ TEST(WaitCursor, IsShownDuringWorkAndGivenBack)
         EXPECT_EQ(CallsOf("fl_set_cursor").at(0).args[0], FL_BUSY_CURSOR) << row.name;
         EXPECT_EQ(CallsOf("fl_set_cursor").back().args[0], FL_DEFAULT_CURSOR) << row.name;
     }
-    std::filesystem::current_path(before);
-    std::filesystem::remove_all(aside);
     settingformvisible = stlformvisible = sliceformvisible = 0;
     fakefile = "";
     fakecursor = 0;
