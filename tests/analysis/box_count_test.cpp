@@ -259,15 +259,4 @@ TEST(BranchDistribution, ClassesAddUp)
     ncells = 14;
     CountBranches();
     EXPECT_EQ(stats.branchcount[0], 24);
-
-    Grow(IterateSystem, 300, 10000000);
-    stats = {};
-    CountBranches();
-    for (int k = 0; k < 9; k++) {
-        int plain = 0;
-        for (int i = 0; i < ncells; i++)
-            plain +=
-                std::count_if(cells, cells + ncells, [=](const Particle &p) { return p.parent == i; }) == k;
-        EXPECT_EQ(stats.branchcount[k], plain);
-    }
 }

@@ -78,18 +78,6 @@ TEST_F(Capture, EachEyeHasItsFile)
     next += 2;
 }
 
-TEST_F(Capture, RecordingSavesEveryFrame)
-{
-    HandleReshape(8, 6);
-    HandleKeyboard('r', 0, 0);
-    for (int i = 0; i < 3; i++)
-        HandleDisplay();
-    HandleKeyboard('R', 0, 0);
-    HandleDisplay();
-    EXPECT_EQ(CountFiles(), 3);
-    next += 3;
-}
-
 TEST_F(Capture, AFileThatCannotBeOpenedGivesItsMessage)
 {
     testing::internal::CaptureStderr();

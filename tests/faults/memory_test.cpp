@@ -16,6 +16,7 @@
 #include "faults/failing_memory.h"
 #include "growth/growth_step.h"
 #include "growth/neighbour_search.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "panels.h"
@@ -73,17 +74,13 @@ static State TakeState()
     State state;
     std::ostringstream text;
     text << std::hexfloat << HashParticles(ncells) << ' ' << ncells << ' ' << nseeds;
+    for (const Parameter &parameter : Parameters())
+        std::visit([&](const auto *field) { text << ' ' << *field; }, parameter.field);
     const GrowthState &g = growthstate;
-    for (const double value :
-         {g.pos.x, g.pos.y, g.pos.z, g.radius, g.branchlength, g.bias, g.maxweight, g.stickiness, g.thickfrom,
-          g.thickto, g.rotation, g.rootrange, g.intersectrange, stlmin.x, stlmax.x, options.sliceparam1,
-          options.sliceparam2, options.sliceparam3})
-        text << ' ' << value;
-    for (const int value :
-         {g.sourcetype, g.running, g.stepcount, g.seed, g.nroots, g.roottype, g.association,
-          options.surfacemode, options.dlamode, options.slicecount, options.boxcountrequest, nstltri})
-        text << ' ' << value;
-    text << ' ' << g.rootname << ' ' << g.surfacename;
+    text << ' ' << g.pos.x << ' ' << g.pos.y << ' ' << g.pos.z << ' ' << g.radius << ' ' << g.maxweight << ' '
+         << g.running << ' ' << g.stepcount << ' ' << g.rootname << ' ' << g.surfacename << ' '
+         << options.surfacemode << ' ' << options.dlamode << ' ' << options.boxcountrequest << ' ' << nstltri
+         << ' ' << stlmin.x << ' ' << stlmax.x;
     for (int i = 0; i < nstltri; i++)
         text << ' ' << stltri[i].p[0].x << ' ' << stltri[i].p[1].y << ' ' << stltri[i].p[2].z << ' '
              << stltri[i].D;

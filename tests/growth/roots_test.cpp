@@ -97,67 +97,35 @@ TEST(Roots, RestartFallsBackToThePlacedRoots)
     EXPECT_NEAR(growthstate.radius, 50, 1e-12); // the farthest root
 }
 
-TEST(SeedFile, GivesTheRoots)
+// Good files, odd files and files that are none: the roots, and the run that starts from them.
+TEST(SeedFile, GivesWhatItGaveRightBefore)
 {
-    const struct {
-        const char *text;
-        int count;
-    } rows[] = {
-        {"1 2 3\n4 5 6\n", 2}, {"1 2 3\n4 5 6\n7 8\n", 2},      {"1 2 3\r\n4\t5\n6", 2},
-        {"1 2 3 4 5 6", 2},    {"1 2 3\n4 five 6\n7 8 9\n", 1},
-    };
-    for (const auto &row : rows) {
-        StartAfresh();
-        growthstate.roottype = kRootRingX;
-        Grow(IterateSystem, 30, LONG_MAX);
-        const TemporaryFile file(row.text);
-        EXPECT_EQ(ReadSeedFile(file.path()), kSeedFileRead) << row.text;
-        EXPECT_EQ(growthstate.nroots, row.count);
-        ASSERT_EQ(ncells, row.count);
-        ExpectRoot(0, 1, 2, 3);
-        EXPECT_EQ(roots[0].z, 3);
-        if (row.count == 2) {
-            ExpectRoot(1, 4, 5, 6);
-        }
-        EXPECT_EQ(growthstate.radius, 10);
-        EXPECT_EQ(growthstate.roottype, kRootRingX);
-        EXPECT_STREQ(growthstate.rootname, file.path());
-    }
-    growthstate.branchlength = 0.01;
-    const TemporaryFile file("1 2 3\n4 5 6\n");
-    ReadSeedFile(file.path());
-    EXPECT_EQ(growthstate.radius, std::sqrt(77.0));
-    InitialiseGrowth();
-    EXPECT_EQ(ncells, 2); // a restart keeps them
-}
-
-TEST(SeedFile, WithoutRootsFallsBackToTheOrigin)
-{
-    for (const char *text : {"", "1 2\n", "# 1 2 3\n", "nonsense"}) {
+    std::ostringstream text;
+    for (const char *content : {"1 2 3\n4 5 6\n", "1 2 3\n4 5 6\n7 8\n", "1 2 3\r\n4\t5\n6", "1 2 3 4 5 6",
+                                "1 2 3\n4 five 6\n7 8 9\n", "", "1 2\n", "# 1 2 3\n", "nonsense",
+                                "30 40 0\nnan inf 1\n", "unopened"}) {
         StartAfresh();
         growthstate.roottype = kRootRingX;
         growthstate.nroots = 3;
-        const TemporaryFile file(text);
-        EXPECT_EQ(ReadSeedFile(file.path()), kSeedFileEmpty) << text;
-        EXPECT_EQ(growthstate.nroots, 1);
-        EXPECT_EQ(growthstate.roottype, kRootOrigin);
-        EXPECT_STREQ(growthstate.rootname, "Origin");
-        ASSERT_EQ(ncells, 1);
-        ExpectRoot(0, 0, 0, 0);
+        ResetSeeds();
+        Grow(IterateSystem, 30, LONG_MAX);
+        const TemporaryFile file(content);
+        const bool unopened = strcmp(content, "unopened") == 0;
+        text << '"' << content << "\": " << ReadSeedFile(unopened ? "/no/such/file" : file.path());
+        for (const int restarted : {0, 1}) { // a restart keeps the roots
+            text << "; " << growthstate.nroots << ' ' << growthstate.roottype << ' ' << growthstate.radius
+                 << ' ' << (strcmp(growthstate.rootname, file.path()) == 0 ? "path" : growthstate.rootname)
+                 << ' ' << nseeds;
+            for (int i = 0; i < ncells && i < 5; i++)
+                text << " (" << cells[i].p.x << ' ' << cells[i].p.y << ' ' << cells[i].p.z << ' '
+                     << cells[i].parent << ')';
+            if (!restarted)
+                InitialiseGrowth();
+        }
+        text << ' ' << rand() << ' ' << drand48() << '\n';
     }
+    ExpectGolden("seed_files.txt", text.str());
     EXPECT_EQ(ReadSeedFile("/"), kSeedFileEmpty); // a directory opens, and holds no record
-}
-
-TEST(SeedFile, UnopenedChangesNothing)
-{
-    StartAfresh();
-    Grow(IterateSystem, 30, LONG_MAX);
-    const unsigned long long hash = HashParticles(30);
-    EXPECT_EQ(ReadSeedFile("/no/such/file"), kSeedFileUnopened);
-    EXPECT_EQ(ncells, 30);
-    EXPECT_EQ(HashParticles(30), hash);
-    EXPECT_EQ(growthstate.nroots, 1);
-    EXPECT_STREQ(growthstate.rootname, "Origin");
 }
 
 TEST(SeedFile, KeepsWhatFitsOfALongPath)
