@@ -5,29 +5,7 @@ program=$1 version=$2
 unset DISPLAY
 expected=$(mktemp)
 trap 'rm -f "$expected"' EXIT
-cat >"$expected" <<END
-Usage: $program [command line options]
-Command line options
-       -h    this text
-       -d    more verbose mode
-       -f    full screen
-       -s    active (quad buffer) stereo
-      -ss    dual screen stereo
-Mouse controls
-     left    rotate camera
-   middle    roll camera
-    right    menus
-Function keys: see menus
-Keyboard commands
-        q    quit
-        h    reset camera
-      [,]    roll camera
-      <,>    more camera forward, backward
-      +,-    zoom camera in, out
-      a,A    autospin speed increase/decrease
-        w    window dump to TGA file
-Version: $version
-END
+sed "s|PROGRAM|$program|; s|VERSION|$version|" "$(dirname "$0")/../golden/usage.txt" >"$expected"
 for arguments in "-h" "-d -ss nonsense -h" "-h -d"; do
     "$program" $arguments 2>"$expected.found"
     status=$?

@@ -10,6 +10,7 @@
 #include "fakes/recorder.h"
 #include "golden.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
@@ -100,26 +101,13 @@ TEST(Frames, EveryModeAndOverlay)
         {"no extras, no information", [] { options.showextras = options.showinfo = 0; }},
         {"odd parameters",
          [] {
-             growthstate = {.pos = {},
-                            .sourcetype = kSourceAxisMinusZ,
-                            .running = 1,
-                            .radius = 12.5,
-                            .branchlength = 0.5,
-                            .stepcount = 17,
-                            .bias = 0.75,
-                            .maxweight = 3,
-                            .stickiness = 5,
-                            .thickfrom = 1,
-                            .thickto = 0.25,
-                            .seed = -3,
-                            .rotation = -5,
-                            .nroots = 2000000,
-                            .rootrange = 1e-9,
-                            .roottype = 2,
-                            .rootname = {},
-                            .association = 0,
-                            .intersectrange = 90,
-                            .surfacename = {}};
+             double value = 0.125;
+             for (const Parameter &parameter : Parameters())
+                 SetParameter(parameter, value += 0.75);
+             growthstate.sourcetype = kSourceAxisMinusZ;
+             growthstate.nroots = 2000000;
+             growthstate.seed = -3;
+             growthstate.stepcount = 17;
              snprintf(growthstate.rootname, sizeof growthstate.rootname, "%s", std::string(100, 'r').c_str());
              snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
              nseeds = 1500;

@@ -1,3 +1,5 @@
+// The menus: the tree, and what every entry of it does.
+
 #include "viewer/menus.h"
 
 #include <fstream>
@@ -6,8 +8,11 @@
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
+#include "export/model.h"
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
+#include "golden.h"
+#include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "growth/sources.h"
@@ -16,24 +21,12 @@
 #include "temporary_file.h"
 #include "viewer/callback.h"
 
-class Menus : public testing::Test
-{
-protected:
-    void SetUp() override
-    {
-        StartAfresh();
-        CreatePanelsOnce();
-        SetProgramDefaults();
-        fakemenus.clear();
-        fakefile.clear();
-        ForgetCalls();
-    }
-};
-
 // The whole tree as the user finds it, menu by menu in the order of building: "menu id label", and "menu > id
 // label" for an entry that opens a menu.
-TEST_F(Menus, TheTree)
+TEST(Menus, TheTree)
 {
+    fakemenus.clear();
+    ForgetCalls();
     CreateMenus();
     std::ostringstream tree;
     for (const Call &call : calls) {
@@ -41,72 +34,67 @@ TEST_F(Menus, TheTree)
         if (opens || call.name == "glutAddMenuEntry")
             tree << call.args[0] << (opens ? " > " : " ") << call.args[1] << " " << call.text << "\n";
     }
-    std::ifstream file(SARKELO_TESTS "/viewer/menu_tree.txt");
-    std::ostringstream expected;
-    expected << file.rdbuf();
-    EXPECT_EQ(tree.str(), expected.str());
+    ExpectGolden("../viewer/menu_tree.txt", tree.str());
     EXPECT_EQ(fakemenus, (std::vector<void (*)(int)>{Guarded<HandleSTLMenu>, Guarded<HandleSaveMenu>,
                                                      Guarded<HandleDLAMenu>, Guarded<HandleSampleMenu>,
                                                      Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>,
                                                      Guarded<HandleMainMenu>}));
 }
 
-TEST_F(Menus, SeparatorsAndUnknownIdsChangeNothing)
+// What a menu's handler leaves and calls, with a file selected or, where it is empty, the selector cancelled.
+static std::string Choose(void (*handler)(int), int id, const std::string &file)
 {
-    const GrowthState before = growthstate;
-    const Options optionsbefore = options;
-    for (const int id : {0, -1, 8, 15, 50, 60, 99, 101, INT_MAX})
-        HandleMainMenu(id);
-    EXPECT_EQ(memcmp(&before, &growthstate, sizeof before), 0);
-    EXPECT_EQ(memcmp(&optionsbefore, &options, sizeof options), 0);
-    EXPECT_TRUE(calls.empty());
-}
-
-TEST_F(Menus, PanelsAreFilledAndShown)
-{
+    StartAfresh();
+    CreatePanelsOnce();
+    Grow(IterateSystem, 20, 1000000);
+    UpdateForms();
     growthstate.seed = 77;
-    const struct {
-        int id;
-        int *visible;
-    } rows[] = {{2, &settingformvisible}, {3, &stlformvisible}, {7, &sliceformvisible}};
-    for (const auto &row : rows) {
-        HandleMainMenu(row.id);
-        EXPECT_EQ(*row.visible, 1);
-        *row.visible = 0;
-    }
-    EXPECT_EQ(CountCalls("fl_show_form"), 3);
-    EXPECT_EQ(CallsOf("fl_show_form").at(0).args, (std::vector<double>{FL_PLACE_CENTER, FL_FULLBORDER}));
-    EXPECT_STREQ(fl_get_input(settingform->seed), "77");
-}
-
-TEST_F(Menus, AReadSurfaceBecomesVisible)
-{
-    const TemporaryFile file("solid s\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n");
-    fakefile = file.path();
     options.surfacemode = kSurfaceOff;
-    HandleMainMenu(1);
-    EXPECT_EQ(nstltri, 1);
-    EXPECT_EQ(options.surfacemode, kSurfaceWireframe);
-    EXPECT_EQ(CountCalls("glNewList"), 1);
-    options.surfacemode = kSurfaceSolid;
-    fakefile.clear(); // cancelled: drawn anew all the same
-    HandleMainMenu(1);
-    EXPECT_EQ(nstltri, 1);
-    EXPECT_EQ(options.surfacemode, kSurfaceSolid);
-    EXPECT_EQ(CountCalls("glNewList"), 2);
+    settingformvisible = stlformvisible = sliceformvisible = 0;
+    fakefile = file;
+    ForgetCalls();
+    handler(id);
+    std::ostringstream text;
+    text << id << ": " << options.dlamode << ' ' << options.surfacemode << ' ' << options.showextras
+         << options.showinfo << ' ' << growthstate.running << ' ' << options.boxcountrequest << ' ' << ncells
+         << ' ' << nseeds << ' ' << growthstate.sourcetype << ' ' << growthstate.roottype << ' '
+         << growthstate.rootname << ", " << growthstate.surfacename << ' ' << nstltri << "; "
+         << settingformvisible << stlformvisible << sliceformvisible << ' '
+         << fl_get_input(settingform->seed);
+    for (const Call &call : calls)
+        if (call.name.starts_with("fl_show") || call.name == "glNewList")
+            text << ' ' << Text(call);
+    text << '\n';
+    options.boxcountrequest = 0;
+    fakefile.clear();
+    return text.str();
 }
 
-TEST_F(Menus, ModesAndSamples)
+TEST(Menus, EveryEntryDoesWhatItDidRightBefore)
 {
-    HandleDLAMenu(kAggregateOff);
-    EXPECT_EQ(options.dlamode, kAggregateOff);
-    EXPECT_EQ(CountCalls("glNewList"), 0);
-    HandleSTLMenu(kSurfaceVertices);
-    EXPECT_EQ(options.surfacemode, kSurfaceVertices);
-    HandleSourceMenu(42); // recorded without a look
-    EXPECT_EQ(growthstate.sourcetype, 42);
-    HandleSampleMenu(13);
-    EXPECT_STREQ(growthstate.surfacename, "Open (double) Box");
-    EXPECT_EQ(CountCalls("glNewList"), 2);
-    EXPECT_EQ(CountCalls("glVertex3f"), 8 * 3);
+    std::string text;
+    for (void (*handler)(int) : {HandleSTLMenu, HandleSaveMenu, HandleDLAMenu, HandleSampleMenu,
+                                 HandleSourceMenu, HandleRootMenu, HandleMainMenu})
+        for (int id = -1; id <= 101; id++)
+            if (handler != HandleMainMenu || id != kCommandQuit)
+                text += Choose(handler, id, "");
+    const TemporaryDirectory directory;
+    for (int id = 1; id <= 10; id++) {
+        text += Choose(HandleSaveMenu, id, "saved");
+        text += std::to_string(std::filesystem::file_size("saved")) + " bytes\n";
+    }
+    std::ofstream("face.stl") << "solid s\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n";
+    text += Choose(HandleMainMenu, kCommandReadSurface, "face.stl");
+    text += Choose(HandleMainMenu, kCommandInformation, "saved") + ReadWhole("saved");
+    // Names that are refused.
+    for (const std::string &name : {std::string(256, 'x'), std::string("no/such/place"), std::string(".")})
+        for (const int id : {kCommandSaveSurface, kCommandInformation})
+            text += Choose(HandleMainMenu, id, name);
+    ExpectGolden("menus.txt", text);
+    EXPECT_EQ(CountFiles(), 2);
+    ForgetCalls();
+    SaveModel(6, 1); // no such formats
+    SaveModel(-1, 1);
+    EXPECT_TRUE(calls.empty());
+    EXPECT_EXIT(HandleMainMenu(kCommandQuit), testing::ExitedWithCode(0), "");
 }
