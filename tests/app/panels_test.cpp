@@ -22,6 +22,7 @@ protected:
         StartAfresh();
         SetProgramDefaults();
         CreatePanelsOnce();
+        UpdateForms();
         settingformvisible = stlformvisible = sliceformvisible = 1;
         ForgetCalls();
     }

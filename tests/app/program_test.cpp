@@ -22,6 +22,7 @@ static std::string Start(std::vector<const char *> arguments)
     CameraHome();
     camera.stereo = kStereoNone;
     camera.screenwidth = 800;
+    camera.screenheight = 600;
     RunProgram(static_cast<int>(argv.size()), argv.data());
     std::string transcript;
     for (const Call &call : calls)

@@ -17,6 +17,7 @@ TEST(ReadDialogs, AnswersAndMessages)
 {
     StartAfresh();
     CreatePanelsOnce();
+    UpdateForms();
     const TemporaryFile two("1 2 3\n4 5 6\n"), nothing("");
     const TemporaryFile face("solid\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n");
     const TemporaryFile many(std::string(84, '\xff'));

@@ -36,29 +36,18 @@ protected:
 };
 int Capture::next = 0;
 
-TEST_F(Capture, NumbersSkipExistingFiles)
+TEST_F(Capture, NumbersSkipExistingFilesAndNamesReplaceThem)
 {
-    std::ofstream(Numbered("", first)) << "old";
-    std::ofstream(Numbered("", first + 1)) << "old";
-    EXPECT_EQ(WindowDump("", 4, 2, 0, kImageTGACompressed), 1);
-    EXPECT_EQ(WindowDump("", 4, 2, 0, kImageTGACompressed), 1);
-    next += 4;
-    EXPECT_EQ(fs::file_size(Numbered("", first)), 3U);
-    EXPECT_EQ(fs::file_size(Numbered("", first + 1)), 3U);
-    EXPECT_TRUE(fs::exists(Numbered("", first + 2)) && fs::exists(Numbered("", first + 3)));
-    EXPECT_EQ(Transcript({"glFinish", "glReadBuffer"}).substr(0, 29), "glFinish()\nglReadBuffer(1026)");
-}
-
-TEST_F(Capture, NamedFilesAreOverwrittenAndCutShort)
-{
-    std::ofstream("view.tga") << std::string(1000, 'x');
-    EXPECT_EQ(WindowDump("view", 4, 2, 0, kImageTGA), 1);
-    EXPECT_EQ(fs::file_size("view.tga"), 18U + 24);
-    EXPECT_EQ(WindowDump("view", 4, 2, 1, -kImageTGA), 1);
-    EXPECT_TRUE(fs::exists("L_view.tga") && fs::exists("R_view.tga"));
-    EXPECT_EQ(WindowDump(std::string(40, 'n').c_str(), 4, 2, 0, kImageTGA), 1);
-    EXPECT_TRUE(fs::exists(std::string(31, 'n')));
-    next += 3;
+    for (const std::string &name : {Numbered("", first), Numbered("", first + 1), std::string("view.tga")})
+        std::ofstream(name) << std::string(1000, 'x');
+    for (const char *name : {"", "", "view", "nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn"})
+        EXPECT_EQ(WindowDump(name, 4, 2, 0, kImageTGA), 1);
+    next += 6;
+    EXPECT_EQ(fs::file_size(Numbered("", first + 1)), 1000U);
+    for (const std::string &name :
+         {Numbered("", first + 2), Numbered("", first + 3), std::string("view.tga"), std::string(31, 'n')})
+        EXPECT_EQ(fs::file_size(name), 18U + 24) << name;
+    EXPECT_EQ(CountFiles(), 6);
 }
 
 TEST_F(Capture, EachEyeHasItsFile)

@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 
+#include <gtest/gtest.h>
+
+#include "growth/state.h"
+
 int OwnAllocations::depth = 0;
 std::vector<Call> calls;
 int fakemodifiers = 0;
@@ -14,6 +18,23 @@ int fakebutton = 0;
 std::function<int()> fakeclose;
 std::vector<void (*)(int)> fakemenus;
 RegisteredCallbacks registered;
+
+// Each test begins with the stand-ins as they are at first.
+static const bool reset = [] {
+    class Reset : public testing::EmptyTestEventListener
+    {
+        void OnTestStart(const testing::TestInfo &) override
+        {
+            fakemodifiers = fakecursor = fakebutton = 0;
+            fakelist = 7;
+            fakefile.clear();
+            fakeworked = nullptr;
+            settingformvisible = stlformvisible = sliceformvisible = 0;
+        }
+    };
+    testing::UnitTest::GetInstance()->listeners().Append(new Reset);
+    return true;
+}();
 
 void ForgetCalls()
 {

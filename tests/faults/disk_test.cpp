@@ -210,41 +210,31 @@ TEST_F(FullDisk, LinksModeAndOwnerStay)
 
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can play another user";
-    Write("theirs");
-    Write("readonly");
     constexpr uid_t nobody = 65534;
-    ASSERT_EQ(chown("theirs", nobody, nobody), 0);
-    ASSERT_EQ(chown("readonly", nobody, nobody), 0);
+    const auto asnobody = [](const std::function<bool()> &work) {
+        fflush(nullptr);
+        const pid_t child = fork();
+        if (child == 0)
+            _exit(setgid(nobody) == 0 && setuid(nobody) == 0 && work() ? 0 : 1);
+        int status = 1;
+        waitpid(child, &status, 0);
+        return status == 0;
+    };
+    for (const char *name : {"theirs", "readonly"}) {
+        Write(name);
+        ASSERT_EQ(chown(name, nobody, nobody), 0);
+    }
     chmod("readonly", 0444);
     EXPECT_EQ(save("theirs"), "");
     EXPECT_EQ(inode("theirs").st_uid, nobody);
     chmod("theirs", 0666);
     chmod(".", 0777);
-    fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) { // as a user, in a folder that anyone can write to
-        const bool became = setgid(nobody) == 0 && setuid(nobody) == 0;
-        const std::string refusal = save("readonly");
-        chmod(".", 0); // not its owner: nothing changes
-        Write("mine");
-        const bool mine = save("mine").empty() && ReadWhole("mine") == "new" && save("theirs").empty();
-        _exit(became && mine && refusal == "Cannot write \"readonly\": Permission denied\n" ? 0 : 1);
-    }
-    int status = 1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(
+        asnobody([&] { return save("readonly") == "Cannot write \"readonly\": Permission denied\n"; }));
     EXPECT_EQ(ReadWhole("readonly"), kBefore);
-
-    // A file that can be written in a folder that cannot.
-    chmod("theirs", 0666);
-    chmod(".", 0555);
-    fflush(nullptr);
-    const pid_t other = fork();
-    if (other == 0) {
-        const bool became = setgid(nobody) == 0 && setuid(nobody) == 0;
-        _exit(became && save("theirs").empty() && ReadWhole("theirs") == "new" ? 0 : 1);
-    }
-    waitpid(other, &status, 0);
-    EXPECT_EQ(status, 0);
+    EXPECT_TRUE(asnobody([&] { return save("mine").empty() && ReadWhole("mine") == "new"; }));
+    chmod(".", 0555); // a file that can be written in a folder that cannot
+    Write("theirs");
+    EXPECT_TRUE(asnobody([&] { return save("theirs").empty() && ReadWhole("theirs") == "new"; }));
     chmod(".", 0755);
 }

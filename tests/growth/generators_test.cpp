@@ -44,16 +44,6 @@ TEST(Generators, HeldDrawsAreTheLibrarysOwn)
     }
 }
 
-TEST(Generators, AreHeldHere)
-{
-    const HeldGenerators session;
-#ifdef __GLIBC__
-    EXPECT_TRUE(generators.held);
-#else
-    EXPECT_FALSE(generators.held);
-#endif
-}
-
 TEST(Generators, AnotherKindOfStateIsLeftToTheLibrary)
 {
     char little[32]; // too small for the additive generator of 31 words

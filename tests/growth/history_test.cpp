@@ -178,6 +178,19 @@ TEST(History, LargeAggregatesGrowAsByThePlainReference)
     }
 }
 
+// Steps with the walker beside a place until one sticks; returns its parent, or -1.
+static int StickNear(Vector p)
+{
+    growthstate.bias = 0;
+    const int before = ncells;
+    for (int i = 0; i < 200 && ncells == before; i++) {
+        growthstate.pos = {p.x, p.y, p.z + 0.9};
+        growthstate.stepcount = 1;
+        IterateSystem();
+    }
+    return ncells > before ? cells[before].parent : -1;
+}
+
 // Roots read anew, of which only the first, not looked at by the index when it is asked, has moved.
 TEST(History, TheIndexFollowsNewRoots)
 {
@@ -185,19 +198,9 @@ TEST(History, TheIndexFollowsNewRoots)
     for (const char *first : {"0 0 0", "9 9 9", "-3 2 1"}) {
         const TemporaryFile file(std::string(first) + "\n5 5 5\n");
         ASSERT_EQ(ReadSeedFile(file.path()), kSeedFileRead);
-        growthstate.bias = 0;
-        const Vector root = cells[0].p;
-        for (int i = 0; i < 200 && ncells == 2; i++) {
-            growthstate.pos = {root.x + 0.9, root.y, root.z};
-            growthstate.stepcount = 1;
-            IterateSystem();
-        }
-        ASSERT_EQ(ncells, 3) << first;
-        EXPECT_EQ(cells[2].parent, 0);
+        EXPECT_EQ(StickNear(cells[0].p), 0) << first;
         ncells = 2; // as if it had not stuck: the next roots are as many, at the same place in memory
-        growthstate.pos = {0, -8, -5};
-        growthstate.stepcount = 1;
-        IterateSystem();
+        StickNear({0, -8, -5});
     }
 }
 
@@ -205,8 +208,6 @@ TEST(History, TheIndexFollowsNewRoots)
 TEST(History, TheIndexFollowsChangedParticles)
 {
     StartAfresh();
-    growthstate.branchlength = 1;
-    growthstate.bias = 0;
     for (const bool told : {false, true}) {
         ResetSeeds();
         GrowHeld(5000);
@@ -215,13 +216,6 @@ TEST(History, TheIndexFollowsChangedParticles)
         growthstate.radius = 500;
         if (told)
             ForgetAggregate();
-        const int before = ncells;
-        for (int i = 0; i < 200 && ncells == before; i++) {
-            growthstate.pos = {100, 100, 100.9};
-            growthstate.stepcount = 1;
-            IterateSystem();
-        }
-        ASSERT_EQ(ncells, before + 1);
-        EXPECT_EQ(cells[before].parent, moved);
+        EXPECT_EQ(StickNear({100, 100, 100}), moved);
     }
 }

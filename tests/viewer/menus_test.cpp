@@ -20,6 +20,7 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 #include "viewer/callback.h"
+#include "viewer/camera.h"
 
 // The whole tree as the user finds it, menu by menu in the order of building: "menu id label", and "menu > id
 // label" for an entry that opens a menu.
@@ -45,6 +46,7 @@ TEST(Menus, TheTree)
 static std::string Choose(void (*handler)(int), int id, const std::string &file)
 {
     StartAfresh();
+    CameraHome();
     CreatePanelsOnce();
     Grow(IterateSystem, 20, 1000000);
     UpdateForms();
