@@ -209,8 +209,9 @@ TEST(History, TheIndexFollowsChangedParticles)
 {
     StartAfresh();
     for (const bool told : {false, true}) {
-        ResetSeeds();
+        RestartFromRoots();
         GrowHeld(5000);
+        ASSERT_GT(ncells, 10);
         const int moved = told ? 0 : ncells - 1;
         cells[moved].p = {100, 100, 100};
         growthstate.radius = 500;
