@@ -210,7 +210,7 @@ TEST(History, TheIndexFollowsChangedParticles)
     StartAfresh();
     for (const bool told : {false, true}) {
         RestartFromRoots();
-        GrowHeld(5000);
+        GrowHeld(50000);
         ASSERT_GT(ncells, 10);
         const int moved = told ? 0 : ncells - 1;
         cells[moved].p = {100, 100, 100};
