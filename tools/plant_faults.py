@@ -36,7 +36,7 @@ def copy_sources():
         source, target = ROOT / file, COPY / file
         if source.is_file() and (not target.exists() or target.read_bytes() != source.read_bytes()):
             target.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy2(source, target)
+            shutil.copyfile(source, target)
 
 
 def build():
