@@ -134,7 +134,12 @@ panel() {
     xwininfo -root -tree | awk -v size="${panel_sizes[$1]/ /x}" '/XForm/ && index($0, " " size "+") { print $1; exit }'
 }
 
-has_panel() { [ -n "$(panel "$1")" ]; }
+# Whether a panel is there and drawn: what is clicked before that reaches the window below.
+has_panel() {
+    local id
+    id=$(panel "$1")
+    [ -n "$id" ] && xwininfo -id "$id" | grep -q IsViewable
+}
 
 # place PANEL LABEL[#N]: the middle of what bears a label in panel_layout.txt, which the tests hold against the program. A
 # text stands for the input to its right, or the Nth one.
