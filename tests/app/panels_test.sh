@@ -56,12 +56,6 @@ press transform "Apply"
 expect stlmaxx 28.28427125
 press transform "Hide"
 expect stlformvisible 0
-choose "Constraint surface drawing mode" "Faces, solid"
-expect surfacemode 5
-choose "DLA drawing mode" "Off"
-expect dlamode 1
-choose "New particle distribution" "STL surface"
-expect sourcetype 17
 
 choose "Compute/save slices"
 type_into slicing "Number of slices" 1
@@ -79,10 +73,6 @@ choose "Read seeds"
 select_file
 expect nroots 3
 choose "Read seeds"
-select_file "$work/missing.txt"
-answer
-expect nroots 3
-choose "Read seeds"
 select_file "$work/roots.txt"
 expect nroots 2
 expect rootname "$work/roots.txt"
@@ -92,19 +82,8 @@ answer
 expect nroots 1
 expect rootname Origin
 choose "Read constraint surface from STL file"
-select_file
-expect nstltri 16
-choose "Read constraint surface from STL file"
-select_file "$work/missing.stl"
-answer
-expect nstltri 16
-choose "Constraint surface drawing mode" "Off"
-expect surfacemode 1
-choose "Read constraint surface from STL file"
 select_file "$work/face.stl"
 expect nstltri 1
-expect surfacename None
-expect surfacemode 2
 
 choose "-"
 expect running 1

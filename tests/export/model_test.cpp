@@ -130,35 +130,6 @@ TEST_F(Exports, RootsOnlyAndNothing)
     EXPECT_NE(bare.find(" texture { DLATEXTURE0 }\n"), std::string::npos);
 }
 
-// Every branch stands in exactly one chain, and each chain starts at the newest particle that none before it
-// holds.
-TEST(ExportedChains, HoldEveryBranchOnce)
-{
-    StartAfresh();
-    Grow(IterateSystem, 300, 10000000);
-    std::string expected;
-    std::vector<bool> taken(300);
-    taken[0] = true;
-    for (int i = 299; i > 0; i--) {
-        if (taken[static_cast<size_t>(i)])
-            continue;
-        int length = 1;
-        int j = i;
-        for (bool joined = false; !joined; length++) {
-            taken[static_cast<size_t>(j)] = true;
-            j = cells[j].parent;
-            joined = taken[static_cast<size_t>(j)];
-        }
-        expected += " // Length: " + std::to_string(length) + "\n";
-    }
-    std::istringstream scene(Model(kFormatPOV, 0));
-    std::string lengths;
-    for (std::string line; std::getline(scene, line);)
-        if (line.starts_with(" // Length"))
-            lengths += line + "\n";
-    EXPECT_EQ(lengths, expected);
-}
-
 static std::string Node(const std::function<void(TextWriter &)> &write)
 {
     return Written([&](FILE *file) {

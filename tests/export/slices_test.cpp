@@ -137,30 +137,6 @@ TEST_F(Slices, FilesAndReportsAreThoseOfThePlainWalk)
     }
 }
 
-TEST_F(Slices, AllPiecesTogetherAreTheAggregate)
-{
-    GrowFork();
-    Vector oblique = {3, 1, -2};
-    Normalise(&oblique);
-    for (const int count : {2, 50, 1000}) {
-        for (const Vector n : {Vector{0, 0, 1}, Vector{0, -1, 0}, oblique}) {
-            for (int i = 0; i < ncells; i++) {
-                if (cells[i].parent < 0)
-                    continue;
-                double length = 0;
-                const double r = growthstate.radius;
-                for (int k = 0; k < count; k++) {
-                    const Slab slab = {n, r - 2.0 * k * r / count, r - 2.0 * (k + 1) * r / count};
-                    Vector start, end;
-                    if (ClipBranch(cells[cells[i].parent].p, cells[i].p, slab, &start, &end))
-                        length += VectorLength(start, end);
-                }
-                ASSERT_NEAR(length, VectorLength(cells[cells[i].parent].p, cells[i].p), 1e-9) << count;
-            }
-        }
-    }
-}
-
 // Ends on a plane are inside, and a branch across it at a grazing angle is cut where it crosses.
 TEST_F(Slices, BranchesOnAndAlongThePlanes)
 {

@@ -6,7 +6,7 @@
 #include <iterator>
 #include <vector>
 
-#include "tests/fuzz/input_file.h"
+#include "tools/fuzz/input_file.h"
 
 int main(int argc, char **argv)
 {

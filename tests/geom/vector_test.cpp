@@ -1,15 +1,8 @@
 #include "geom/vector.h"
 
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "golden.h"
-
-static void ExpectNear(Vector v, Vector expected)
-{
-    EXPECT_NEAR(VectorLength(v, expected), 0, 1e-12);
-}
 
 // Every routine on simple and on odd arguments. Outputs that a routine leaves alone stay 7.
 TEST(Vector, RoutinesGiveWhatTheyGaveRightBefore)
@@ -50,35 +43,4 @@ TEST(Vector, RoutinesGiveWhatTheyGaveRightBefore)
         }
     }
     ExpectGolden("vectors.txt", text.str());
-}
-
-TEST(Vector, NormaliseDividesByTheLength)
-{
-    std::mt19937 random(1);
-    std::uniform_real_distribution<double> u(-2, 2);
-    for (int i = 0; i < 1000; i++) {
-        const Vector v = {u(random), u(random), u(random)};
-        Vector unit = v;
-        Normalise(&unit);
-        const double length = std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
-        EXPECT_EQ(unit.x, v.x / length);
-        EXPECT_EQ(unit.y, v.y / length);
-        EXPECT_EQ(unit.z, v.z / length);
-    }
-}
-
-TEST(Vector, RotationsAboutAxesAndArbitraryRotationTurnOppositeWays)
-{
-    const double quarter = kTwoPi / 4;
-    ExpectNear(RotateZ({1, 0, 0}, quarter), {0, -1, 0});
-    ExpectNear(ArbitraryRotate({1, 0, 0}, quarter, {0, 0, 1}), {0, 1, 0});
-    ExpectNear(ArbitraryRotate({1, 2, 3}, kTwoPi / 3, {1, 1, 1}), {3, 1, 2}); // permutes the axes
-}
-
-TEST(Vector, LineInBoxLooksAtEndsAndNinePointsBetween)
-{
-    const Vector a = {1, 1, 1}, b = {0, 0, 0};
-    EXPECT_TRUE(LineInBox(b, a, {9, 9, 9}, {1, 1, 1}));              // bounds are inside
-    EXPECT_FALSE(LineInBox(a, b, {-50, 0.5, 0.5}, {57, 0.5, 0.5}));  // crosses between two samples
-    EXPECT_TRUE(LineInBox(a, b, {-50, 0.5, 0.5}, {50.5, 0.5, 0.5})); // the fifth sample
 }

@@ -107,17 +107,6 @@ TEST(GrowthStep, DefaultRunIsPinned)
     EXPECT_EQ(HashParticles(20000), 0xb4129258beabd5deULL) << std::hex << HashParticles(20000);
 }
 
-TEST(GrowthStep, AWalkerIsReplacedEveryTenThousandSteps)
-{
-    StartAfresh();
-    growthstate.stickiness = 0;
-    for (int i = 0; i < 20001; i++)
-        IterateSystem();
-    EXPECT_EQ(ncells, 1);
-    EXPECT_EQ(nseeds, 3);
-    EXPECT_EQ(growthstate.stepcount, 20001);
-}
-
 TEST(GrowthStep, TheStepCountStartsOverInPhaseBeforeItOverflows)
 {
     StartAfresh();

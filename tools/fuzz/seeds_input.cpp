@@ -5,7 +5,7 @@
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"
-#include "tests/fuzz/input_file.h"
+#include "tools/fuzz/input_file.h"
 
 constexpr int kSteps = 100;
 

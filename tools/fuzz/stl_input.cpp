@@ -8,7 +8,7 @@
 #include "growth/state.h"
 #include "surface/stl_reader.h"
 #include "surface/surface.h"
-#include "tests/fuzz/input_file.h"
+#include "tools/fuzz/input_file.h"
 
 constexpr int kSteps = 100;
 // A short file may announce ten million faces, which take seconds and gigabytes, as they should; not here.
