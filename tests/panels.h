@@ -2,10 +2,13 @@
 
 #pragma once
 
+#include "app/panels.h"
 #include "export/slicing_panel.h"
+#include "fakes/recorder.h"
 #include "growth/control_panel.h"
 #include "growth/settings_panel.h"
 #include "surface/transform_panel.h"
+#include "viewer/callback.h"
 
 inline void CreatePanelsOnce()
 {
@@ -15,4 +18,18 @@ inline void CreatePanelsOnce()
     stlform = create_form_stlform();
     sliceform = create_form_sliceform();
     UpdateForms();
+}
+
+// Works an object of a panel, or types into an input and leaves it; then the program polls its panels.
+inline void Work(FL_OBJECT *object)
+{
+    fakeworked = object;
+    Guarded<PollPanels, kRepeatedCallback>();
+    fakeworked = nullptr;
+}
+
+inline void Type(FL_OBJECT *input, const char *text)
+{
+    fl_set_input(input, text);
+    Work(input);
 }

@@ -1,4 +1,3 @@
-#include "app/panels.h"
 
 #include <climits>
 
@@ -27,18 +26,6 @@ protected:
         ForgetCalls();
     }
     void TearDown() override { settingformvisible = stlformvisible = sliceformvisible = 0; }
-
-    static void Work(FL_OBJECT *object)
-    {
-        fakeworked = object;
-        PollPanels();
-        fakeworked = nullptr;
-    }
-    static void Type(FL_OBJECT *input, const char *text)
-    {
-        fl_set_input(input, text);
-        Work(input);
-    }
 };
 
 // Every input with every kind of text: what all parameters are then, and what all inputs show after an update.

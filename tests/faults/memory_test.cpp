@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include "app/idle.h"
-#include "app/panels.h"
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "faults/failing_memory.h"
@@ -48,7 +47,6 @@ struct State {
 const auto kMainMenu = Guarded<HandleMainMenu>;
 const auto kSaveMenu = Guarded<HandleSaveMenu>;
 const auto kSampleMenu = Guarded<HandleSampleMenu>;
-const auto kPanels = Guarded<PollPanels, kRepeatedCallback>;
 const auto kDisplay = Guarded<HandleDisplay, kRepeatedCallback>;
 const auto kIdle = Guarded<HandleIdle, kRepeatedCallback>;
 } // namespace
@@ -88,19 +86,6 @@ static State TakeState()
     for (const auto &entry : fs::directory_iterator("."))
         state.files[entry.path().filename()] = ReadWhole(entry.path());
     return state;
-}
-
-static void Work(FL_OBJECT *object)
-{
-    fakeworked = object;
-    kPanels();
-    fakeworked = nullptr;
-}
-
-static void Type(FL_OBJECT *input, const char *text)
-{
-    fl_set_input(input, text);
-    Work(input);
 }
 
 // Actions on the state of PrepareRun, in a directory with a file "saved" to be replaced.

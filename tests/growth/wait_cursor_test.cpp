@@ -5,7 +5,6 @@
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
-#include "app/panels.h"
 #include "fakes/recorder.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
@@ -14,13 +13,6 @@
 #include "surface/samples.h"
 #include "temporary_file.h"
 #include "viewer/menus.h"
-
-static void Work(FL_OBJECT *object)
-{
-    fakeworked = object;
-    PollPanels();
-    fakeworked = nullptr;
-}
 
 // Whatever takes long, and however it ends: the wait cursor while it works, then the cursor of before, and no
 // message while it shows.
