@@ -3,12 +3,20 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
+
+// A number without the noise of rounding, which differs between compilers: 0 where it is near 0, and no NaN
+// has a sign.
+inline double Plain(double value)
+{
+    return std::fabs(value) < 1e-9 ? 0 : std::isnan(value) ? std::fabs(value) : value;
+}
 
 // Fails where the text differs from the file, and shows where. With SARKELO_GOLDEN set in the environment, the
 // text becomes the file: look at what changes then.

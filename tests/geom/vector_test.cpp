@@ -15,9 +15,9 @@ TEST(Vector, RoutinesGiveWhatTheyGaveRightBefore)
                            std::initializer_list<double> numbers) {
         text << name;
         for (const Vector &v : vectors)
-            text << " (" << v.x + 0.0 << ' ' << v.y + 0.0 << ' ' << v.z + 0.0 << ")";
+            text << " (" << Plain(v.x) << ' ' << Plain(v.y) << ' ' << Plain(v.z) << ")";
         for (const double number : numbers)
-            text << ' ' << number;
+            text << ' ' << Plain(number);
         text << '\n';
     };
     for (const Vector &a : points) {

@@ -29,8 +29,8 @@ TEST(Roots, ArePlacedAsRightBefore)
             ResetSeeds();
             text << growthstate.rootname << ":\n";
             for (int i = 0; i < ncells; i++)
-                text << ' ' << cells[i].p.x << ' ' << cells[i].p.y << ' ' << cells[i].p.z << ' '
-                     << cells[i].parent << ' ' << cells[i].weight << '\n';
+                text << ' ' << Plain(cells[i].p.x) << ' ' << Plain(cells[i].p.y) << ' ' << Plain(cells[i].p.z)
+                     << ' ' << cells[i].parent << ' ' << cells[i].weight << '\n';
             text << drand48() << ' ' << rand() << '\n';
         }
     }

@@ -53,9 +53,9 @@ TEST(Surface, FaceDataAreAsRightBefore)
         for (int i = 0; i < nstltri; i++) {
             const Triangle &t = stltri[i];
             for (const Vector &v : {t.p[0], t.p[1], t.p[2], t.n, t.midpoint})
-                text << '(' << v.x << ' ' << v.y << ' ' << v.z << ") ";
-            text << t.A << ' ' << t.B << ' ' << t.C << ' ' << t.D << ' ' << PointPlaneDist(i, {7, 5, 3})
-                 << '\n';
+                text << '(' << Plain(v.x) << ' ' << Plain(v.y) << ' ' << Plain(v.z) << ") ";
+            text << Plain(t.A) << ' ' << Plain(t.B) << ' ' << Plain(t.C) << ' ' << Plain(t.D) << ' '
+                 << PointPlaneDist(i, {7, 5, 3}) << '\n';
         }
         text << testing::internal::GetCapturedStderr() << stlmid.x << ' ' << stlmin.y << ' ' << stlmax.z
              << '\n';

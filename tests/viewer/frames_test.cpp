@@ -33,7 +33,9 @@ static std::string Drawn(const std::function<void()> &draw)
     std::string body;
     int count = 0;
     bool inside = false, text = false;
-    for (const Call &call : calls) {
+    for (Call &call : calls) {
+        for (double &number : call.args)
+            number = Plain(number);
         if (text && call.name != "glutBitmapCharacter")
             lines << "\"\n";
         if (call.name == "glutBitmapCharacter")

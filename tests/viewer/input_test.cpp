@@ -18,8 +18,7 @@ static std::string Vectors()
     std::string text;
     for (const Vector v : {camera.vp, camera.vd, camera.vu, camera.pr}) {
         char line[100];
-        const auto plain = [](double c) { return std::isnan(c) ? std::fabs(c) : c + 0.0; }; // no -nan, no -0
-        snprintf(line, sizeof line, " (%.9g, %.9g, %.9g)", plain(v.x), plain(v.y), plain(v.z));
+        snprintf(line, sizeof line, " (%.9g, %.9g, %.9g)", Plain(v.x), Plain(v.y), Plain(v.z));
         text += line;
     }
     return text;
