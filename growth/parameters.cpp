@@ -5,10 +5,14 @@
 #include <cmath>
 #include <cstring>
 
+#include "growth/roots.h"
+#include "growth/sources.h"
 #include "growth/state.h"
 
 constexpr double kInfinity = HUGE_VAL;
 
+static const char *AggregateModeName(int mode);
+static const char *SurfaceModeName(int mode);
 static int Truncate(double value);
 static double ApplyRule(const Parameter &parameter, double value);
 
@@ -27,18 +31,25 @@ static const Parameter kParameters[] = {
      "% of the branch length",
      "How near the line of a new branch may come to that of another; 0: as near as it likes."},
     {"growth", "association", &growthstate.association, 0, 0, 1, kSignDropped, "",
-     "A particle attaches only to particles of its class, its number modulo that of the roots."},
-    {"growth", "source", &growthstate.sourcetype, kSourceSphere, kSourceSphere, kSourceSurface, kLimited, "",
-     "Where walkers start."},
+     "A particle attaches only to particles of its class, its number modulo that of the roots.", SwitchName},
     {"roots", "count", &growthstate.nroots, 1, 0, INT_MAX, kSignDropped, "", "How many roots there are."},
     {"roots", "range", &growthstate.rootrange, 10, -kInfinity, kInfinity, kAnyNumber, "length",
      "The space over which several roots are placed."},
     {"roots", "distribution", &growthstate.roottype, kRootOrigin, kRootOrigin, kRootRingZ, kLimited, "",
-     "How several roots are placed."},
+     "How several roots are placed.", RootTypeName},
+    {"source", "type", &growthstate.sourcetype, kSourceSphere, kSourceSphere, kSourceSurface, kLimited, "",
+     "Where walkers start.", SourceName},
     {"drawing", "thickness_tip", &growthstate.thickto, 0.01, 0, kInfinity, kSignDropped, "length",
      "The radius of a branch through which nothing flows."},
     {"drawing", "thickness_trunk", &growthstate.thickfrom, 0.4, 0, kInfinity, kSignDropped, "length",
      "The radius of the branch with the largest flow."},
+    {"drawing", "mode", &options.dlamode, kAggregateLines, kAggregateOff, kAggregateTubes, kLimited, "",
+     "How the aggregate is drawn.", AggregateModeName},
+    {"drawing", "surface", &options.surfacemode, kSurfaceWireframe, kSurfaceOff, kSurfaceSolid, kLimited, "",
+     "How the constraint surface is drawn; it is saved with the aggregate unless this is off.",
+     SurfaceModeName},
+    {"drawing", "scale", &options.printscale, 1, 1e-6, 1e6, kLimited, "mm a unit of length",
+     "The size of the aggregate as a body to print."},
     {"slices", "count", &options.slicecount, 50, 2, INT_MAX, kLimited, "",
      "How many slabs the aggregate is cut into."},
     {"slices", "x", &options.sliceparam1, 0, -kInfinity, kInfinity, kAnyNumber, "",
@@ -61,6 +72,11 @@ const Parameter &ParameterOf(const void *field)
     });
 }
 
+double ParameterValue(const Parameter &parameter)
+{
+    return std::visit([](const auto *field) -> double { return *field; }, parameter.field);
+}
+
 void SetParameter(const Parameter &parameter, double value)
 {
     if (double *const *number = std::get_if<double *>(&parameter.field))
@@ -69,11 +85,44 @@ void SetParameter(const Parameter &parameter, double value)
         *std::get<int *>(parameter.field) = static_cast<int>(ApplyRule(parameter, Truncate(value)));
 }
 
+void SetDefault(const void *field)
+{
+    const Parameter &parameter = ParameterOf(field);
+    SetParameter(parameter, parameter.standard);
+}
+
 void SetDefaults(const char *group)
 {
     for (const Parameter &parameter : kParameters)
         if (strcmp(parameter.group, group) == 0)
             SetParameter(parameter, parameter.standard);
+}
+
+const char *SwitchName(int value)
+{
+    return value == 0 ? "false" : "true";
+}
+
+static const char *AggregateModeName(int mode)
+{
+    switch (mode) {
+    case kAggregateOff:
+        return "off";
+    case kAggregatePoints:
+        return "points";
+    case kAggregateLines:
+        return "lines";
+    case kAggregateTubes:
+        return "tubes";
+    default:
+        return nullptr;
+    }
+}
+
+static const char *SurfaceModeName(int mode)
+{
+    static const char *const names[] = {"off", "wireframe", "midpoints", "vertices", "solid"};
+    return mode >= kSurfaceOff && mode <= kSurfaceSolid ? names[mode - kSurfaceOff] : nullptr;
 }
 
 static double ApplyRule(const Parameter &parameter, double value)

@@ -21,6 +21,7 @@ struct Parameter {
     ParameterRule rule;
     const char *unit; // "" where it has none
     const char *sentence;
+    const char *(*name)(int value) = nullptr; // where whole numbers stand for names; nullptr for one without
 };
 
 std::span<const Parameter> Parameters();
@@ -28,8 +29,17 @@ std::span<const Parameter> Parameters();
 // The parameter whose field that is: one of the table's.
 const Parameter &ParameterOf(const void *field);
 
+// The value that a parameter has.
+double ParameterValue(const Parameter &parameter);
+
 // Sets a parameter to a number, by its rule.
 void SetParameter(const Parameter &parameter, double value);
 
+// Gives the parameter whose field that is its default.
+void SetDefault(const void *field);
+
 // Gives all parameters of a group their defaults.
 void SetDefaults(const char *group);
+
+// "false" and "true", as names of 0 and 1.
+const char *SwitchName(int value);

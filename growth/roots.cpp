@@ -58,7 +58,7 @@ void InitialiseGrowth()
 {
     static bool initialised = false;
     if (!initialised) {
-        for (const char *group : {"growth", "roots", "drawing"})
+        for (const char *group : {"growth", "roots", "source", "drawing"})
             SetDefaults(group);
         snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
         ResetSeeds();

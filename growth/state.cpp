@@ -24,10 +24,11 @@ void SetProgramDefaults()
     options.framerate = 30.0;
     options.showextras = 1;
     options.showinfo = 1;
-    options.surfacemode = kSurfaceWireframe;
-    options.dlamode = kAggregateLines;
     options.marker1[0] = 10;
     options.marker2[2] = 10;
+    SetDefault(&options.dlamode);
+    SetDefault(&options.surfacemode);
+    SetDefault(&options.printscale);
     SetDefaults("slices");
     interfacestate = {-1, 0, 0, 0};
 }

@@ -104,6 +104,7 @@ struct Options {
     int showinfo;        // draw the information text
     int surfacemode;     // SurfaceMode
     int dlamode;         // AggregateMode
+    double printscale;   // millimetres a unit of length, of a body to print
     int byteswap;        // reverse the bytes of numbers read from binary STL files
     int autospin;        // camera turn per redisplay, in 1/200 radian
     float marker1[4];    // position of the first light, as GL takes it

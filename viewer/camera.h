@@ -1,16 +1,9 @@
-// The camera's home and its turns. The camera looks along vd with vu up; its distance from the origin is its
+// The camera's turns. The camera looks along vd with vu up; its distance from the origin is its
 // only range, from which the display derives focal length and clipping planes in every frame.
 
 #pragma once
 
 #include "geom/vector.h"
-
-// Puts the camera at (60, 0, 0), looking at the origin with z up. The first call also gives stereo mode and
-// window size their defaults; later calls leave them.
-void CameraHome();
-
-// Derives focal length, eye separation and clipping planes from the camera's distance from the origin.
-void UpdateCameraRange();
 
 // Turns the view by iz radians about the view direction, then ix about the up vector, then iy about the right
 // vector as it was on entry (kept: callers turn about one axis per call). A turn by ix or iy aims the camera

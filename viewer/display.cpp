@@ -5,6 +5,7 @@
 
 #include "export/window_capture.h"
 #include "geom/clock.h"
+#include "growth/camera_home.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
 #include "viewer/aggregate_drawing.h"

@@ -4,6 +4,7 @@
 
 #include <GL/glut.h>
 
+#include "growth/camera_home.h"
 #include "growth/state.h"
 #include "viewer/camera.h"
 #include "viewer/menus.h"

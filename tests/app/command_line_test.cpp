@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "growth/camera_home.h"
 #include "growth/state.h"
-#include "viewer/camera.h"
 
 TEST(CommandLine, SwitchesTakeEffectInOrder)
 {

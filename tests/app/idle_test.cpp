@@ -9,8 +9,8 @@
 #include "fakes/recorder.h"
 #include "geom/clock.h"
 #include "golden.h"
+#include "growth/camera_home.h"
 #include "growth/scenario.h"
-#include "viewer/camera.h"
 #include "viewer/display.h"
 
 static double fakeclock = 1000;

@@ -9,8 +9,8 @@
 
 #include "fakes/recorder.h"
 #include "golden.h"
+#include "growth/camera_home.h"
 #include "growth/state.h"
-#include "viewer/camera.h"
 
 static std::string Start(std::vector<const char *> arguments)
 {

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "fakes/recorder.h"
+#include "growth/camera_home.h"
 #include "growth/scenario.h"
 #include "image/bitmap.h"
 #include "temporary_file.h"
-#include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
 

@@ -32,7 +32,7 @@ void StartAfresh()
     InitialiseGrowth();
     SetProgramDefaults();
     growthstate.pos = {0, 0, 0};
-    for (const char *group : {"growth", "roots", "drawing"})
+    for (const char *group : {"growth", "roots", "source", "drawing"})
         SetDefaults(group);
     strcpy(growthstate.surfacename, "None");
     nstltri = 0;

@@ -10,6 +10,7 @@
 
 #include "fakes/recorder.h"
 #include "golden.h"
+#include "growth/camera_home.h"
 #include "growth/scenario.h"
 #include "viewer/camera.h"
 

@@ -12,6 +12,7 @@
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "golden.h"
+#include "growth/camera_home.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
@@ -20,7 +21,6 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 #include "viewer/callback.h"
-#include "viewer/camera.h"
 
 // The whole tree as the user finds it, menu by menu in the order of building: "menu id label", and "menu > id
 // label" for an entry that opens a menu.

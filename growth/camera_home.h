@@ -1,0 +1,10 @@
+// Where the camera stands at first.
+
+#pragma once
+
+// Puts the camera at (60, 0, 0), looking at the origin with z up. The first call also gives stereo mode and
+// window size their defaults; later calls leave them.
+void CameraHome();
+
+// Derives focal length, eye separation and clipping planes from the camera's distance from the origin.
+void UpdateCameraRange();
