@@ -2,11 +2,18 @@
 
 #include <new>
 
+#include "export/csv.h"
 #include "export/geom.h"
+#include "export/information.h"
+#include "export/ply.h"
 #include "export/points.h"
 #include "export/pov.h"
 #include "export/stl.h"
+#include "export/stl_aggregate.h"
 #include "export/vrml.h"
+#include "export/vtp.h"
+
+static void WriteReport(TextWriter &out);
 
 // The ids are not in the order of the menu (kept).
 static const ModelKind kKinds[] = {
@@ -27,8 +34,18 @@ static const ModelKind kKinds[] = {
     {"dxf", kFormatPointDXF, kModeSegments, 6, "Point cloud as DXF", "POINT DXF file", "dxf", WritePointDXF},
     {"geom-points", kFormatPointGEOM, kModeSegments, 7, "Point cloud as GEOM", "POINT GEOM file", "geom",
      WritePointGEOM},
+    {"stl", kFormatPrint, kModeSegments, 0, nullptr, nullptr, "stl", WriteSTLAggregate},
     {"stl-surface", kFormatSTL, kModeChains, 0, nullptr, "STL file", "stl", WriteSTLSurface},
+    {"vtp", kFormatVTP, kModeSegments, 0, nullptr, nullptr, "vtp", WriteVTP},
+    {"ply", kFormatPLY, kModeSegments, 0, nullptr, nullptr, "ply", WritePLY},
+    {"csv", kFormatCSV, kModeSegments, 0, nullptr, nullptr, "csv", WriteCSV},
+    {"info", kFormatInformation, kModeSegments, 0, nullptr, nullptr, "txt", WriteReport},
 };
+
+static void WriteReport(TextWriter &out)
+{
+    WriteInformation(out.Stream());
+}
 
 std::span<const ModelKind> ModelKinds()
 {
@@ -37,16 +54,19 @@ std::span<const ModelKind> ModelKinds()
 
 int WriteModel(FILE *file, int format, int mode)
 {
-    for (const ModelKind &kind : kKinds) {
-        if (kind.format != format || kind.mode != mode)
-            continue;
-        try {
-            TextWriter out(file);
-            kind.write(out);
-            return 1;
-        } catch (const std::bad_alloc &) {
-            return 0;
-        }
-    }
+    for (const ModelKind &kind : kKinds)
+        if (kind.format == format && kind.mode == mode)
+            return WriteModel(file, kind);
     return 0;
+}
+
+int WriteModel(FILE *file, const ModelKind &kind)
+{
+    try {
+        TextWriter out(file);
+        kind.write(out);
+        return 1;
+    } catch (const std::bad_alloc &) {
+        return 0;
+    }
 }

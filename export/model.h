@@ -13,7 +13,12 @@ enum ModelFormat {
     kFormatSTL, // the constraint surface alone
     kFormatPOV,
     kFormatPointDXF, // a cloud of ten points a branch
-    kFormatPointGEOM
+    kFormatPointGEOM,
+    kFormatVTP,
+    kFormatPLY,
+    kFormatPrint, // STL of the aggregate
+    kFormatCSV,
+    kFormatInformation
 };
 
 // What stands for a branch.
@@ -44,3 +49,4 @@ std::span<const ModelKind> ModelKinds();
 // Writes the model to an open file. Returns 1, or 0 when there is no such kind or memory does not suffice:
 // the file is not whole then. Errors of writing show in the file.
 int WriteModel(FILE *file, int format, int mode);
+int WriteModel(FILE *file, const ModelKind &kind);

@@ -5,6 +5,7 @@
 #include <cstring>
 
 constexpr int kDigits = 6;
+constexpr int kExactDigits = 17;
 
 char *FormatNumber(char *text, double value)
 {
@@ -22,6 +23,20 @@ void TextWriter::Flush()
 {
     fwrite(buffer, 1, length, file);
     length = 0;
+}
+
+FILE *TextWriter::Stream()
+{
+    Flush();
+    return file;
+}
+
+void TextWriter::PutExact(double value)
+{
+    MakeRoom(kNumberLength);
+    char *end = buffer + length;
+    end = std::to_chars(end, end + kNumberLength, value, std::chars_format::general, kExactDigits).ptr;
+    length = static_cast<std::size_t>(end - buffer);
 }
 
 void TextWriter::Put(const char **format, double value)

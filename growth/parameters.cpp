@@ -77,6 +77,12 @@ double ParameterValue(const Parameter &parameter)
     return std::visit([](const auto *field) -> double { return *field; }, parameter.field);
 }
 
+bool IsAllowed(const Parameter &parameter, double value)
+{
+    const double ruled = ApplyRule(parameter, value);
+    return ruled == value || (std::isnan(ruled) && std::isnan(value));
+}
+
 void SetParameter(const Parameter &parameter, double value)
 {
     if (double *const *number = std::get_if<double *>(&parameter.field))

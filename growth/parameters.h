@@ -32,6 +32,9 @@ const Parameter &ParameterOf(const void *field);
 // The value that a parameter has.
 double ParameterValue(const Parameter &parameter);
 
+// Whether a parameter can have that value: its rule leaves it as it is.
+bool IsAllowed(const Parameter &parameter, double value);
+
 // Sets a parameter to a number, by its rule.
 void SetParameter(const Parameter &parameter, double value);
 

@@ -1,0 +1,160 @@
+// HDF5 objects that close themselves, and attributes. Calls of the library return a negative number where they
+// fail.
+
+#pragma once
+
+#include <cstring>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include <hdf5.h>
+
+// Something in a file that is not as it should be.
+class Hdf5Fault : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Hdf5Object
+{
+public:
+    // Throws Hdf5Fault(about) where there is none.
+    Hdf5Object(hid_t opened, herr_t (*closer)(hid_t), const std::string &about) : id(opened), close(closer)
+    {
+        if (id < 0)
+            throw Hdf5Fault(about);
+    }
+    ~Hdf5Object() { close(id); }
+    Hdf5Object(const Hdf5Object &) = delete;
+    Hdf5Object &operator=(const Hdf5Object &) = delete;
+    operator hid_t() const { return id; }
+
+private:
+    hid_t id;
+    herr_t (*close)(hid_t);
+};
+
+// Throws where a call has failed.
+inline void Require(bool holds, const std::string &otherwise)
+{
+    if (!holds)
+        throw Hdf5Fault(otherwise);
+}
+
+// The library's types of what we store. Files have the little-endian ones on every machine.
+template<typename T>
+hid_t MemoryType();
+template<>
+inline hid_t MemoryType<double>()
+{
+    return H5T_NATIVE_DOUBLE;
+}
+template<>
+inline hid_t MemoryType<int>()
+{
+    return H5T_NATIVE_INT32;
+}
+template<>
+inline hid_t MemoryType<uint32_t>()
+{
+    return H5T_NATIVE_UINT32;
+}
+template<>
+inline hid_t MemoryType<uint64_t>()
+{
+    return H5T_NATIVE_UINT64;
+}
+
+template<typename T>
+hid_t FileType();
+template<>
+inline hid_t FileType<double>()
+{
+    return H5T_IEEE_F64LE;
+}
+template<>
+inline hid_t FileType<int>()
+{
+    return H5T_STD_I32LE;
+}
+template<>
+inline hid_t FileType<uint32_t>()
+{
+    return H5T_STD_U32LE;
+}
+template<>
+inline hid_t FileType<uint64_t>()
+{
+    return H5T_STD_U64LE;
+}
+
+// Writes an attribute of one number, or of a row of numbers.
+template<typename T>
+void WriteAttribute(hid_t object, const std::string &name, const T *values, hsize_t count)
+{
+    const Hdf5Object space(count == 1 ? H5Screate(H5S_SCALAR) : H5Screate_simple(1, &count, nullptr),
+                           H5Sclose, name);
+    const Hdf5Object attribute(
+        H5Acreate2(object, name.c_str(), FileType<T>(), space, H5P_DEFAULT, H5P_DEFAULT), H5Aclose, name);
+    Require(H5Awrite(attribute, MemoryType<T>(), values) >= 0, name);
+}
+
+template<typename T>
+void WriteAttribute(hid_t object, const std::string &name, T value)
+{
+    WriteAttribute(object, name, &value, 1);
+}
+
+// A text of fixed length: those of variable length are not checksummed.
+inline void WriteText(hid_t object, const std::string &name, const std::string &value)
+{
+    const Hdf5Object type(H5Tcopy(H5T_C_S1), H5Tclose, name);
+    Require(H5Tset_size(type, value.empty() ? 1 : value.size()) >= 0, name);
+    Require(H5Tset_strpad(type, H5T_STR_NULLPAD) >= 0 && H5Tset_cset(type, H5T_CSET_UTF8) >= 0, name);
+    const Hdf5Object space(H5Screate(H5S_SCALAR), H5Sclose, name);
+    const Hdf5Object attribute(H5Acreate2(object, name.c_str(), type, space, H5P_DEFAULT, H5P_DEFAULT),
+                               H5Aclose, name);
+    Require(H5Awrite(attribute, type, value.empty() ? "" : value.data()) >= 0, name);
+}
+
+// Reads `count` numbers of an attribute; throws where it is missing, of another kind or size.
+template<typename T>
+void ReadAttribute(hid_t object, const std::string &name, T *values, hssize_t count)
+{
+    Require(H5Aexists(object, name.c_str()) > 0, name + " is missing");
+    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose,
+                               name + " cannot be read");
+    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name + " cannot be read");
+    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name + " cannot be read");
+    Require(H5Tget_class(type) == H5Tget_class(FileType<T>()) && H5Tget_size(type) <= sizeof(T) &&
+                H5Sget_simple_extent_npoints(space) == count,
+            name + " is no such number");
+    Require(H5Aread(attribute, MemoryType<T>(), values) >= 0, name + " cannot be read");
+}
+
+template<typename T>
+T ReadNumber(hid_t object, const std::string &name)
+{
+    T value;
+    ReadAttribute(object, name, &value, 1);
+    return value;
+}
+
+inline std::string ReadText(hid_t object, const std::string &name)
+{
+    constexpr std::size_t longest = 4096;
+    Require(H5Aexists(object, name.c_str()) > 0, name + " is missing");
+    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose,
+                               name + " cannot be read");
+    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name + " cannot be read");
+    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name + " cannot be read");
+    Require(H5Tget_class(type) == H5T_STRING && H5Tis_variable_str(type) == 0 &&
+                H5Tget_size(type) <= longest && H5Sget_simple_extent_npoints(space) == 1,
+            name + " is no text");
+    std::string text(H5Tget_size(type) + 1, '\0');
+    Require(H5Aread(attribute, type, text.data()) >= 0, name + " cannot be read");
+    text.resize(strlen(text.c_str()));
+    return text;
+}
