@@ -59,19 +59,14 @@ int CountBranches()
     return 1;
 }
 
-double BoxCountSlope(int first)
+LineFit FitBoxCount(int first)
 {
-    double n = 0, sx = 0, sy = 0, sxx = 0, sxy = 0;
+    std::vector<double> x, y;
     for (int level = first; level < kBoxLevels && stats.boxcount[level] > 0; level++) {
-        const double x = std::log(1 / stats.boxsize[level]);
-        const double y = std::log(stats.boxcount[level]);
-        n++;
-        sx += x;
-        sy += y;
-        sxx += x * x;
-        sxy += x * y;
+        x.push_back(std::log(1 / stats.boxsize[level]));
+        y.push_back(std::log(stats.boxcount[level]));
     }
-    return (n * sxy - sx * sy) / (n * sxx - sx * sx);
+    return FitLine(x, y);
 }
 
 int StartBoxCount()

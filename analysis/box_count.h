@@ -8,6 +8,7 @@
 
 #pragma once
 
+#include "analysis/dimension.h"
 #include "geom/vector.h"
 
 struct Box {
@@ -22,9 +23,9 @@ extern int nboxes;
 // clears (kept). Returns 1, or 0 with nothing added when memory does not suffice.
 int CountBranches();
 
-// The slope of log N against log(1/size) by least squares, over the levels from `first` on that were counted:
-// a box-counting dimension.
-double BoxCountSlope(int first);
+// The line of log N against log(1/size) over the levels from `first` on that were counted: its slope is a
+// box-counting dimension.
+LineFit FitBoxCount(int first);
 
 // Starts a box count: sets the request and stats.timestep, clears the levels of stats, hides the surface and
 // shows the aggregate as lines. A count that is under way starts over. Returns 1, or 0

@@ -16,6 +16,7 @@
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/memory.h"
+#include "growth/neighbour_search.h"
 #include "growth/parameters.h"
 
 constexpr const char *kFormatName = "sarkelo aggregate";
@@ -27,13 +28,27 @@ constexpr unsigned kDeflateLevel = 1;
 constexpr std::size_t kImageIncrement = std::size_t{1} << 20;
 constexpr hsize_t kLargestRow = 9;
 
-static Hdf5Object CreateImage();
+namespace
+{
+// A file as it is made in memory: a disk that is full cannot come between it and its end.
+struct Image {
+    void *bytes = nullptr; // the library's, and ours once the file is closed
+    hsize_t size = 0;
+
+    Image() = default;
+    ~Image() { free(bytes); }
+    Image(const Image &) = delete;
+    Image &operator=(const Image &) = delete;
+};
+} // namespace
+
 static void WriteContent(hid_t file, const RunRecord &run);
 static void WriteParameters(hid_t file);
 static void WriteParticles(hid_t file);
 static void WriteWalk(hid_t file);
 static void WriteCamera(hid_t file, const RunRecord &run);
-static Fault SaveImage(hid_t file, const std::string &path);
+static void MakeImage(const RunRecord &run, Image *image);
+static Fault SaveImage(const Image &image, const std::string &path);
 static GeneratorState TakeGenerators();
 
 static void ReadContent(hid_t file, StoredAggregate *stored);
@@ -200,23 +215,41 @@ Fault WriteAggregate(const std::string &path, const RunRecord &run)
         return {kFileFault, "Cannot write \"" + path + "\": " + fault.what()};
     }
     try {
-        const Hdf5Object image = CreateImage();
-        WriteContent(image, run);
+        FreeNeighbourIndex(); // the image takes its place in memory
+        Image image;
+        MakeImage(run, &image);
         return SaveImage(image, path);
     } catch (const Hdf5Fault &fault) {
         return {kMemoryFault, "Cannot write \"" + path + "\": not enough memory for " + fault.what()};
     }
 }
 
-// A file in memory: a disk that is full cannot come between it and its end.
-static Hdf5Object CreateImage()
+// The library hands the bytes of a file over where it would free them.
+static herr_t KeepImage(void *bytes, H5FD_file_image_op_t, void *image)
+{
+    static_cast<Image *>(image)->bytes = bytes;
+    return 0;
+}
+
+static void MakeImage(const RunRecord &run, Image *image)
 {
     const char *about = "the file";
+    H5FD_file_image_callbacks_t callbacks = {};
+    callbacks.image_free = KeepImage;
+    callbacks.udata_copy = [](void *udata) { return udata; };
+    callbacks.udata_free = [](void *) -> herr_t { return 0; };
+    callbacks.udata = image;
     const Hdf5Object access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose, about);
     // Metadata with checksums, indexes of chunks included.
     Require(H5Pset_libver_bounds(access, H5F_LIBVER_V110, H5F_LIBVER_V110) >= 0, about);
     Require(H5Pset_fapl_core(access, kImageIncrement, false) >= 0, about);
-    return {H5Fcreate("aggregate", H5F_ACC_TRUNC, H5P_DEFAULT, access), H5Fclose, about};
+    Require(H5Pset_file_image_callbacks(access, &callbacks) >= 0, about);
+    const Hdf5Object file(H5Fcreate("aggregate", H5F_ACC_TRUNC, H5P_DEFAULT, access), H5Fclose, about);
+    WriteContent(file, run);
+    Require(H5Fflush(file, H5F_SCOPE_GLOBAL) >= 0, about);
+    const ssize_t size = H5Fget_file_image(file, nullptr, 0);
+    Require(size > 0, about);
+    image->size = static_cast<hsize_t>(size);
 }
 
 static void WriteContent(hid_t file, const RunRecord &run)
@@ -309,16 +342,12 @@ static void WriteCamera(hid_t file, const RunRecord &run)
     WriteAttribute(view, "from_window", run.fromwindow ? 1 : 0);
 }
 
-static Fault SaveImage(hid_t file, const std::string &path)
+static Fault SaveImage(const Image &image, const std::string &path)
 {
-    void **image = nullptr;
-    hsize_t size = 0;
-    Require(H5Fflush(file, H5F_SCOPE_GLOBAL) >= 0 && H5Fget_filesize(file, &size) >= 0 &&
-                H5Fget_vfd_handle(file, H5P_DEFAULT, reinterpret_cast<void **>(&image)) >= 0,
-            "the file");
+    Require(image.bytes != nullptr, "the file");
     OutputFile output(path.c_str(), true);
     if (output.Stream() != nullptr) {
-        fwrite(*image, 1, size, output.Stream());
+        fwrite(image.bytes, 1, image.size, output.Stream());
         if (output.Finish())
             return {};
     }

@@ -138,7 +138,7 @@ static void Slice(benchmark::State &state)
     FILE *const quiet = fopen("/dev/null", "w");
     std::swap(*stderr, *quiet);
     for (auto _ : state)
-        DoSlice(50, {0, 0, 1});
+        DoSlice(50, {0, 0, 1}, stderr);
     std::swap(*stderr, *quiet);
     fclose(quiet);
     std::filesystem::current_path(back);

@@ -72,7 +72,7 @@ static void CountBoxes(benchmark::State &state)
     state.counters["ns a call"] = 1e9 * counting / static_cast<double>(calls);
     state.counters["ratio"] = counting / idling;
     state.counters["longest ms"] = 1e3 * longest;
-    state.counters["slope"] = BoxCountSlope(2);
+    state.counters["slope"] = FitBoxCount(2).slope;
     state.counters["levels"] = last + 1;
 }
 

@@ -20,27 +20,32 @@ struct TracedBranch {
 } // namespace
 
 static std::vector<TracedBranch> ListBranches();
-static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches);
+static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches,
+                                FILE *progress);
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
-static void ReportBranches(const std::vector<TracedBranch> &branches);
+static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *progress);
 static Vector CutAtPlane(Vector p, Vector q, Vector n, double D);
 
-SliceResult DoSlice(int count, Vector direction)
+SliceResult DoSlice(int count, Vector direction, FILE *progress)
 {
     const double radius = growthstate.radius;
     try {
         const std::vector<TracedBranch> branches = ListBranches();
+        SliceResult all = kSlicesDone;
         for (int k = 0; k < count; k++) {
             const Slab slab = {direction, radius - 2.0 * k * radius / count,
                                radius - 2.0 * (k + 1.0) * radius / count};
             if (!(slab.top > -radius))
                 break;
-            fprintf(stderr, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
-            const SliceResult result = ProcessSlice(k, slab, branches);
-            if (result != kSlicesDone)
+            if (progress != nullptr)
+                fprintf(progress, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
+            const SliceResult result = ProcessSlice(k, slab, branches, progress);
+            if (result == kSliceUnwritten)
+                all = result;
+            else if (result != kSlicesDone)
                 return result;
         }
-        return kSlicesDone;
+        return all;
     } catch (const std::bad_alloc &) {
         fprintf(stderr, "Not enough memory to slice the aggregate\n");
         return kSlicesOutOfMemory;
@@ -146,7 +151,8 @@ static std::vector<TracedBranch> ListBranches()
     return branches;
 }
 
-static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches)
+static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches,
+                                FILE *progress)
 {
     char name[32];
     snprintf(name, sizeof name, "slice_%03d.txt", number);
@@ -157,15 +163,14 @@ static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<
         fprintf(stderr, "Failed to open output slice file \"%s\"\n", name);
         return kSliceUnopened;
     }
-    if (number == 0)
-        ReportBranches(branches);
+    if (number == 0 && progress != nullptr)
+        ReportBranches(branches, progress);
     {
         TextWriter out(file.Stream());
         for (const TracedBranch &branch : branches)
             TraceBranch(out, branch, slab);
     }
-    file.Finish();
-    return kSlicesDone;
+    return file.Finish() ? kSlicesDone : kSliceUnwritten;
 }
 
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab)
@@ -176,9 +181,9 @@ static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab 
 }
 
 // Names the roots and the branches in the order in which they are traced; a first child only in verbose mode.
-static void ReportBranches(const std::vector<TracedBranch> &branches)
+static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *progress)
 {
-    TextWriter out(stderr);
+    TextWriter out(progress);
     std::size_t next = 0;
     for (int root = 0; root < ncells; root++) {
         if (cells[root].parent >= 0)

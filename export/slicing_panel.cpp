@@ -67,8 +67,9 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    switch (WithWaitCursor([=] { return DoSlice(options.slicecount, direction); })) {
+    switch (WithWaitCursor([=] { return DoSlice(options.slicecount, direction, stderr); })) {
     case kSlicesDone:
+    case kSliceUnwritten:
         break;
     case kSliceUnopened:
         exit(-1);

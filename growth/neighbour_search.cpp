@@ -159,6 +159,11 @@ void DropNeighbourIndex()
     neighbourindex.freeradius2 = -1;
 }
 
+void FreeNeighbourIndex()
+{
+    neighbourindex = NeighbourIndex();
+}
+
 static bool IsCurrent()
 {
     return neighbourindex.array == cells && neighbourindex.count == ncells &&

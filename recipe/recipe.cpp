@@ -133,10 +133,10 @@ Fault ReadRecipe(const std::string &path, Recipe *recipe)
     return CheckChoices(*recipe);
 }
 
-Fault SetInRecipe(const std::string &assignment, Recipe *recipe)
+Fault SetInRecipe(const std::string &assignment, const std::string &place, Recipe *recipe)
 {
     const std::size_t equals = assignment.find('=');
-    const Origin origin = {"--set " + assignment, {}};
+    const Origin origin = {place, {}};
     if (equals == std::string::npos)
         return {kRequestFault, origin.place + ": not of the form KEY=VALUE"};
     const std::string name = assignment.substr(0, equals);
@@ -325,7 +325,10 @@ static Fault SetText(const Key &key, const toml::node &value, const Origin &orig
 static Fault BadValue(const Key &key, const toml::node &value, const Origin &origin)
 {
     std::ostringstream found;
-    value.visit([&](const auto &node) { found << node; });
+    if (value.is_string())
+        found << QuotedText(*value.value<std::string>());
+    else
+        value.visit([&](const auto &node) { found << node; });
     return {kRequestFault,
             origin.place + ": " + key.Name() + " is " + found.str() + "; allowed: " + AllowedValues(key)};
 }
@@ -405,6 +408,8 @@ static std::string NumberText(double value)
 
 static std::string QuotedText(const std::string &text)
 {
+    if (text.find_first_of("\"\\") == std::string::npos)
+        return '"' + text + '"';
     std::ostringstream quoted;
     quoted << toml::value<std::string>(text);
     return quoted.str();
@@ -422,7 +427,7 @@ void PrintRecipe(FILE *file, const Recipe &recipe)
         const std::string value = ValueText(key, recipe);
         const std::string standard = ValueText(key, defaults);
         // Files and stops have no default.
-        const bool absent = value == standard && (value == "''" || value == "\"\"" || value == "0") &&
+        const bool absent = value == standard && (value == "\"\"" || value == "0") &&
                             !std::holds_alternative<std::size_t>(key.place);
         fprintf(file, "# %s\n# %s%s%s\n", key.sentence, AllowedValues(key).c_str(),
                 absent ? "" : "; default: ", absent ? "" : standard.c_str());

@@ -35,8 +35,9 @@ struct Recipe {
 // cannot be read is a kFileFault, that of one that says what is not allowed a kRequestFault.
 Fault ReadRecipe(const std::string &path, Recipe *recipe);
 
-// Adds what an assignment "table.key=value" says: a value as in a recipe, or a bare word for text.
-Fault SetInRecipe(const std::string &assignment, Recipe *recipe);
+// Adds what an assignment "table.key=value" says: a value as in a recipe, or a bare word for text. Messages
+// name the place that is given.
+Fault SetInRecipe(const std::string &assignment, const std::string &place, Recipe *recipe);
 
 // Writes a recipe with every key, its default, unit and range, as ReadRecipe reads it.
 void PrintRecipe(FILE *file, const Recipe &recipe);

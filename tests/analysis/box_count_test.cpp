@@ -110,7 +110,7 @@ protected:
         while (!CountNextBox())
             ;
         EXPECT_GT(stats.boxcount[first + 3], 0); // at least four levels
-        return BoxCountSlope(first);
+        return FitBoxCount(first).slope;
     }
 };
 

@@ -111,7 +111,7 @@ TEST_F(FullDisk, WhatIsSavedIsWholeOrLeavesWhatWasThere)
 
 TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
 {
-    WithRoomFor(RLIM_INFINITY, [] { DoSlice(3, {0, 0, 1}); });
+    WithRoomFor(RLIM_INFINITY, [] { DoSlice(3, {0, 0, 1}, stderr); });
     std::string whole[3], names[3];
     for (int i = 0; i < 3; i++) {
         names[i] = "slice_00" + std::to_string(i) + ".txt";
@@ -120,7 +120,9 @@ TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
     for (size_t room = 0; room < whole[1].size(); room += 37) {
         for (const std::string &name : names)
             Write(name);
-        const std::string told = WithRoomFor(room, [] { EXPECT_EQ(DoSlice(3, {0, 0, 1}), kSlicesDone); });
+        const std::string told = WithRoomFor(room, [] {
+            EXPECT_EQ(DoSlice(3, {0, 0, 1}, stderr), kSlicesDone);
+        });
         for (int i = 0; i < 3; i++) {
             const bool fits = whole[i].size() <= room;
             EXPECT_EQ(ReadWhole(names[i]), fits ? whole[i] : kBefore);

@@ -1,0 +1,91 @@
+#include "batch/growth.h"
+
+#include <chrono>
+#include <climits>
+#include <csignal>
+#include <cstdio>
+
+#include "batch/progress.h"
+#include "growth/growth_step.h"
+
+// Steps between two looks at the clock: a fraction of a millisecond.
+constexpr std::uint64_t kBurst = 8192;
+// Minutes until a checkpoint that could not be written is tried again, at most.
+constexpr double kRetryMinutes = 1;
+
+static volatile std::sig_atomic_t caught = 0;
+
+static double Now();
+static std::uint64_t GrowBurst(std::uint64_t steps, int particles, int stallsteps);
+
+GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
+{
+    const Recipe &stops = plan.stops;
+    const int particles = stops.particles > 0 ? static_cast<int>(stops.particles) : INT_MAX;
+    const std::uint64_t steps = stops.steps > 0 ? static_cast<std::uint64_t>(stops.steps) : UINT64_MAX;
+    const double start = Now();
+    const double before = run->seconds;
+    double checkpointdue = 60 * plan.checkpointminutes;
+    Progress progress(stops, plan.quiet);
+    GrowthEnd end = kStopReached;
+    while (ncells < particles && run->steps < steps) {
+        const double elapsed = Now() - start;
+        run->seconds = before + elapsed;
+        if (stops.minutes > 0 && elapsed >= 60 * stops.minutes)
+            break;
+        if (caught != 0 || !growthstate.running || growthstate.stepcount >= plan.stallsteps) {
+            end = caught != 0 ? kSignalled : !growthstate.running ? kOutOfMemory : kStalled;
+            break;
+        }
+        progress.Report(elapsed, run->steps);
+        if (plan.checkpointminutes > 0 && elapsed >= checkpointdue) {
+            double minutes = plan.checkpointminutes;
+            if (Fault fault = WriteAggregate(plan.checkpoint, *run)) {
+                fprintf(stderr, "sarkelo-grow: checkpoint: %s; growth goes on\n", fault.line.c_str());
+                minutes = std::min(minutes, kRetryMinutes);
+            }
+            checkpointdue = Now() - start + 60 * minutes;
+        }
+        run->steps += GrowBurst(std::min(kBurst, steps - run->steps), particles, plan.stallsteps);
+    }
+    run->seconds = before + Now() - start;
+    progress.End();
+    return end;
+}
+
+// Returns the steps taken: fewer where there are so many particles, growth has stopped or has stalled.
+static std::uint64_t GrowBurst(std::uint64_t steps, int particles, int stallsteps)
+{
+    const HeldGenerators held;
+    std::uint64_t taken = 0;
+    while (taken < steps && ncells < particles && growthstate.running && growthstate.stepcount < stallsteps) {
+        IterateSystem();
+        taken++;
+    }
+    return taken;
+}
+
+void CatchSignals()
+{
+    signal(SIGXFSZ, SIG_IGN);
+    signal(SIGPIPE, SIG_IGN);
+    struct sigaction action = {};
+    action.sa_handler = [](int number) { caught = number; };
+    for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+        struct sigaction old = {};
+        sigaction(number, nullptr, &old);
+        if (old.sa_handler != SIG_IGN) // as nohup leaves it
+            sigaction(number, &action, nullptr);
+    }
+}
+
+int CaughtSignal()
+{
+    return caught;
+}
+
+static double Now()
+{
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(now).count();
+}

@@ -1,0 +1,34 @@
+// Growth without a window: the loop of steps, with checkpoints, until a stop.
+
+#pragma once
+
+#include "archive/aggregate_file.h"
+#include "recipe/recipe.h"
+
+enum GrowthEnd {
+    kStopReached,
+    kSignalled, // SIGHUP, SIGINT or SIGTERM: CaughtSignal says which
+    kStalled,   // no particle arrives any more
+    kOutOfMemory
+};
+
+// Steps without a particle after which growth counts as stalled.
+constexpr int kStallSteps = 1000000000;
+
+struct GrowthPlan {
+    const Recipe &stops;
+    std::string checkpoint;   // path
+    double checkpointminutes; // 0: none
+    bool quiet;
+    int stallsteps = kStallSteps;
+};
+
+// Grows the run of the global records, counting its steps and seconds.
+GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);
+
+// From now on the three signals are noticed and end growth in order; a file that grows too large and an output
+// that nobody reads are faults of writing.
+void CatchSignals();
+
+// The signal that has come; 0 while none has.
+int CaughtSignal();

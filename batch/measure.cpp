@@ -1,0 +1,91 @@
+#include "batch/measure.h"
+
+#include <cmath>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "analysis/box_count.h"
+#include "analysis/dimension.h"
+#include "batch/growth.h"
+#include "export/output_file.h"
+
+// The first level whose boxes see the inside of the aggregate, and the least number of particles whose radius of
+// gyration is fitted.
+constexpr int kFirstLevel = 2;
+constexpr int kLeastParticles = 100;
+
+using Json = nlohmann::ordered_json;
+
+static Json DescribeBoxCount();
+static Json DescribeGyration();
+static Json DescribeFit(const LineFit &fit, double first, double last);
+
+Fault WriteStatistics(const std::string &path, const RunRecord &run)
+{
+    if (!CountBranches() || !StartBoxCount())
+        return {kMemoryFault, "not enough memory for the statistics"};
+    while (options.boxcountrequest)
+        CountNextBox();
+    if (CaughtSignal() != 0)
+        return {};
+    Json json;
+    json["program_version"] = versionid / 100.0;
+    json["particles"] = ncells;
+    json["steps"] = run.steps;
+    json["launches"] = nseeds;
+    json["seconds"] = run.seconds;
+    json["radius"] = growthstate.radius;
+    json["radius_of_gyration"] = RadiusOfGyration();
+    json["branch_distribution"] = stats.branchcount;
+    json["box_count"] = DescribeBoxCount();
+    json["number_by_radius_of_gyration"] = DescribeGyration();
+    OutputFile file(path.c_str());
+    if (file.Stream() == nullptr)
+        return {kFileFault, ""};
+    fprintf(file.Stream(), "%s\n", json.dump(2).c_str());
+    return file.Finish() ? Fault() : Fault(kFileFault, "");
+}
+
+static Json DescribeBoxCount()
+{
+    Json levels = Json::array();
+    double finest = NAN;
+    for (int level = 0; level < kBoxLevels; level++) {
+        if (stats.boxcount[level] <= 0)
+            continue;
+        levels.push_back({{"edge", stats.boxsize[level]}, {"count", stats.boxcount[level]}});
+        finest = stats.boxsize[level];
+    }
+    // Of log(count) against log(edge): that against log(1/edge) falls.
+    LineFit fit = FitBoxCount(kFirstLevel);
+    fit.slope = -fit.slope;
+    Json json = DescribeFit(fit, finest, fit.points > 0 ? stats.boxsize[kFirstLevel] : NAN);
+    json["levels"] = levels;
+    return json;
+}
+
+static Json DescribeGyration()
+{
+    std::vector<double> x, y;
+    double first = NAN, last = NAN;
+    for (const Gyration &at : GyrationByNumber(kLeastParticles)) {
+        if (at.number < kLeastParticles || !(at.radius > 0))
+            continue;
+        if (x.empty())
+            first = at.number;
+        last = at.number;
+        x.push_back(std::log(at.radius));
+        y.push_back(std::log(at.number));
+    }
+    return DescribeFit(FitLine(x, y), first, last);
+}
+
+// With the range of edges or numbers that was used.
+static Json DescribeFit(const LineFit &fit, double first, double last)
+{
+    return {{"slope", fit.slope},
+            {"standard_error", fit.slopeerror},
+            {"points", fit.points},
+            {"range", {first, last}}};
+}

@@ -1,0 +1,90 @@
+#include "batch/progress.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include <unistd.h>
+
+#include "growth/state.h"
+
+// Seconds between two lines: on a terminal, and at first and at last elsewhere.
+constexpr double kTerminalInterval = 0.5;
+constexpr double kFirstInterval = 10;
+constexpr double kLongestInterval = 600;
+
+static std::string DescribeTime(double seconds);
+
+Progress::Progress(const Recipe &wanted, bool silent)
+    : stops(wanted), quiet(silent), terminal(isatty(STDOUT_FILENO) != 0), firstparticles(ncells),
+      next(terminal ? kTerminalInterval : kFirstInterval), interval(next), earlierparticles(ncells)
+{
+}
+
+void Progress::Report(double elapsed, std::uint64_t steps)
+{
+    if (!started)
+        firststeps = steps;
+    started = true;
+    if (quiet || elapsed < next)
+        return;
+    const std::string line = Describe(elapsed, steps);
+    if (terminal)
+        printf("\r%s\x1b[K", line.c_str());
+    else
+        printf("%s\n", line.c_str());
+    fflush(stdout);
+    if (!terminal)
+        interval = std::min(2 * interval, kLongestInterval);
+    next = elapsed + interval;
+    earlier = elapsed;
+    earlierparticles = ncells;
+}
+
+void Progress::End()
+{
+    if (!quiet && terminal && earlier > 0)
+        printf("\r\x1b[K");
+    fflush(stdout);
+}
+
+std::string Progress::Describe(double elapsed, std::uint64_t steps) const
+{
+    const double rate = (ncells - earlierparticles) / (elapsed - earlier);
+    // Of each stop, what part is done and how long it takes yet: the first that is reached counts.
+    double part = 0;
+    double left = HUGE_VAL;
+    const auto consider = [&](double done, double seconds) {
+        part = std::max(part, done);
+        left = std::min(left, seconds);
+    };
+    if (stops.particles > 0)
+        consider(ncells / static_cast<double>(stops.particles),
+                 static_cast<double>(stops.particles - ncells) / rate);
+    if (stops.steps > 0) {
+        const auto all = static_cast<double>(stops.steps);
+        const double taken = static_cast<double>(steps - firststeps);
+        consider(static_cast<double>(steps) / all, (all - static_cast<double>(steps)) * elapsed / taken);
+    }
+    if (stops.minutes > 0)
+        consider(elapsed / (60 * stops.minutes), 60 * stops.minutes - elapsed);
+    char line[160];
+    snprintf(line, sizeof line, "%d particles, %.0f %%, %.0f a second, radius %.1f, %s left", ncells,
+             std::floor(100 * part), rate, growthstate.radius, DescribeTime(left).c_str());
+    return line;
+}
+
+static std::string DescribeTime(double seconds)
+{
+    if (!(seconds < 1e8))
+        return "a long time";
+    const long whole = std::lround(std::max(seconds, 0.0));
+    char text[40];
+    if (whole >= 3600)
+        snprintf(text, sizeof text, "%ld h %ld min", whole / 3600, whole / 60 % 60);
+    else if (whole >= 60)
+        snprintf(text, sizeof text, "%ld min %ld s", whole / 60, whole % 60);
+    else
+        snprintf(text, sizeof text, "%ld s", whole);
+    return text;
+}
