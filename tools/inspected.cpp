@@ -1,5 +1,5 @@
 // The program, with its records to look at: on SIGUSR1 the next frame writes them to the file "records", one
-// name and value a line.
+// name and value a line, and the particles to the file "particles.csv".
 
 #include <algorithm>
 #include <csignal>
@@ -10,6 +10,7 @@
 #include <malloc.h>
 
 #include "app/program.h"
+#include "export/csv.h"
 #include "geom/clock.h"
 #include "growth/state.h"
 #include "surface/surface.h"
@@ -34,8 +35,21 @@ static std::size_t HeapInUse()
     return info.uordblks + info.hblkhd;
 }
 
+static void WriteParticles()
+{
+    FILE *file = fopen("particles.csv", "w");
+    if (file == nullptr)
+        return;
+    {
+        TextWriter out(file);
+        WriteCSV(out);
+    }
+    fclose(file);
+}
+
 static void WriteRecords()
 {
+    WriteParticles();
     FILE *file = fopen("records.new", "w");
     if (file == nullptr)
         return;

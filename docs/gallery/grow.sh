@@ -218,8 +218,9 @@ shrink() {
         pnmquant 256 2>/dev/null | pnmtopng -compression 9 2>/dev/null >"$3"
 }
 
-# describe NAME: the description of an aggregate of the gallery.
+# describe NAME: the description of an aggregate of the gallery: its recipe, and what its picture needs.
 describe() {
+    [ ! -r "$gallery/$1.toml" ] || /usr/bin/python3 "$gallery/describe.py" "$gallery/$1.toml"
     awk -v name="[$1]" '/^\[/ { found = $0 == name; next } found && NF && !/^#/' "$gallery/gallery.txt"
 }
 

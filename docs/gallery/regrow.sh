@@ -12,7 +12,7 @@ picture_file=$(realpath -m "${2:-$here/../pictures/gallery-$name.png}")
 program=$(realpath "${SARKELO:-$here/../../build/release/sarkelo}")
 . "$here/grow.sh"
 
-describe "$name" | grep -q . || fail "no aggregate $name"
+describe "$name" | grep -q . || fail "no aggregate $name in the gallery"
 set_up < <(describe "$name")
 grow_to "$(value particles)"
 echo "$name: $grown particles, radius $(reported "Current radius")"
