@@ -6,6 +6,7 @@
 
 #include "growth/state.h"
 
+// Points a decade.
 constexpr double kPerDecade = 10;
 
 namespace
@@ -69,13 +70,14 @@ std::vector<Gyration> GyrationByNumber(int least)
     std::vector<Gyration> curve;
     Spread spread;
     double next = least;
-    for (int i = 0; i < ncells; i++) {
-        spread.Add(cells[i].p);
-        if (i + 1 < next && i + 1 < ncells)
+    int points = 0;
+    for (int number = 1; number <= ncells; number++) {
+        spread.Add(cells[number - 1].p);
+        if (number < next && number < ncells)
             continue;
-        curve.push_back({i + 1, spread.Radius()});
-        while (next <= i + 1)
-            next *= std::pow(10, 1 / kPerDecade);
+        curve.push_back({number, spread.Radius()});
+        while (next <= number)
+            next = std::round(least * std::pow(10, ++points / kPerDecade));
     }
     return curve;
 }

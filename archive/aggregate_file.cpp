@@ -243,6 +243,8 @@ static void MakeImage(const RunRecord &run, Image *image)
     // Metadata with checksums, indexes of chunks included.
     Require(H5Pset_libver_bounds(access, H5F_LIBVER_V110, H5F_LIBVER_V110) >= 0, about);
     Require(H5Pset_fapl_core(access, kImageIncrement, false) >= 0, about);
+    // Nothing is set aside for later: the file has its final size before it is closed.
+    Require(H5Pset_meta_block_size(access, 0) >= 0 && H5Pset_small_data_block_size(access, 0) >= 0, about);
     Require(H5Pset_file_image_callbacks(access, &callbacks) >= 0, about);
     const Hdf5Object file(H5Fcreate("aggregate", H5F_ACC_TRUNC, H5P_DEFAULT, access), H5Fclose, about);
     WriteContent(file, run);

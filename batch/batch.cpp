@@ -26,7 +26,7 @@ static Fault CheckOutputs(const Command &command, const std::string &own);
 static Fault CheckOutput(const std::string &path, bool overwrites);
 static Fault StartOrGoOn(const Command &command, RunRecord *run, std::string *own);
 static Fault FindUnfinished(const Command &command, StoredAggregate *found, std::string *path);
-static int GrowAndWrite(const Command &command, RunRecord *run);
+static int GrowAndWrite(const Command &command, const std::string &own, RunRecord *run);
 static Fault WriteResult(const Command &command, const RunRecord &run);
 static int Worse(int status, const Fault &fault);
 static Fault Save(const SaveRequest &save);
@@ -55,7 +55,7 @@ int RunBatch(int argc, char **argv)
         fault = CheckOutputs(command, own);
     if (fault)
         return Tell(fault);
-    return GrowAndWrite(command, &run);
+    return GrowAndWrite(command, own, &run);
 }
 
 // Before growth starts -------------------------------------------------------------------------------------
@@ -163,19 +163,24 @@ static Fault FindUnfinished(const Command &command, StoredAggregate *found, std:
             *path = candidate;
         }
     }
-    return path->empty() ? fault : Fault();
+    if (path->empty())
+        return fault;
+    if (fault)
+        Tell({kFileFault, fault.line + "; going on from " + *path});
+    return {};
 }
 
 // Growth, and after it --------------------------------------------------------------------------------------
 
-static int GrowAndWrite(const Command &command, RunRecord *run)
+// `own` is the file that the run goes on from.
+static int GrowAndWrite(const Command &command, const std::string &own, RunRecord *run)
 {
     const std::uint64_t before = run->steps;
     const GrowthEnd end =
         Grow({command.recipe, command.checkpoint, command.checkpointminutes, command.quiet}, run);
     int status = 0;
     // A finished run that was continued stays as it is.
-    const bool unchanged = run->steps == before && command.continues && fs::exists(command.output);
+    const bool unchanged = run->steps == before && command.continues && own == command.output;
     if (!unchanged)
         status = Worse(status, WriteResult(command, *run));
     if (end == kStalled)
