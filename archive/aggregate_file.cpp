@@ -26,7 +26,8 @@ constexpr hsize_t kChunkRows = 16384;
 constexpr unsigned kDeflateLevel = 1;
 // Bytes by which the file grows in memory before it is written.
 constexpr std::size_t kImageIncrement = std::size_t{1} << 20;
-constexpr hsize_t kLargestRow = 9;
+// Short enough to be told without memory.
+constexpr const char *kNoMemory = "out of memory";
 
 namespace
 {
@@ -47,10 +48,12 @@ static void WriteParameters(hid_t file);
 static void WriteParticles(hid_t file);
 static void WriteWalk(hid_t file);
 static void WriteCamera(hid_t file, const RunRecord &run);
+static Fault WriteAll(const std::string &path, const RunRecord &run);
 static void MakeImage(const RunRecord &run, Image *image);
-static Fault SaveImage(const Image &image, const std::string &path);
+static int SaveImage(const Image &image, const std::string &path);
 static GeneratorState TakeGenerators();
 
+static Fault ReadAll(const std::string &path, StoredAggregate *stored);
 static void ReadContent(hid_t file, StoredAggregate *stored);
 static void ReadParameters(hid_t file, StoredAggregate *stored);
 static void ReadParticles(hid_t file, StoredAggregate *stored);
@@ -110,7 +113,7 @@ static void WriteTable(hid_t file, const char *name, hsize_t count, std::initial
 
 static Hdf5Object OpenTable(hid_t file, const char *name)
 {
-    return {H5Dopen2(file, name, H5P_DEFAULT), H5Dclose, std::string(name) + " is missing"};
+    return {H5Dopen2(file, name, H5P_DEFAULT), H5Dclose, name, " is missing"};
 }
 
 // Number of rows of a table that has rows of the given shape; throws where it has not.
@@ -191,7 +194,7 @@ static Hdf5Object CreateGroup(hid_t parent, const std::string &name)
 
 static Hdf5Object OpenGroup(hid_t parent, const std::string &name)
 {
-    return {H5Gopen2(parent, name.c_str(), H5P_DEFAULT), H5Gclose, name + " is missing"};
+    return {H5Gopen2(parent, name.c_str(), H5P_DEFAULT), H5Gclose, name, " is missing"};
 }
 
 static bool IsMissing(hid_t file, const char *name)
@@ -210,18 +213,33 @@ Fault WriteAggregate(const std::string &path, const RunRecord &run)
 {
     SilenceLibrary();
     try {
+        return WriteAll(path, run);
+    } catch (const std::bad_alloc &) {
+        return {kMemoryFault, kNoMemory};
+    }
+}
+
+static Fault WriteAll(const std::string &path, const RunRecord &run)
+{
+    const auto cannot = [&](FaultKind kind, const std::string &why) {
+        return Fault(kind, "Cannot write \"" + path + "\": " + why);
+    };
+    try {
         CheckParticles(cells, ncells);
     } catch (const Hdf5Fault &fault) {
-        return {kFileFault, "Cannot write \"" + path + "\": " + fault.what()};
+        return cannot(kFileFault, fault.what());
     }
+    FreeNeighbourIndex(); // the image takes its place in memory
+    Image image;
     try {
-        FreeNeighbourIndex(); // the image takes its place in memory
-        Image image;
         MakeImage(run, &image);
-        return SaveImage(image, path);
     } catch (const Hdf5Fault &fault) {
-        return {kMemoryFault, "Cannot write \"" + path + "\": not enough memory for " + fault.what()};
+        return cannot(kMemoryFault, std::string("not enough memory for ") + fault.what());
     }
+    if (image.bytes == nullptr)
+        return cannot(kMemoryFault, "not enough memory");
+    const int reason = SaveImage(image, path);
+    return reason == 0 ? Fault() : cannot(kFileFault, strerror(reason));
 }
 
 // The library hands the bytes of a file over where it would free them.
@@ -344,17 +362,16 @@ static void WriteCamera(hid_t file, const RunRecord &run)
     WriteAttribute(view, "from_window", run.fromwindow ? 1 : 0);
 }
 
-static Fault SaveImage(const Image &image, const std::string &path)
+// Returns 0, or why the file could not be written whole: a value of errno.
+static int SaveImage(const Image &image, const std::string &path)
 {
-    Require(image.bytes != nullptr, "the file");
     OutputFile output(path.c_str(), true);
     if (output.Stream() != nullptr) {
         fwrite(image.bytes, 1, image.size, output.Stream());
         if (output.Finish())
-            return {};
+            return 0;
     }
-    const int reason = output.Reason() != 0 ? output.Reason() : EIO;
-    return {kFileFault, "Cannot write \"" + path + "\": " + strerror(reason)};
+    return output.Reason() != 0 ? output.Reason() : EIO;
 }
 
 // Reading -------------------------------------------------------------------------------------------------
@@ -362,6 +379,15 @@ static Fault SaveImage(const Image &image, const std::string &path)
 Fault ReadAggregate(const std::string &path, StoredAggregate *stored)
 {
     SilenceLibrary();
+    try {
+        return ReadAll(path, stored);
+    } catch (const std::bad_alloc &) {
+        return {kMemoryFault, kNoMemory};
+    }
+}
+
+static Fault ReadAll(const std::string &path, StoredAggregate *stored)
+{
     const auto bad = [&](const std::string &why) { return Fault(kFileFault, path + ": " + why); };
     struct stat about = {};
     if (stat(path.c_str(), &about) != 0 || access(path.c_str(), R_OK) != 0)
@@ -378,8 +404,6 @@ Fault ReadAggregate(const std::string &path, StoredAggregate *stored)
         return {};
     } catch (const Hdf5Fault &fault) {
         return bad(fault.what());
-    } catch (const std::bad_alloc &) {
-        return {kMemoryFault, path + ": memory does not hold the aggregate"};
     }
 }
 

@@ -7,6 +7,7 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include <hdf5.h>
 
@@ -20,11 +21,13 @@ public:
 class Hdf5Object
 {
 public:
-    // Throws Hdf5Fault(about) where there is none.
-    Hdf5Object(hid_t opened, herr_t (*closer)(hid_t), const std::string &about) : id(opened), close(closer)
+    // Throws Hdf5Fault where there is none, with the text about it. Nothing else can fail on the way, so that
+    // no object stays open.
+    Hdf5Object(hid_t opened, herr_t (*closer)(hid_t), std::string_view about, std::string_view what = "")
+        : id(opened), close(closer)
     {
         if (id < 0)
-            throw Hdf5Fault(about);
+            throw Hdf5Fault(std::string(about).append(what));
     }
     ~Hdf5Object() { close(id); }
     Hdf5Object(const Hdf5Object &) = delete;
@@ -37,10 +40,10 @@ private:
 };
 
 // Throws where a call has failed.
-inline void Require(bool holds, const std::string &otherwise)
+inline void Require(bool holds, std::string_view about, std::string_view what = "")
 {
     if (!holds)
-        throw Hdf5Fault(otherwise);
+        throw Hdf5Fault(std::string(about).append(what));
 }
 
 // The library's types of what we store. Files have the little-endian ones on every machine.
@@ -123,15 +126,14 @@ inline void WriteText(hid_t object, const std::string &name, const std::string &
 template<typename T>
 void ReadAttribute(hid_t object, const std::string &name, T *values, hssize_t count)
 {
-    Require(H5Aexists(object, name.c_str()) > 0, name + " is missing");
-    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose,
-                               name + " cannot be read");
-    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name + " cannot be read");
-    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name + " cannot be read");
+    Require(H5Aexists(object, name.c_str()) > 0, name, " is missing");
+    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose, name, " cannot be read");
+    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name, " cannot be read");
+    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name, " cannot be read");
     Require(H5Tget_class(type) == H5Tget_class(FileType<T>()) && H5Tget_size(type) <= sizeof(T) &&
                 H5Sget_simple_extent_npoints(space) == count,
-            name + " is no such number");
-    Require(H5Aread(attribute, MemoryType<T>(), values) >= 0, name + " cannot be read");
+            name, " is no such number");
+    Require(H5Aread(attribute, MemoryType<T>(), values) >= 0, name, " cannot be read");
 }
 
 template<typename T>
@@ -145,16 +147,15 @@ T ReadNumber(hid_t object, const std::string &name)
 inline std::string ReadText(hid_t object, const std::string &name)
 {
     constexpr std::size_t longest = 4096;
-    Require(H5Aexists(object, name.c_str()) > 0, name + " is missing");
-    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose,
-                               name + " cannot be read");
-    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name + " cannot be read");
-    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name + " cannot be read");
+    Require(H5Aexists(object, name.c_str()) > 0, name, " is missing");
+    const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose, name, " cannot be read");
+    const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name, " cannot be read");
+    const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name, " cannot be read");
     Require(H5Tget_class(type) == H5T_STRING && H5Tis_variable_str(type) == 0 &&
                 H5Tget_size(type) <= longest && H5Sget_simple_extent_npoints(space) == 1,
-            name + " is no text");
+            name, " is no text");
     std::string text(H5Tget_size(type) + 1, '\0');
-    Require(H5Aread(attribute, type, text.data()) >= 0, name + " cannot be read");
+    Require(H5Aread(attribute, type, text.data()) >= 0, name, " cannot be read");
     text.resize(strlen(text.c_str()));
     return text;
 }

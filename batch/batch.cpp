@@ -187,7 +187,7 @@ static int GrowAndWrite(const Command &command, const std::string &own, RunRecor
         status = Worse(status, {kGrowthFault, "growth has stalled: no particle has arrived for 10^9 steps; " +
                                                   command.output + " has " + std::to_string(ncells)});
     if (end == kOutOfMemory)
-        status = Worse(status, {kMemoryFault, "growth stopped for lack of memory"});
+        status = Worse(status, {kMemoryFault, ""}); // which growth has told
     if (!command.quiet && status == 0)
         printf("%s: %d particles, radius %g, %.1f s\n", command.output.c_str(), ncells, growthstate.radius,
                run->seconds);
