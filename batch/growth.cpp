@@ -1,5 +1,6 @@
 #include "batch/growth.h"
 
+#include <algorithm>
 #include <chrono>
 #include <climits>
 #include <csignal>
@@ -16,7 +17,7 @@ constexpr double kRetryMinutes = 1;
 static volatile std::sig_atomic_t caught = 0;
 
 static double Now();
-static std::uint64_t GrowBurst(std::uint64_t steps, int particles, int stallsteps);
+static std::uint64_t GrowBurst(std::uint64_t steps, int particles);
 
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
 {
@@ -46,19 +47,20 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
             }
             checkpointdue = Now() - start + 60 * minutes;
         }
-        run->steps += GrowBurst(std::min(kBurst, steps - run->steps), particles, plan.stallsteps);
+        const auto tostall = static_cast<std::uint64_t>(plan.stallsteps - growthstate.stepcount);
+        run->steps += GrowBurst(std::min({kBurst, steps - run->steps, tostall}), particles);
     }
     run->seconds = before + Now() - start;
     progress.End();
     return end;
 }
 
-// Returns the steps taken: fewer where there are so many particles, growth has stopped or has stalled.
-static std::uint64_t GrowBurst(std::uint64_t steps, int particles, int stallsteps)
+// Returns the steps taken: fewer where there are so many particles.
+static std::uint64_t GrowBurst(std::uint64_t steps, int particles)
 {
     const HeldGenerators held;
     std::uint64_t taken = 0;
-    while (taken < steps && ncells < particles && growthstate.running && growthstate.stepcount < stallsteps) {
+    while (taken < steps && ncells < particles) {
         IterateSystem();
         taken++;
     }

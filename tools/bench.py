@@ -12,7 +12,7 @@ import pathlib
 import subprocess
 import sys
 
-PROGRAMS = ["growth_bench", "surface_bench", "export_bench", "frame_bench", "statistics_bench"]
+PROGRAMS = ["growth_bench", "surface_bench", "export_bench", "archive_bench", "frame_bench", "statistics_bench"]
 # What the library says of every benchmark.
 COMMON = {"name", "family_index", "per_family_instance_index", "run_name", "run_type", "repetitions", "repetition_index",
           "threads", "iterations", "real_time", "cpu_time", "time_unit", "label"}
