@@ -284,7 +284,7 @@ static void WriteContent(hid_t file, const RunRecord &run)
     WriteParticles(file);
     WriteTable<double>(file, "surface/faces", static_cast<hsize_t>(nstltri), {3, 3},
                        [](hsize_t i, double *numbers) {
-                           for (int corner = 0; corner < 3; corner++)
+                           for (hsize_t corner = 0; corner < 3; corner++)
                                PutVector(stltri[i].p[corner], numbers + 3 * corner);
                        });
     WriteText(OpenGroup(file, "surface"), "name", growthstate.surfacename);
@@ -482,7 +482,7 @@ static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored)
     Triangle *triangles = stored->faces.get();
     ReadTable<double>(file, "surface/faces", faces, {3, 3}, [=](hsize_t i, const double *numbers) {
         triangles[i] = {};
-        for (int corner = 0; corner < 3; corner++)
+        for (hsize_t corner = 0; corner < 3; corner++)
             triangles[i].p[corner] = GetVector(numbers + 3 * corner);
         for (const Vector corner : triangles[i].p)
             Require(std::isfinite(Modulus(corner)), "surface/faces: a corner is no place");

@@ -16,7 +16,7 @@ constexpr double kLongestInterval = 600;
 static std::string DescribeTime(double seconds);
 
 Progress::Progress(const Recipe &wanted, bool silent)
-    : stops(wanted), quiet(silent), terminal(isatty(STDOUT_FILENO) != 0), firstparticles(ncells),
+    : stops(wanted), quiet(silent), terminal(isatty(STDOUT_FILENO) != 0),
       next(terminal ? kTerminalInterval : kFirstInterval), interval(next), earlierparticles(ncells)
 {
 }
@@ -41,7 +41,7 @@ void Progress::Report(double elapsed, std::uint64_t steps)
     earlierparticles = ncells;
 }
 
-void Progress::End()
+void Progress::End() const
 {
     if (!quiet && terminal && earlier > 0)
         printf("\r\x1b[K");

@@ -8,22 +8,20 @@
 class Progress
 {
 public:
-    // Tells nothing where `silent`. Growth is to stop where the recipe says, after `before` steps that were taken
-    // already.
+    // Tells nothing where `silent`. Growth is to stop where the recipe says.
     Progress(const Recipe &wanted, bool silent);
 
     // `elapsed` seconds of growth, and so many steps in all.
     void Report(double elapsed, std::uint64_t steps);
 
     // Leaves the line.
-    void End();
+    void End() const;
 
 private:
     [[nodiscard]] std::string Describe(double elapsed, std::uint64_t steps) const;
 
     const Recipe &stops;
     bool quiet, terminal;
-    int firstparticles;
     double next, interval;
     // At the report before the last.
     double earlier = 0;

@@ -1,5 +1,6 @@
 #include "export/ply.h"
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -116,7 +117,7 @@ static void WriteVertices(TextWriter &out, const std::vector<Ring> &tube)
             for (const double coordinate : {p.x, p.y, p.z})
                 out.PutBinary(static_cast<float>(coordinate));
             for (const double part : {ring.colour.r, ring.colour.g, ring.colour.b})
-                out.PutBinary(static_cast<std::uint8_t>(part * 255 + 0.5));
+                out.PutBinary(static_cast<std::uint8_t>(std::lround(part * 255)));
         }
     }
 }

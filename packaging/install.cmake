@@ -1,11 +1,14 @@
-# What `cmake --install` puts where, and the Debian package that CPack makes of it.
+# What `cmake --install` puts where, and the two Debian packages that CPack makes of it: sarkelo, the window, and sarkelo-grow,
+# which needs no X11 and no OpenGL.
 
 include(GNUInstallDirs)
 
 # With the version, and compressed as the distribution wants them.
-configure_file(packaging/sarkelo.1.in packaging/sarkelo.1 @ONLY)
 configure_file(packaging/changelog packaging/changelog COPYONLY)
-foreach(page sarkelo.1 changelog)
+foreach(program sarkelo sarkelo-grow)
+  configure_file(packaging/${program}.1.in packaging/${program}.1 @ONLY)
+endforeach()
+foreach(page sarkelo.1 sarkelo-grow.1 changelog)
   set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${page}.gz)
   add_custom_command(OUTPUT ${compressed}
     COMMAND gzip -9nc packaging/${page} > ${page}.gz
@@ -14,20 +17,35 @@ foreach(page sarkelo.1 changelog)
 endforeach()
 add_custom_target(compressed_pages ALL DEPENDS ${compressed_pages})
 
-install(TARGETS sarkelo)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/sarkelo.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES packaging/sarkelo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES packaging/invalid.sarkelo.Sarkelo.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
-install(FILES packaging/completion.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-  RENAME sarkelo)
-foreach(size 48 128 256)
-  install(FILES packaging/icons/sarkelo-${size}.png
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps RENAME sarkelo.png)
-endforeach()
-install(FILES packaging/copyright README.md ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
-  DESTINATION ${CMAKE_INSTALL_DOCDIR})
-# Without the scripts that make its pictures: they need a clone.
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN "*.sh" EXCLUDE)
+# install_program(NAME): a program, its manual page, completion, copyright and changes, as a component of its name.
+function(install_program name)
+  install(TARGETS ${name} COMPONENT ${name})
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${name})
+  install(FILES packaging/completion-${name}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+    RENAME ${name} COMPONENT ${name})
+  install(FILES packaging/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${name})
+endfunction()
+
+install_program(sarkelo-grow)
+install(FILES docs/recipes.md docs/file-formats.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow COMPONENT sarkelo-grow)
+file(GLOB recipes docs/gallery/*.toml)
+install(FILES ${recipes} docs/gallery/row.txt examples/radius_by_number.py
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow/examples COMPONENT sarkelo-grow)
+
+if(SARKELO_VIEWER)
+  install_program(sarkelo)
+  install(FILES packaging/sarkelo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT sarkelo)
+  install(FILES packaging/invalid.sarkelo.Sarkelo.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT sarkelo)
+  foreach(size 48 128 256)
+    install(FILES packaging/icons/sarkelo-${size}.png
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps RENAME sarkelo.png COMPONENT sarkelo)
+  endforeach()
+  install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo COMPONENT sarkelo)
+  # Without the scripts that make its pictures: they need a clone.
+  install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo COMPONENT sarkelo
+    PATTERN "*.sh" EXCLUDE PATTERN "*.py" EXCLUDE)
+endif()
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_CONTACT "The authors of Sarkelo <authors@sarkelo.invalid>")
@@ -35,15 +53,24 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES TRUE)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has a description of its own
+set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "libgl1-mesa-dri")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "grower and viewer of diffusion limited aggregates")
-set(CPACK_PACKAGE_DESCRIPTION "Sarkelo grows branching aggregates in three dimensions by diffusion limited
+set(CPACK_DEBIAN_SARKELO_PACKAGE_NAME sarkelo)
+set(CPACK_DEBIAN_SARKELO_PACKAGE_DEPENDS "libgl1-mesa-dri")
+set(CPACK_DEBIAN_SARKELO-GROW_PACKAGE_NAME sarkelo-grow)
+set(CPACK_DEBIAN_SARKELO_DESCRIPTION "grower and viewer of diffusion limited aggregates
+Sarkelo grows branching aggregates in three dimensions by diffusion limited
 aggregation, exactly and reproducibly, and shows them growing in a window.
 Growth is steered from a menu, keys and panels, can be confined by a
 triangulated surface, is measured (branch distribution, box counting), and
 is saved for rendering, printing and further work (POV-Ray, VRML, GEOM, DXF,
 STL, text).")
+set(CPACK_DEBIAN_SARKELO-GROW_DESCRIPTION "grower of diffusion limited aggregates without a window
+sarkelo-grow grows branching aggregates in three dimensions by diffusion
+limited aggregation, from a recipe in a text file, exactly as the window of
+sarkelo does. It keeps them in HDF5 files from which growth goes on as if it
+had never stopped, and saves them for rendering, printing and further work.")
 include(CPack)

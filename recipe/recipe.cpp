@@ -268,8 +268,8 @@ static Fault SetParameterKey(const Key &key, const Parameter &parameter, const t
         name = SwitchName(*value.value<bool>());
     else if (parameter.name != SwitchName && value.is_string())
         name = *value.value<std::string>();
-    for (double code = parameter.low; code <= parameter.high; code++) {
-        const char *known = parameter.name(static_cast<int>(code));
+    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++) {
+        const char *known = parameter.name(code);
         if (known != nullptr && name == known) {
             *number = code;
             return {};
@@ -363,8 +363,8 @@ static std::string AllowedValues(const Key &key)
 static std::string AllowedNames(const Parameter &parameter)
 {
     std::string names;
-    for (double code = parameter.low; code <= parameter.high; code++)
-        if (parameter.name(static_cast<int>(code)) != nullptr)
+    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++)
+        if (parameter.name(code) != nullptr)
             names += (names.empty() ? "" : ", ") + ParameterText(parameter, code);
     return names;
 }

@@ -15,22 +15,32 @@ forbid() {
         fi
     done
 }
-forbid geom growth surface analysis export image viewer app
-forbid growth analysis export image viewer app
-forbid surface analysis export image viewer app
-forbid analysis viewer app
-forbid export viewer app
-forbid image growth surface analysis export viewer app
-forbid viewer app
+fronts="viewer app batch"
+files="recipe archive"
+forbid geom growth surface analysis export image $files $fronts
+forbid growth analysis export image $files $fronts
+forbid surface analysis export image $files $fronts
+forbid analysis $files $fronts
+forbid export $files $fronts
+forbid image growth surface analysis export $files $fronts
+forbid recipe archive $fronts
+forbid archive $fronts
+forbid viewer app batch
+forbid app batch
+forbid batch viewer app
 
 toolkits=$(tests/toolkit_files.sh)
-for file in $(find geom growth surface analysis export image -name '*.h' -o -name '*.cpp'); do
+for file in $(find geom growth surface analysis export image recipe archive batch -name '*.h' -o -name '*.cpp'); do
     grep -qx "${file%.*}" <<<"$toolkits" && continue
     included=$(sed -nE 's/^#include "(.*)\.h"$/\1/p' "$file" | grep -Fx "$toolkits") ||
         included=$(grep -nE '#include <(GL/|X11/|forms\.h)' "$file") || continue
     echo "$file is core and must not use a toolkit: $included"
     faults=1
 done
+if grep -nE '#include <(hdf5|toml|nlohmann|CLI)' -r geom growth surface analysis export image viewer app; then
+    echo "only recipe/, archive/ and batch/ know HDF5, TOML, JSON and command lines"
+    faults=1
+fi
 if grep -n '#include' growth/state.h | grep -v '"geom/'; then
     echo "growth/state.h includes nothing but geom/"
     faults=1

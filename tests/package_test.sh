@@ -1,35 +1,57 @@
 #!/usr/bin/env bash
-# package_test.sh BUILD: the Debian package of a build holds everything in its place, and lintian finds no error in it.
+# package_test.sh BUILD: the Debian packages of a build hold everything in its place, lintian finds no error in them, and
+# sarkelo-grow needs neither X11 nor OpenGL.
 set -eu
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+fail() { echo "$1" >&2; exit 1; }
 cpack --config "$1/CPackConfig.cmake" -B "$work" >"$work/cpack.log" 2>&1 || { cat "$work/cpack.log" >&2; exit 1; }
-package=$(ls "$work"/*.deb)
-lintian --fail-on error --allow-root "$package"
 
-dpkg-deb -x "$package" "$work/files"
-cd "$work/files/usr"
-for file in bin/sarkelo share/applications/sarkelo.desktop share/icons/hicolor/{48x48,128x128,256x256}/apps/sarkelo.png \
-    share/man/man1/sarkelo.1.gz share/bash-completion/completions/sarkelo share/doc/sarkelo/{copyright,changelog.gz,README.md}; do
-    [ -s "$file" ] || { echo "no $file" >&2; exit 1; }
+# The options that a page of the manual describes, and what is completed where so many words stand.
+described() { zcat "share/man/man1/$1.1.gz" | grep '^\.B' | grep -oE '\\-[a-z\\-]+' | tr -d '\\' | sort -u; }
+completed() {
+    COMP_WORDS=("$@") COMP_CWORD=$(($# - 1)) COMPREPLY=()
+    local function=${1##*/}
+    "_${function//-/_}" 2>/dev/null
+    printf '%s\n' "${COMPREPLY[@]}" | sort -u
+}
+
+for name in sarkelo sarkelo-grow; do
+    package=$(ls "$work/$name"_*.deb)
+    lintian --fail-on error --allow-root "$package"
+    dpkg-deb -x "$package" "$work/$name"
+    cd "$work/$name/usr"
+    for file in "bin/$name" "share/man/man1/$name.1.gz" "share/bash-completion/completions/$name" share/doc/$name/{copyright,changelog.gz,file-formats.md}; do
+        [ -s "$file" ] || [ -s "${file/file-formats/docs/file-formats}" ] || fail "no $file"
+    done
+    [ -z "$(find share/doc -name '*.sh')" ] || fail "scripts that need a clone: $(find share/doc -name '*.sh')"
+    warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l "share/man/man1/$name.1.gz" 2>&1 >/dev/null)
+    [ -z "$warnings" ] || fail "$warnings"
+    version=$(dpkg-deb -f "$package" Version)
+    zcat "share/doc/$name/changelog.gz" | head -1 | grep -qF "sarkelo ($version)" || fail "the changelog does not name $version"
+    zcat "share/man/man1/$name.1.gz" | grep -qF "Sarkelo $version" || fail "the manual of $name is not that of $version"
+    . "share/bash-completion/completions/$name"
 done
-[ -z "$(find share/doc -name '*.sh')" ] || { echo "scripts that need a clone: $(find share/doc -name '*.sh')" >&2; exit 1; }
+
+cd "$work/sarkelo/usr"
+for file in share/applications/sarkelo.desktop share/icons/hicolor/{48x48,128x128,256x256}/apps/sarkelo.png share/doc/sarkelo/README.md; do
+    [ -s "$file" ] || fail "no $file"
+done
 desktop-file-validate share/applications/sarkelo.desktop
 appstreamcli validate --no-net share/metainfo/*.metainfo.xml
-warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l share/man/man1/sarkelo.1.gz 2>&1 >/dev/null)
-[ -z "$warnings" ] || { echo "$warnings" >&2; exit 1; }
-
-version=$(dpkg-deb -f "$package" Version)
-zcat share/doc/sarkelo/changelog.gz | head -1 | grep -qF "sarkelo ($version)" || { echo "the changelog does not name $version" >&2; exit 1; }
-zcat share/man/man1/sarkelo.1.gz | grep -qF "Sarkelo $version" || { echo "the manual is not that of $version" >&2; exit 1; }
-bin/sarkelo -h 2>&1 | grep -qx "Version: $version" || { echo "the program is not $version" >&2; exit 1; }
-
+bin/sarkelo -h 2>&1 | grep -qx "Version: $version" || fail "the program is not $version"
 # Every switch of the usage text is in the manual page and is completed.
-. share/bash-completion/completions/sarkelo
-COMP_WORDS=(sarkelo -) COMP_CWORD=1
-_sarkelo
-switches=$(bin/sarkelo -h 2>&1 | awk '$1 ~ /^-/ { print $1 }')
-[ "$switches" = "$(printf '%s\n' "${COMPREPLY[@]}")" ] || { echo "completed: ${COMPREPLY[*]}" >&2; exit 1; }
-for switch in $switches; do
-    zcat share/man/man1/sarkelo.1.gz | grep -qx "\.B \\\\$switch" || { echo "$switch is not in the manual" >&2; exit 1; }
-done
+switches=$(bin/sarkelo -h 2>&1 | awk '$1 ~ /^-/ { print $1 }' | sort)
+[ "$switches" = "$(completed sarkelo -)" ] || fail "completed: $(completed sarkelo -)"
+[ "$switches" = "$(described sarkelo)" ] || fail "described: $(described sarkelo)"
+
+cd "$work/sarkelo-grow/usr"
+needed=$(ldd bin/sarkelo-grow; dpkg-deb -f "$work"/sarkelo-grow_*.deb Depends)
+! grep -iE 'libX|libGL|libglut|libforms' <<<"$needed" || fail "sarkelo-grow needs a display's libraries"
+[ "$(bin/sarkelo-grow --version)" = "sarkelo-grow $version" ] || fail "the program is not $version"
+options=$(bin/sarkelo-grow --help | grep -oE '^ +(-[a-z],)?--?[a-z-]+' | grep -oE -- '--[a-z-]+' | sort)
+[ "$(wc -l <<<"$options")" -gt 15 ] || fail "only the options $options"
+[ "$options" = "$(completed sarkelo-grow -- | grep -e --)" ] || fail "completed: $(completed sarkelo-grow --)"
+[ "$options" = "$(described sarkelo-grow | grep -e --)" ] || fail "described: $(described sarkelo-grow)"
+[ "$(completed bin/sarkelo-grow --set growth.s)" = "$(printf 'growth.seed=\ngrowth.stickiness=')" ] || fail "$(completed bin/sarkelo-grow --set growth.s)"
+bin/sarkelo-grow share/doc/sarkelo-grow/examples/hedge.toml --particles 100 -o "$work/hedge.sarkelo.h5" --quiet

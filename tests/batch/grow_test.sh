@@ -2,7 +2,8 @@
 # grow_test.sh SARKELO-GROW: the command as it is used: what is written, what is told, the status it ends with; interrupted,
 # killed, on a full disk, and gone on with.
 set -eu
-grow=$1
+grow=$(realpath "$1")
+docs=$(realpath "$(dirname "$0")/../../docs")
 work=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$work"' EXIT
 cd "$work"
@@ -58,6 +59,16 @@ for option in --output --particles --steps --minutes --seed --set --resume --con
     --slices --statistics --force --quiet --print-recipe; do
     grep -q -- "$option" out || fail "no $option in the help"
 done
+
+# Every option and key is in the documentation.
+grep -oE -- '^ +(-[a-z],)?--[a-z-]+' "$work/out" | grep -oE -- '--[a-z-]+' | while read -r option; do
+    grep -qE -- "^\|.*$option\b" "$docs/recipes.md" || fail "$option is not documented"
+done
+"$grow" --print-recipe | awk '/^\[/ { table = substr($1, 2, length($1) - 2) } /^(# )?[a-z_]+ =/ { sub(/^# /, ""); print table "." $1 }' >keys
+[ "$(wc -l <keys)" -eq 25 ] || fail "$(wc -l <keys) keys"
+while read -r key; do
+    grep -qF "| \`$key\` |" "$docs/recipes.md" || fail "$key is not documented"
+done <keys
 
 # A recipe that was printed grows the same; so does its seed, set in three ways.
 ends 0 "" --print-recipe
