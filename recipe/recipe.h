@@ -29,6 +29,9 @@ struct Recipe {
 
     // The defaults.
     Recipe();
+
+    // Where a key was set; "recipe" where it was not.
+    [[nodiscard]] std::string PlaceOf(const std::string &key) const;
 };
 
 // Adds what a file says to a recipe. Relative paths count from the file's folder. The fault of a file that

@@ -1,0 +1,17 @@
+// What writing and reading aggregate files have in common.
+
+#pragma once
+
+#include "growth/state.h"
+
+constexpr const char *kFormatName = "sarkelo aggregate";
+constexpr int kFormatVersion = 1;
+// Short enough to be told without memory.
+constexpr const char *kNoMemory = "out of memory";
+
+// Throws an Hdf5Fault where particles cannot be an aggregate: parents come before their children, so no chain of
+// parents is a ring; roots come before all others.
+void CheckParticles(const Particle *particles, int count);
+
+// The particles at the start without a parent.
+int CountRoots(const Particle *particles, int count);

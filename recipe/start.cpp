@@ -1,0 +1,138 @@
+#include <cmath>
+#include <cstring>
+#include <span>
+
+#include "growth/growth_step.h"
+#include "growth/parameters.h"
+#include "growth/roots.h"
+#include "growth/state.h"
+#include "recipe/recipe.h"
+#include "surface/samples.h"
+#include "surface/stl_reader.h"
+#include "surface/surface.h"
+
+// Distances of which the square is no number cannot be walked.
+constexpr double kFarthest = 1e150;
+
+static Fault StartSurface(const Recipe &recipe);
+static Fault StartRoots(const Recipe &recipe);
+static Fault CheckGrowth(const Recipe &recipe);
+
+Fault StartRun(const Recipe &recipe)
+{
+    InitialiseGrowth();
+    SetDefaults("roots");
+    for (const char *group : {"growth", "source", "drawing"}) {
+        SetDefaults(group);
+        ApplyGroup(recipe, group);
+    }
+    if (Fault fault = StartSurface(recipe))
+        return fault;
+    if (Fault fault = StartRoots(recipe))
+        return fault;
+    return CheckGrowth(recipe);
+}
+
+void ApplyGroup(const Recipe &recipe, const char *group)
+{
+    const std::span<const Parameter> rows = Parameters();
+    for (std::size_t i = 0; i < rows.size(); i++)
+        if (strcmp(rows[i].group, group) == 0 &&
+            recipe.places.contains(std::string(group) + "." + rows[i].key))
+            SetParameter(rows[i], recipe.values[i]);
+}
+
+static Fault StartSurface(const Recipe &recipe)
+{
+    if (!recipe.surfacefile.empty()) {
+        const std::string about = recipe.PlaceOf("surface.file") + ": surface.file " + recipe.surfacefile;
+        switch (ReadSTLFile(recipe.surfacefile.c_str())) {
+        case kSTLRead:
+            break;
+        case kSTLUnopened:
+            return {kFileFault, about + ": cannot be opened"};
+        case kSTLBadVertices:
+            return {kFileFault, about + ": a face without three vertices"};
+        case kSTLShortHeader:
+            return {kFileFault, about + ": no STL file: too short"};
+        case kSTLBadCount:
+            return {kFileFault, about + ": no STL file: more than 10,000,000 faces announced"};
+        case kSTLOutOfMemory:
+            return {kMemoryFault, about + ": memory does not hold its faces"};
+        }
+        if (nstltri == 0)
+            return {kFileFault, about + ": has no face"};
+    } else {
+        for (const Sample &sample : Samples())
+            if (recipe.sample == sample.name && !BuildSample(sample.id))
+                return {kMemoryFault, "memory does not hold the surface " + recipe.sample};
+    }
+    const Recipe plain;
+    const auto differs = [](Vector a, Vector b) { return a.x != b.x || a.y != b.y || a.z != b.z; };
+    if (differs(recipe.scale, plain.scale) || differs(recipe.rotate, plain.rotate) ||
+        differs(recipe.shift, plain.shift))
+        TransformSTL(recipe.scale, recipe.shift, recipe.rotate);
+    return {};
+}
+
+// In the order of the settings panel's use: everything else first, the number of roots last.
+static Fault StartRoots(const Recipe &recipe)
+{
+    if (!recipe.seedfile.empty()) {
+        const std::string about = recipe.PlaceOf("roots.file") + ": roots.file " + recipe.seedfile;
+        switch (ReadSeedFile(recipe.seedfile.c_str())) {
+        case kSeedFileRead:
+            break;
+        case kSeedFileUnopened:
+            return {kFileFault, about + ": cannot be opened"};
+        case kSeedFileEmpty:
+            return {kFileFault, about + ": has no root: three numbers a root are expected"};
+        case kSeedFileOutOfMemory:
+            return {kMemoryFault, about + ": memory does not hold its roots"};
+        }
+        for (int i = 0; i < ncells; i++)
+            if (!std::isfinite(Modulus(cells[i].p)))
+                return {kFileFault, about + ": root " + std::to_string(i + 1) + " is no place"};
+        return {};
+    }
+    const Recipe defaults;
+    const auto set = [&](const void *field) {
+        const Parameter &row = ParameterOf(field);
+        SetParameter(row, recipe.values[static_cast<std::size_t>(&row - Parameters().data())]);
+    };
+    set(&growthstate.roottype);
+    HandleRootMenu(growthstate.roottype);
+    set(&growthstate.rootrange);
+    if (!RestartFromRoots())
+        return {kMemoryFault, "memory does not hold a root"};
+    set(&growthstate.nroots);
+    if (!MemoryHoldsRoots() || !RestartFromRoots())
+        return {kMemoryFault, recipe.PlaceOf("roots.count") + ": memory does not hold " +
+                                  std::to_string(growthstate.nroots) + " roots"};
+    return {};
+}
+
+// What can be known beforehand. A walker sticks within a branch length of a particle, and stays within the
+// launch sphere but for its drift and rotation.
+static Fault CheckGrowth(const Recipe &recipe)
+{
+    const auto never = [&](const char *key, const std::string &reason) {
+        return Fault(kRequestFault, recipe.PlaceOf(key) + ": can never grow: " + reason);
+    };
+    if (ncells == 0)
+        return never("roots.count", "there is no root");
+    const double launchradius = LaunchRadius();
+    if (!(launchradius < kFarthest))
+        return never("growth.branch_length", "the space is too large to be walked");
+    const bool associated = growthstate.association != 0 && growthstate.nroots >= 2;
+    if (associated && ncells < growthstate.nroots)
+        return never("growth.association",
+                     "association needs a root for each class, and the distribution \"Origin\" places one");
+    const double reach = launchradius + 2 * growthstate.branchlength;
+    int outside = 0;
+    for (int i = 0; i < ncells; i++)
+        outside += Modulus(cells[i].p) > reach;
+    if (outside == ncells || (associated && outside > 0))
+        return never("roots.range", "no walker comes as far out as the roots are");
+    return {};
+}
