@@ -17,7 +17,6 @@ constexpr const char *kAggregateExtension = ".sarkelo.h5";
 
 // What a run has besides the global records.
 struct RunRecord {
-    std::uint64_t steps = 0; // of walkers, since the run started
     double seconds = 0;      // of growth, summed over resumptions
     bool fromwindow = false; // the camera was turned in a window, else it is at home
     Camera view = {};        // where the aggregate is looked at from

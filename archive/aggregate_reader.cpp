@@ -59,7 +59,9 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     Require(version >= 1, "format_version is out of range");
     Require(version <= kFormatVersion, "written by a newer program, in format " + std::to_string(version) +
                                            "; this one reads up to " + std::to_string(kFormatVersion));
-    stored->run.steps = ReadNumber<uint64_t>(file, "steps");
+    const auto steps = ReadNumber<uint64_t>(file, "steps");
+    Require(steps <= LONG_MAX, "steps is out of range");
+    stored->state.steptotal = static_cast<long>(steps);
     stored->run.seconds = ReadNumber<double>(file, "seconds");
     Require(stored->run.seconds >= 0, "seconds is out of range");
     ReadParameters(file, stored);

@@ -104,7 +104,7 @@ static void WriteContent(hid_t file, const RunRecord &run)
     WriteAttribute(file, "format_version", kFormatVersion);
     WriteAttribute(file, "program_version", versionid / 100.0);
     WriteAttribute(file, "particles", ncells);
-    WriteAttribute(file, "steps", run.steps);
+    WriteAttribute(file, "steps", static_cast<uint64_t>(growthstate.steptotal));
     WriteAttribute(file, "seconds", run.seconds);
     WriteParameters(file);
     WriteParticles(file);

@@ -19,6 +19,7 @@ void ResumeRun(StoredAggregate stored)
     GrowthState &state = growthstate;
     state.pos = stored.state.pos;
     state.stepcount = stored.state.stepcount;
+    state.steptotal = stored.state.steptotal;
     state.radius = stored.state.radius;
     state.maxweight = stored.state.maxweight;
     memcpy(state.rootname, stored.state.rootname, sizeof state.rootname);

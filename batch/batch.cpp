@@ -158,7 +158,7 @@ static Fault FindUnfinished(const Command &command, StoredAggregate *found, std:
         const Fault bad = ReadAggregate(candidate, &stored);
         if (bad) {
             fault = bad;
-        } else if (path->empty() || stored.run.steps > found->run.steps) {
+        } else if (path->empty() || stored.state.steptotal > found->state.steptotal) {
             *found = std::move(stored);
             *path = candidate;
         }
@@ -175,12 +175,12 @@ static Fault FindUnfinished(const Command &command, StoredAggregate *found, std:
 // `own` is the file that the run goes on from.
 static int GrowAndWrite(const Command &command, const std::string &own, RunRecord *run)
 {
-    const std::uint64_t before = run->steps;
+    const long before = growthstate.steptotal;
     const GrowthEnd end =
         Grow({command.recipe, command.checkpoint, command.checkpointminutes, command.quiet}, run);
     int status = 0;
     // A finished run that was continued stays as it is.
-    const bool unchanged = run->steps == before && command.continues && own == command.output;
+    const bool unchanged = growthstate.steptotal == before && command.continues && own == command.output;
     if (!unchanged)
         status = Worse(status, WriteResult(command, *run));
     if (end == kStalled)

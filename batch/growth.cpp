@@ -10,26 +10,26 @@
 #include "growth/growth_step.h"
 
 // Steps between two looks at the clock: a fraction of a millisecond.
-constexpr std::uint64_t kBurst = 8192;
+constexpr long kBurst = 8192;
 // Minutes until a checkpoint that could not be written is tried again, at most.
 constexpr double kRetryMinutes = 1;
 
 static volatile std::sig_atomic_t caught = 0;
 
 static double Now();
-static std::uint64_t GrowBurst(std::uint64_t steps, int particles);
+static void GrowBurst(long steps, int particles);
 
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
 {
     const Recipe &stops = plan.stops;
     const int particles = stops.particles > 0 ? static_cast<int>(stops.particles) : INT_MAX;
-    const std::uint64_t steps = stops.steps > 0 ? static_cast<std::uint64_t>(stops.steps) : UINT64_MAX;
+    const long steps = stops.steps > 0 ? stops.steps : LONG_MAX;
     const double start = Now();
     const double before = run->seconds;
     double checkpointdue = 60 * plan.checkpointminutes;
     Progress progress(stops, plan.quiet);
     GrowthEnd end = kStopReached;
-    while (ncells < particles && run->steps < steps) {
+    while (ncells < particles && growthstate.steptotal < steps) {
         const double elapsed = Now() - start;
         run->seconds = before + elapsed;
         if (stops.minutes > 0 && elapsed >= 60 * stops.minutes)
@@ -38,7 +38,7 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
             end = caught != 0 ? kSignalled : !growthstate.running ? kOutOfMemory : kStalled;
             break;
         }
-        progress.Report(elapsed, run->steps);
+        progress.Report(elapsed);
         if (plan.checkpointminutes > 0 && elapsed >= checkpointdue) {
             double minutes = plan.checkpointminutes;
             if (Fault fault = WriteAggregate(plan.checkpoint, *run)) {
@@ -47,24 +47,20 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
             }
             checkpointdue = Now() - start + 60 * minutes;
         }
-        const auto tostall = static_cast<std::uint64_t>(plan.stallsteps - growthstate.stepcount);
-        run->steps += GrowBurst(std::min({kBurst, steps - run->steps, tostall}), particles);
+        const long tostall = plan.stallsteps - growthstate.stepcount;
+        GrowBurst(std::min({kBurst, steps - growthstate.steptotal, tostall}), particles);
     }
     run->seconds = before + Now() - start;
     progress.End();
     return end;
 }
 
-// Returns the steps taken: fewer where there are so many particles.
-static std::uint64_t GrowBurst(std::uint64_t steps, int particles)
+// Takes so many steps, or fewer where there are so many particles.
+static void GrowBurst(long steps, int particles)
 {
     const HeldGenerators held;
-    std::uint64_t taken = 0;
-    while (taken < steps && ncells < particles) {
+    for (long i = 0; i < steps && ncells < particles; i++)
         IterateSystem();
-        taken++;
-    }
-    return taken;
 }
 
 void CatchSignals()

@@ -23,7 +23,7 @@ struct GrowthPlan {
     int stallsteps = kStallSteps;
 };
 
-// Grows the run of the global records, counting its steps and seconds.
+// Grows the run of the global records, counting its seconds.
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);
 
 // From now on the three signals are noticed and end growth in order; a file that grows too large and an output

@@ -32,7 +32,7 @@ Fault WriteStatistics(const std::string &path, const RunRecord &run)
     Json json;
     json["program_version"] = versionid / 100.0;
     json["particles"] = ncells;
-    json["steps"] = run.steps;
+    json["steps"] = growthstate.steptotal;
     json["launches"] = nseeds;
     json["seconds"] = run.seconds;
     json["radius"] = growthstate.radius;

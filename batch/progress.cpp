@@ -17,18 +17,16 @@ static std::string DescribeTime(double seconds);
 
 Progress::Progress(const Recipe &wanted, bool silent)
     : stops(wanted), quiet(silent), terminal(isatty(STDOUT_FILENO) != 0),
-      next(terminal ? kTerminalInterval : kFirstInterval), interval(next), earlierparticles(ncells)
+      next(terminal ? kTerminalInterval : kFirstInterval), interval(next), firststeps(growthstate.steptotal),
+      earlierparticles(ncells)
 {
 }
 
-void Progress::Report(double elapsed, std::uint64_t steps)
+void Progress::Report(double elapsed)
 {
-    if (!started)
-        firststeps = steps;
-    started = true;
     if (quiet || elapsed < next)
         return;
-    const std::string line = Describe(elapsed, steps);
+    const std::string line = Describe(elapsed);
     if (terminal)
         printf("\r%s\x1b[K", line.c_str());
     else
@@ -48,7 +46,7 @@ void Progress::End() const
     fflush(stdout);
 }
 
-std::string Progress::Describe(double elapsed, std::uint64_t steps) const
+std::string Progress::Describe(double elapsed) const
 {
     const double rate = (ncells - earlierparticles) / (elapsed - earlier);
     // Of each stop, what part is done and how long it takes yet: the first that is reached counts.
@@ -63,8 +61,8 @@ std::string Progress::Describe(double elapsed, std::uint64_t steps) const
                  static_cast<double>(stops.particles - ncells) / rate);
     if (stops.steps > 0) {
         const auto all = static_cast<double>(stops.steps);
-        const double taken = static_cast<double>(steps - firststeps);
-        consider(static_cast<double>(steps) / all, (all - static_cast<double>(steps)) * elapsed / taken);
+        const auto taken = static_cast<double>(growthstate.steptotal);
+        consider(taken / all, (all - taken) * elapsed / (taken - static_cast<double>(firststeps)));
     }
     if (stops.minutes > 0)
         consider(elapsed / (60 * stops.minutes), 60 * stops.minutes - elapsed);

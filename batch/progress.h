@@ -11,21 +11,20 @@ public:
     // Tells nothing where `silent`. Growth is to stop where the recipe says.
     Progress(const Recipe &wanted, bool silent);
 
-    // `elapsed` seconds of growth, and so many steps in all.
-    void Report(double elapsed, std::uint64_t steps);
+    // After so many seconds of growth.
+    void Report(double elapsed);
 
     // Leaves the line.
     void End() const;
 
 private:
-    [[nodiscard]] std::string Describe(double elapsed, std::uint64_t steps) const;
+    [[nodiscard]] std::string Describe(double elapsed) const;
 
     const Recipe &stops;
     bool quiet, terminal;
     double next, interval;
+    long firststeps;
     // At the report before the last.
     double earlier = 0;
     int earlierparticles;
-    std::uint64_t firststeps = 0;
-    bool started = false;
 };

@@ -110,6 +110,7 @@ static void CountStep()
     if (growthstate.stepcount == INT_MAX)
         growthstate.stepcount %= kWalkerLife;
     growthstate.stepcount++;
+    growthstate.steptotal++;
 }
 
 static void MoveAtRandom()

@@ -78,6 +78,7 @@ void InitialiseGrowth()
     SeedGenerators();
     stats.timestep = 0;
     nseeds = 0;
+    growthstate.steptotal = 0;
     ncells = placed;
     ForgetAggregate();
 }
@@ -181,6 +182,7 @@ static void PlaceRoots(Particle *placed)
     ReplaceCells(placed, count);
     SeedGenerators();
     nseeds = 0;
+    growthstate.steptotal = 0;
 }
 
 static void ReplaceCells(Particle *particles, int count)

@@ -69,6 +69,7 @@ struct GrowthState {
     double radius;         // largest distance of a particle from the origin, at least what a restart set
     double branchlength;   // length of a walker's step, and the reach within which it sticks
     int stepcount;         // walker steps since the last particle stuck
+    long steptotal;        // walker steps since the run started
     double bias;           // drift per step, percent of the step length
     double maxweight;      // largest weight of any particle
     double stickiness;     // probability of sticking, percent

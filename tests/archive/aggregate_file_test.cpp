@@ -33,7 +33,7 @@ static void WriteSmallAggregate()
     BuildSample(11);
     Grow(IterateSystem, 300, 10000000);
     RunRecord run;
-    run.steps = 1234567890123;
+    growthstate.steptotal = 1234567890123;
     run.seconds = 0.1;
     run.view.vp = {60, 1, 2};
     run.view.aperture = 60;

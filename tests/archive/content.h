@@ -36,6 +36,6 @@ inline std::string Content(const StoredAggregate &stored)
     for (const int number : {state.stepcount, stored.launchcount, int{stored.run.fromwindow}})
         add(number);
     add(stored.generators.congruence);
-    add(stored.run.steps);
+    add(stored.state.steptotal);
     return bytes + state.rootname + "|" + state.surfacename;
 }

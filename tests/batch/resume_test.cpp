@@ -76,7 +76,7 @@ TEST(Resume, GoesOnInANewProcessAsIfNeverStopped)
         ASSERT_EQ(Grown("--resume part.h5 -o rest.h5" + steps(total)), 0);
         StoredAggregate whole = ReadStored("whole.h5");
         StoredAggregate rest = ReadStored("rest.h5");
-        EXPECT_EQ(whole.run.steps, total);
+        EXPECT_EQ(static_cast<unsigned long>(whole.state.steptotal), total);
         EXPECT_GT(rest.run.seconds, 0);
         whole.run.seconds = rest.run.seconds = 0;
         EXPECT_TRUE(Content(whole) == Content(rest)) << "history " << seed << "\n" << ReadWhole("r.toml");
