@@ -1,5 +1,7 @@
 #include "app/idle.h"
 
+#include <chrono>
+
 #include <GL/glut.h>
 
 #include "app/panels.h"
@@ -7,6 +9,7 @@
 #include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
@@ -58,9 +61,14 @@ static void Grow()
 {
     if (!growthstate.running || options.boxcountrequest)
         return;
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point start = Clock::now();
+    if (growthstate.steptotal == 0)
+        windowrun.seconds = 0; // the run has just started
     const HeldGenerators held;
     for (int i = 0; i < kStepsPerCall; i++)
         IterateSystem();
+    windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 // Redisplays follow each other at the frame rate. But a frame that takes longer than that would be followed

@@ -25,19 +25,29 @@
 static void StartForms(char *path);
 static void CreatePanels();
 static void OpenWindow(int argc, char **argv);
-static void RegisterCallbacks();
+static void RegisterCallbacks(bool files);
 
 void RunProgram(int argc, char **argv)
+{
+    PrepareRecords();
+    ReadSwitches(argc, argv);
+    RunWindow(argc, argv, false);
+}
+
+void PrepareRecords()
 {
     signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a fault of writing, and told as one
     InitialiseGrowth();
     CameraHome();
     SetProgramDefaults();
-    ReadSwitches(argc, argv);
+}
+
+void RunWindow(int argc, char **argv, bool files)
+{
     StartForms(argv[0]);
     CreatePanels();
     OpenWindow(argc, argv);
-    RegisterCallbacks();
+    RegisterCallbacks(files);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
     glutMainLoop();
@@ -81,11 +91,11 @@ static void OpenWindow(int argc, char **argv)
         glutFullScreen();
 }
 
-static void RegisterCallbacks()
+static void RegisterCallbacks(bool files)
 {
     glutDisplayFunc(Guarded<HandleDisplay, kRepeatedCallback>);
     glutReshapeFunc(Guarded<HandleReshape>);
-    CreateMenus();
+    CreateMenus(files);
     glutKeyboardFunc(Guarded<HandleKeyboard>);
     glutSpecialFunc(Guarded<HandleSpecialKeyboard>);
     glutMouseFunc(Guarded<HandleMouse>);

@@ -3,3 +3,10 @@
 // Starts the program and runs it until the user quits: defaults, switches, toolkits, window, callbacks, main
 // loop.
 void RunProgram(int argc, char **argv);
+
+// The first half of that: all records as they are before the first switch is read.
+void PrepareRecords();
+
+// The second half: the window, with the records as they are. With `files`, the main menu opens and saves aggregate
+// files.
+void RunWindow(int argc, char **argv, bool files);

@@ -130,9 +130,8 @@ static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored)
         triangles[i] = {};
         for (hsize_t corner = 0; corner < 3; corner++)
             triangles[i].p[corner] = GetVector(numbers + 3 * corner);
-        for (const Vector corner : triangles[i].p)
-            Require(std::isfinite(Modulus(corner)), "surface/faces: a corner is no place");
     });
+    CheckFaces(triangles, stored->facecount);
     snprintf(stored->state.surfacename, sizeof stored->state.surfacename, "%s",
              ReadText(OpenGroup(file, "surface"), "name").c_str());
 
@@ -198,6 +197,13 @@ void CheckParticles(const Particle *particles, int count)
         require(i < rootcount || particle.parent >= 0, "is a root, or its parent is out of range");
         require(particle.parent < i, "has a parent that does not come before it");
     }
+}
+
+void CheckFaces(const Triangle *faces, int count)
+{
+    for (int i = 0; i < count; i++)
+        for (const Vector corner : faces[i].p)
+            Require(std::isfinite(Modulus(corner)), "surface/faces: a corner is no place");
 }
 
 int CountRoots(const Particle *particles, int count)

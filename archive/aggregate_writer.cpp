@@ -52,6 +52,7 @@ static Fault WriteAll(const std::string &path, const RunRecord &run)
     };
     try {
         CheckParticles(cells, ncells);
+        CheckFaces(stltri, nstltri);
     } catch (const Hdf5Fault &fault) {
         return cannot(kFileFault, fault.what());
     }
@@ -90,7 +91,10 @@ static void MakeImage(const RunRecord &run, Image *image)
     // Nothing is set aside for later: the file has its final size before it is closed.
     Require(H5Pset_meta_block_size(access, 0) >= 0 && H5Pset_small_data_block_size(access, 0) >= 0, about);
     Require(H5Pset_file_image_callbacks(access, &callbacks) >= 0, about);
-    const Hdf5Object file(H5Fcreate("aggregate", H5F_ACC_TRUNC, H5P_DEFAULT, access), H5Fclose, about);
+    // Nothing in the file tells when it was made: the same run makes the same file.
+    const Hdf5Object creation(H5Pcreate(H5P_FILE_CREATE), H5Pclose, about);
+    Require(H5Pset_obj_track_times(creation, false) >= 0, about);
+    const Hdf5Object file(H5Fcreate("aggregate", H5F_ACC_TRUNC, creation, access), H5Fclose, about);
     WriteContent(file, run);
     Require(H5Fflush(file, H5F_SCOPE_GLOBAL) >= 0, about);
     const ssize_t size = H5Fget_file_image(file, nullptr, 0);
@@ -107,6 +111,8 @@ static void WriteContent(hid_t file, const RunRecord &run)
     WriteAttribute(file, "steps", static_cast<uint64_t>(growthstate.steptotal));
     WriteAttribute(file, "seconds", run.seconds);
     WriteParameters(file);
+    for (const char *group : {"particles", "surface", "walk"})
+        CreateGroup(file, group);
     WriteParticles(file);
     WriteTable<double>(file, "surface/faces", static_cast<hsize_t>(nstltri), {3, 3},
                        [](hsize_t i, double *numbers) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "growth/state.h"
+#include "surface/surface.h"
 
 constexpr const char *kFormatName = "sarkelo aggregate";
 constexpr int kFormatVersion = 1;
@@ -12,6 +13,9 @@ constexpr const char *kNoMemory = "out of memory";
 // Throws an Hdf5Fault where particles cannot be an aggregate: parents come before their children, so no chain of
 // parents is a ring; roots come before all others.
 void CheckParticles(const Particle *particles, int count);
+
+// Likewise where a corner of a face is no place.
+void CheckFaces(const Triangle *faces, int count);
 
 // The particles at the start without a parent.
 int CountRoots(const Particle *particles, int count);

@@ -44,9 +44,7 @@ void WriteTable(hid_t file, const char *name, hsize_t count, std::initializer_li
                     H5Pset_deflate(settings, kDeflateLevel) >= 0 && H5Pset_fletcher32(settings) >= 0,
                 name);
     }
-    const Hdf5Object links(H5Pcreate(H5P_LINK_CREATE), H5Pclose, name);
-    Require(H5Pset_create_intermediate_group(links, 1) >= 0, name);
-    const Hdf5Object table(H5Dcreate2(file, name, FileType<T>(), space, links, settings, H5P_DEFAULT),
+    const Hdf5Object table(H5Dcreate2(file, name, FileType<T>(), space, H5P_DEFAULT, settings, H5P_DEFAULT),
                            H5Dclose, name);
     std::vector<T> numbers(chunk * length);
     std::vector<hsize_t> start(shape.size());
@@ -137,9 +135,11 @@ inline Vector ReadVectorAttribute(hid_t object, const char *name)
     return GetVector(numbers);
 }
 
-inline Hdf5Object CreateGroup(hid_t parent, const std::string &name)
+inline Hdf5Object CreateGroup(hid_t parent, const char *name)
 {
-    return {H5Gcreate2(parent, name.c_str(), H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT), H5Gclose, name};
+    const Hdf5Object settings(H5Pcreate(H5P_GROUP_CREATE), H5Pclose, name);
+    Require(H5Pset_obj_track_times(settings, false) >= 0, name);
+    return {H5Gcreate2(parent, name, H5P_DEFAULT, settings, H5P_DEFAULT), H5Gclose, name};
 }
 
 inline Hdf5Object OpenGroup(hid_t parent, const std::string &name)

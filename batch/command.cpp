@@ -70,6 +70,9 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
     app.add_flag("--force", given.force, "Overwrite files that exist");
     app.add_flag("--quiet", given.quiet, "No progress");
     app.add_flag("--print-recipe", given.printrecipe, "Print the recipe with every parameter, and end");
+    for (CLI::Option *option : app.get_options())
+        option->check(
+            [](const std::string &value) { return value.empty() ? "an empty value" : std::string(); });
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success &asked) {
@@ -99,6 +102,8 @@ static Fault Interpret(const Arguments &given, Command *command)
     command->checkpoint = given.checkpointfile.empty() ? command->output : given.checkpointfile;
     command->checkpointminutes = given.checkpoint;
     command->statistics = given.statistics;
+    if (!given.recipe.empty())
+        command->inputs.push_back(given.recipe);
     if (!(given.checkpoint >= 0))
         return {kRequestFault, "--checkpoint: minutes from 0 on are expected"};
     if (!given.resume.empty() && given.printrecipe)
@@ -112,6 +117,9 @@ static Fault Interpret(const Arguments &given, Command *command)
         return {kRequestFault, "--resume goes on with the file's generators: --seed is not allowed"};
     if (Fault fault = ReadRecipeAndSettings(given, &command->recipe))
         return fault;
+    for (const std::string &input : {command->recipe.seedfile, command->recipe.surfacefile})
+        if (!input.empty())
+            command->inputs.push_back(input);
     if (Fault fault = ReadSaves(given, command))
         return fault;
     return ReadSlices(given, command);
@@ -145,6 +153,8 @@ static Fault ReadRecipeAndSettings(const Arguments &given, Recipe *recipe)
         if (Fault fault = SetInRecipe(std::string(shortcut.key) + "=" + shortcut.value, place, recipe))
             return fault;
     }
+    if (Fault fault = CheckRecipe(*recipe))
+        return fault;
     if (recipe->particles == 0 && recipe->steps == 0 && recipe->minutes == 0 && !given.printrecipe)
         recipe->particles = kDefaultParticles;
     return {};
@@ -195,15 +205,17 @@ static Fault ReadSlices(const Arguments &given, Command *command)
         return {};
     SliceRequest slices = {};
     int end = 0;
+    double number = 0;
     Vector &n = slices.normal;
     const std::string &numbers = given.slices[0];
-    const int read = sscanf(numbers.c_str(), "%d,%lf,%lf,%lf%n", &slices.count, &n.x, &n.y, &n.z, &end);
+    const int read = sscanf(numbers.c_str(), "%lf,%lf,%lf,%lf%n", &number, &n.x, &n.y, &n.z, &end);
     const Parameter &count = ParameterOf(&options.slicecount);
     const double length = Modulus(n);
-    if (read != 4 || numbers[static_cast<std::size_t>(end)] != '\0' || !IsAllowed(count, slices.count) ||
-        !std::isfinite(length) || !(length > 0))
+    if (read != 4 || numbers[static_cast<std::size_t>(end)] != '\0' || number != std::floor(number) ||
+        number < count.low || number > count.high || !std::isfinite(length) || !(length > 0))
         return {kRequestFault, "--slices " + numbers +
                                    ": a number of slices from 2 on and a direction are expected: N,X,Y,Z"};
+    slices.count = static_cast<int>(number);
     Normalise(&n);
     slices.folder = given.slices[1];
     command->slices = slices;

@@ -22,7 +22,8 @@ struct SliceRequest {
 };
 
 struct Command {
-    Recipe recipe; // of the file, overridden by the command line
+    Recipe recipe;                   // of the file, overridden by the command line
+    std::vector<std::string> inputs; // files that it is read from
     std::string resume;
     std::string output; // never empty
     std::string checkpoint;

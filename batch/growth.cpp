@@ -6,6 +6,8 @@
 #include <csignal>
 #include <cstdio>
 
+#include <unistd.h>
+
 #include "batch/progress.h"
 #include "growth/growth_step.h"
 
@@ -17,6 +19,7 @@ constexpr double kRetryMinutes = 1;
 static volatile std::sig_atomic_t caught = 0;
 
 static double Now();
+static void HandleSignals(void (*handler)(int));
 static void GrowBurst(long steps, int particles);
 
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
@@ -41,7 +44,7 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
         progress.Report(elapsed);
         if (plan.checkpointminutes > 0 && elapsed >= checkpointdue) {
             double minutes = plan.checkpointminutes;
-            if (Fault fault = WriteAggregate(plan.checkpoint, *run)) {
+            if (Fault fault = plan.checkpoint(*run)) {
                 fprintf(stderr, "sarkelo-grow: checkpoint: %s; growth goes on\n", fault.line.c_str());
                 minutes = std::min(minutes, kRetryMinutes);
             }
@@ -67,12 +70,25 @@ void CatchSignals()
 {
     signal(SIGXFSZ, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
+    HandleSignals([](int number) { caught = number; });
+}
+
+void EndAtSignals()
+{
+    HandleSignals([](int number) { _exit(128 + number); });
+    if (caught != 0)
+        _exit(128 + caught);
+}
+
+// Ignored signals stay so, as nohup wants it.
+static void HandleSignals(void (*handler)(int))
+{
     struct sigaction action = {};
-    action.sa_handler = [](int number) { caught = number; };
+    action.sa_handler = handler;
     for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
         struct sigaction old = {};
         sigaction(number, nullptr, &old);
-        if (old.sa_handler != SIG_IGN) // as nohup leaves it
+        if (old.sa_handler != SIG_IGN)
             sigaction(number, &action, nullptr);
     }
 }

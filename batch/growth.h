@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <functional>
+
 #include "archive/aggregate_file.h"
 #include "recipe/recipe.h"
 
@@ -17,8 +19,8 @@ constexpr int kStallSteps = 1000000000;
 
 struct GrowthPlan {
     const Recipe &stops;
-    std::string checkpoint;   // path
-    double checkpointminutes; // 0: none
+    std::function<Fault(const RunRecord &)> checkpoint; // writes one
+    double checkpointminutes;                           // 0: none
     bool quiet;
     int stallsteps = kStallSteps;
 };
@@ -26,9 +28,12 @@ struct GrowthPlan {
 // Grows the run of the global records, counting its seconds.
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);
 
-// From now on the three signals are noticed and end growth in order; a file that grows too large and an output
+// From now on SIGHUP, SIGINT and SIGTERM are noticed and end growth in order; a file that grows too large and an output
 // that nobody reads are faults of writing.
 void CatchSignals();
 
 // The signal that has come; 0 while none has.
 int CaughtSignal();
+
+// From now on a signal ends the program at once, with the same status.
+void EndAtSignals();

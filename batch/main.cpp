@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <exception>
 #include <new>
 
 #include "batch/batch.h"
@@ -10,5 +11,8 @@ int main(int argc, char **argv)
     } catch (const std::bad_alloc &) {
         fprintf(stderr, "sarkelo-grow: not enough memory\n");
         return kMemoryFault;
+    } catch (const std::exception &fault) {
+        fprintf(stderr, "sarkelo-grow: %s\n", fault.what());
+        return kFileFault;
     }
 }

@@ -1,13 +1,14 @@
 #include "batch/measure.h"
 
+#include <cerrno>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #include <nlohmann/json.hpp>
 
 #include "analysis/box_count.h"
 #include "analysis/dimension.h"
-#include "batch/growth.h"
 #include "export/output_file.h"
 
 // The first level whose boxes see the inside of the aggregate, and the least number of particles whose radius of
@@ -27,8 +28,6 @@ Fault WriteStatistics(const std::string &path, const RunRecord &run)
         return {kMemoryFault, "not enough memory for the statistics"};
     while (options.boxcountrequest)
         CountNextBox();
-    if (CaughtSignal() != 0)
-        return {};
     Json json;
     json["program_version"] = versionid / 100.0;
     json["particles"] = ncells;
@@ -40,11 +39,14 @@ Fault WriteStatistics(const std::string &path, const RunRecord &run)
     json["branch_distribution"] = stats.branchcount;
     json["box_count"] = DescribeBoxCount();
     json["number_by_radius_of_gyration"] = DescribeGyration();
-    OutputFile file(path.c_str());
-    if (file.Stream() == nullptr)
-        return {kFileFault, ""};
-    fprintf(file.Stream(), "%s\n", json.dump(2).c_str());
-    return file.Finish() ? Fault() : Fault(kFileFault, "");
+    OutputFile file(path.c_str(), true);
+    if (file.Stream() != nullptr) {
+        fprintf(file.Stream(), "%s\n", json.dump(2).c_str());
+        if (file.Finish())
+            return {};
+    }
+    return {kFileFault,
+            "Cannot write \"" + path + "\": " + strerror(file.Reason() != 0 ? file.Reason() : EIO)};
 }
 
 static Json DescribeBoxCount()

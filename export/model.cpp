@@ -34,12 +34,12 @@ static const ModelKind kKinds[] = {
     {"dxf", kFormatPointDXF, kModeSegments, 6, "Point cloud as DXF", "POINT DXF file", "dxf", WritePointDXF},
     {"geom-points", kFormatPointGEOM, kModeSegments, 7, "Point cloud as GEOM", "POINT GEOM file", "geom",
      WritePointGEOM},
-    {"stl", kFormatPrint, kModeSegments, 0, nullptr, nullptr, "stl", WriteSTLAggregate},
+    {"stl", kFormatPrint, kModeSegments, 0, nullptr, "STL file", "stl", WriteSTLAggregate},
     {"stl-surface", kFormatSTL, kModeChains, 0, nullptr, "STL file", "stl", WriteSTLSurface},
-    {"vtp", kFormatVTP, kModeSegments, 0, nullptr, nullptr, "vtp", WriteVTP},
-    {"ply", kFormatPLY, kModeSegments, 0, nullptr, nullptr, "ply", WritePLY},
-    {"csv", kFormatCSV, kModeSegments, 0, nullptr, nullptr, "csv", WriteCSV},
-    {"info", kFormatInformation, kModeSegments, 0, nullptr, nullptr, "txt", WriteReport},
+    {"vtp", kFormatVTP, kModeSegments, 0, nullptr, "VTK file", "vtp", WriteVTP},
+    {"ply", kFormatPLY, kModeSegments, 0, nullptr, "PLY file", "ply", WritePLY},
+    {"csv", kFormatCSV, kModeSegments, 0, nullptr, "CSV file", "csv", WriteCSV},
+    {"info", kFormatInformation, kModeSegments, 0, nullptr, "Text file", "txt", WriteReport},
 };
 
 static void WriteReport(TextWriter &out)

@@ -41,7 +41,6 @@ static bool CutsSurface(int partner);
 static bool PokesThroughGap();
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
-static void AddFlow(int partner);
 static void UpdateExtent();
 
 static void StopGrowth();
@@ -92,6 +91,18 @@ unsigned AggregateNumber()
 double LaunchRadius()
 {
     return 2 * growthstate.branchlength + growthstate.radius;
+}
+
+void AddFlow(int partner)
+{
+    int n = 1;
+    int i = partner;
+    do {
+        n++;
+        i = cells[i].parent;
+    } while (i > 0);
+    for (i = partner; i >= 0; i = cells[i].parent)
+        cells[i].weight += 1.0 / n;
 }
 
 // The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
@@ -232,20 +243,6 @@ static bool Stick(int partner)
     }
     AddToNeighbourIndex();
     return true;
-}
-
-// Adds 1/n to the flow along the path from the partner to its root. The walk that counts n stops at index 0
-// and the walk that adds passes through it (kept): paths that end in root 0 get a slightly larger share.
-static void AddFlow(int partner)
-{
-    int n = 1;
-    int i = partner;
-    do {
-        n++;
-        i = cells[i].parent;
-    } while (i > 0);
-    for (i = partner; i >= 0; i = cells[i].parent)
-        cells[i].weight += 1.0 / n;
 }
 
 // Raises maxweight and radius to the largest of any particle. Where they already were that before this stick,

@@ -12,6 +12,11 @@
 // where it was before the step.
 void IterateSystem();
 
+// Adds the flow that a particle brings which sticks to particle `partner`: 1/n along the path of n particles from
+// it to its root. The walk that counts n stops at index 0 and the walk that adds passes through it (kept): paths
+// that end in root 0 get a slightly larger share.
+void AddFlow(int partner);
+
 // Drops what growth remembers of the particles. Call after replacing the particles of cells rather than
 // appending to them.
 void ForgetAggregate();

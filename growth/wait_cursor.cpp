@@ -7,7 +7,14 @@
 
 static void SetCursors(int window, int panels);
 
-WaitCursor::WaitCursor() : old(glutGet(GLUT_WINDOW_CURSOR))
+static bool leftout = false;
+
+void LeaveOutWaitCursors()
+{
+    leftout = true;
+}
+
+WaitCursor::WaitCursor() : old(leftout ? 0 : glutGet(GLUT_WINDOW_CURSOR))
 {
     SetCursors(GLUT_CURSOR_WAIT, FL_BUSY_CURSOR);
 }
@@ -20,6 +27,8 @@ WaitCursor::~WaitCursor()
 // Sends the change to the display at once: the work that follows does not.
 static void SetCursors(int window, int panels)
 {
+    if (leftout)
+        return;
     glutSetCursor(window);
     glutGet(GLUT_WINDOW_X); // asks the display, and so sends what waits
     SetPanelCursors(panels);

@@ -3,6 +3,9 @@
 
 #pragma once
 
+// There is no window: wait cursors do nothing from now on.
+void LeaveOutWaitCursors();
+
 class WaitCursor
 {
 public:

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <limits>
 #include <span>
 #include <sstream>
@@ -81,7 +80,6 @@ static std::string ParameterText(const Parameter &parameter, double value);
 static std::string ValueText(const Key &key, const Recipe &recipe);
 static std::string NumberText(double value);
 static std::string QuotedText(const std::string &text);
-static Fault CheckChoices(const Recipe &recipe);
 
 // Reading -------------------------------------------------------------------------------------------------
 
@@ -97,21 +95,32 @@ std::string Recipe::PlaceOf(const std::string &key) const
     return place != places.end() ? place->second : "recipe";
 }
 
+// Returns false, with the reason in errno, where a file cannot be read to its end.
+static bool ReadWholeFile(const std::string &path, std::string *text)
+{
+    FILE *file = fopen(path.c_str(), "r");
+    if (file == nullptr)
+        return false;
+    char buffer[4096];
+    std::size_t count = 0;
+    while ((count = fread(buffer, 1, sizeof buffer, file)) > 0)
+        text->append(buffer, count);
+    const bool whole = !ferror(file);
+    const int reason = errno;
+    fclose(file);
+    errno = reason;
+    return whole;
+}
+
 Fault ReadRecipe(const std::string &path, Recipe *recipe)
 {
-    errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    if (file && !std::filesystem::is_directory(path))
-        text << file.rdbuf();
-    else
-        return {kFileFault, path + ": cannot read the recipe: " + strerror(errno != 0 ? errno : EISDIR)};
-    if (file.bad())
+    std::string text;
+    if (!ReadWholeFile(path, &text))
         return {kFileFault, path + ": cannot read the recipe: " + strerror(errno)};
 
     toml::table root;
     try {
-        root = toml::parse(text.str());
+        root = toml::parse(text);
     } catch (const toml::parse_error &error) {
         return {kRequestFault, path + ":" + std::to_string(error.source().begin.line) +
                                    ": no recipe: " + std::string(error.description())};
@@ -120,12 +129,17 @@ Fault ReadRecipe(const std::string &path, Recipe *recipe)
     for (const auto &[name, node] : root) {
         const std::string table(name.str());
         const Origin origin = {path, folder};
+        const std::string place = path + ":" + std::to_string(node.source().begin.line);
+        const bool empty = !node.is_table() || node.as_table()->empty();
+        if (empty &&
+            std::none_of(Keys().begin(), Keys().end(), [&](const Key &key) { return table == key.table; }))
+            return UnknownKey(place, table);
         if (!node.is_table())
-            return UnknownKey(path + ":" + std::to_string(node.source().begin.line), table);
+            return {kRequestFault, place + ": " + table + " is not a table: [" + table + "] is expected"};
         if (Fault fault = SetTable(*node.as_table(), table.c_str(), origin, recipe))
             return fault;
     }
-    return CheckChoices(*recipe);
+    return {};
 }
 
 Fault SetInRecipe(const std::string &assignment, const std::string &place, Recipe *recipe)
@@ -147,9 +161,7 @@ Fault SetInRecipe(const std::string &assignment, const std::string &place, Recip
     }
     if (parsed.size() != 1)
         return {kRequestFault, origin.place + ": not of the form KEY=VALUE"};
-    if (Fault fault = SetKey(*key, *parsed.get("value"), origin, recipe))
-        return fault;
-    return CheckChoices(*recipe);
+    return SetKey(*key, *parsed.get("value"), origin, recipe);
 }
 
 static const std::vector<Key> &Keys()
@@ -303,6 +315,8 @@ static Fault SetText(const Key &key, const toml::node &value, const Origin &orig
     if (!value.is_string())
         return BadValue(key, value, origin);
     const std::string found = *value.value<std::string>();
+    if (found.find('\0') != std::string::npos)
+        return BadValue(key, value, origin);
     if (key.place == Place(&Recipe::sample)) {
         const auto samples = Samples();
         if (std::none_of(samples.begin(), samples.end(),
@@ -315,8 +329,7 @@ static Fault SetText(const Key &key, const toml::node &value, const Origin &orig
     return {};
 }
 
-// What a recipe says twice in different ways.
-static Fault CheckChoices(const Recipe &recipe)
+Fault CheckRecipe(const Recipe &recipe)
 {
     if (!recipe.surfacefile.empty() && recipe.sample != "None")
         return {kRequestFault, recipe.PlaceOf("surface.file") +
@@ -403,7 +416,12 @@ static std::string ValueText(const Key &key, const Recipe &recipe)
         const Vector v = recipe.**vector;
         return "[" + NumberText(v.x) + ", " + NumberText(v.y) + ", " + NumberText(v.z) + "]";
     }
-    return QuotedText(recipe.*std::get<std::string Recipe::*>(key.place));
+    const std::string &text = recipe.*std::get<std::string Recipe::*>(key.place);
+    if (key.place == Place(&Recipe::sample) || text.empty())
+        return QuotedText(text);
+    std::error_code error; // a path, which is to hold from any folder
+    const std::filesystem::path absolute = std::filesystem::absolute(text, error);
+    return QuotedText(error ? text : absolute.string());
 }
 
 // The shortest text that is read as this number again.
@@ -421,7 +439,10 @@ static std::string NumberText(double value)
 
 static std::string QuotedText(const std::string &text)
 {
-    if (text.find_first_of("\"\\") == std::string::npos)
+    const bool plain = std::none_of(text.begin(), text.end(), [](unsigned char c) {
+        return c < ' ' || c == '"' || c == '\\' || c == 0x7f;
+    });
+    if (plain)
         return '"' + text + '"';
     std::ostringstream quoted;
     quoted << toml::value<std::string>(text);

@@ -42,6 +42,9 @@ Fault ReadRecipe(const std::string &path, Recipe *recipe);
 // name the place that is given.
 Fault SetInRecipe(const std::string &assignment, const std::string &place, Recipe *recipe);
 
+// The fault of a recipe that says something twice in different ways.
+Fault CheckRecipe(const Recipe &recipe);
+
 // Writes a recipe with every key, its default, unit and range, as ReadRecipe reads it.
 void PrintRecipe(FILE *file, const Recipe &recipe);
 

@@ -1,6 +1,9 @@
+#include <cerrno>
 #include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <span>
+#include <string>
 
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
@@ -20,6 +23,8 @@ static Fault CheckGrowth(const Recipe &recipe);
 
 Fault StartRun(const Recipe &recipe)
 {
+    if (Fault fault = CheckRecipe(recipe))
+        return fault;
     InitialiseGrowth();
     SetDefaults("roots");
     for (const char *group : {"growth", "source", "drawing"}) {
@@ -44,13 +49,16 @@ void ApplyGroup(const Recipe &recipe, const char *group)
 
 static Fault StartSurface(const Recipe &recipe)
 {
+    std::error_code error;
     if (!recipe.surfacefile.empty()) {
         const std::string about = recipe.PlaceOf("surface.file") + ": surface.file " + recipe.surfacefile;
+        if (std::filesystem::is_directory(recipe.surfacefile, error))
+            return {kFileFault, about + ": is a directory"};
         switch (ReadSTLFile(recipe.surfacefile.c_str())) {
         case kSTLRead:
             break;
         case kSTLUnopened:
-            return {kFileFault, about + ": cannot be opened"};
+            return {kFileFault, about + ": " + strerror(errno)};
         case kSTLBadVertices:
             return {kFileFault, about + ": a face without three vertices"};
         case kSTLShortHeader:
@@ -72,19 +80,28 @@ static Fault StartSurface(const Recipe &recipe)
     if (differs(recipe.scale, plain.scale) || differs(recipe.rotate, plain.rotate) ||
         differs(recipe.shift, plain.shift))
         TransformSTL(recipe.scale, recipe.shift, recipe.rotate);
+    for (int i = 0; i < nstltri; i++)
+        for (const Vector corner : stltri[i].p)
+            if (!(Modulus(corner) < kFarthest))
+                return {kRequestFault,
+                        recipe.PlaceOf(recipe.surfacefile.empty() ? "surface.scale" : "surface.file") +
+                            ": a corner of the surface is no place: face " + std::to_string(i + 1)};
     return {};
 }
 
 // In the order of the settings panel's use: everything else first, the number of roots last.
 static Fault StartRoots(const Recipe &recipe)
 {
+    std::error_code error;
     if (!recipe.seedfile.empty()) {
         const std::string about = recipe.PlaceOf("roots.file") + ": roots.file " + recipe.seedfile;
+        if (std::filesystem::is_directory(recipe.seedfile, error))
+            return {kFileFault, about + ": is a directory"};
         switch (ReadSeedFile(recipe.seedfile.c_str())) {
         case kSeedFileRead:
             break;
         case kSeedFileUnopened:
-            return {kFileFault, about + ": cannot be opened"};
+            return {kFileFault, about + ": " + strerror(errno)};
         case kSeedFileEmpty:
             return {kFileFault, about + ": has no root: three numbers a root are expected"};
         case kSeedFileOutOfMemory:

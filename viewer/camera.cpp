@@ -1,6 +1,13 @@
 #include "viewer/camera.h"
 
+#include <algorithm>
+
+#include "growth/camera_home.h"
 #include "growth/state.h"
+#include "surface/surface.h"
+
+// Room about what is fitted into the view.
+constexpr double kFitMargin = 1.02;
 
 static void SwingCamera(double theta, Vector axis, Vector right, double distance);
 
@@ -15,6 +22,29 @@ void RotateCamera(double ix, double iy, double iz)
     if (iy != 0)
         SwingCamera(iy, right, right, distance);
     Normalise(&camera.vu);
+}
+
+void FitCamera()
+{
+    double radius = growthstate.branchlength;
+    for (int i = 0; i < ncells; i++)
+        radius = std::max(radius, Modulus(cells[i].p));
+    if (options.surfacemode >= kSurfaceWireframe)
+        for (int i = 0; i < nstltri; i++)
+            for (const Vector corner : stltri[i].p)
+                radius = std::max(radius, Modulus(corner));
+    // Of the two angles of the view, the narrower one.
+    const double ratio = static_cast<double>(camera.screenwidth) / static_cast<double>(camera.screenheight);
+    const double vertical = std::tan(camera.aperture * kDegreesToRadians / 2);
+    const double half = std::atan(vertical * std::min(ratio, 1.0));
+    camera.vp = -(kFitMargin * radius / std::sin(half)) * camera.vd;
+    UpdateCameraRange();
+}
+
+void TurnCamera(double theta)
+{
+    for (Vector *v : {&camera.vp, &camera.vd, &camera.vu})
+        *v = ArbitraryRotate(*v, theta, {0, 0, 1});
 }
 
 Vector RightVector()

@@ -10,5 +10,12 @@
 // at the origin from its old distance; a roll alone leaves view point and direction.
 void RotateCamera(double ix, double iy, double iz);
 
+// Puts the camera at the distance from which all particles, and the surface where it is drawn, are in view; its
+// direction stays, and it looks at the origin.
+void FitCamera();
+
+// Turns the camera by theta radians about the z axis through the origin.
+void TurnCamera(double theta);
+
 // vd x vu, not normalised.
 Vector RightVector();

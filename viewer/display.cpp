@@ -31,7 +31,6 @@ static void SetViewport(double eye);
 void HandleDisplay()
 {
     const double start = GetRunTime();
-    UpdateCameraRange();
     if (camera.stereo == kStereoNone)
         DrawMono();
     else
@@ -47,6 +46,15 @@ void HandleDisplay()
     lastframe = {start, GetRunTime()};
 }
 
+void DrawBareFrame()
+{
+    UpdateCameraRange();
+    ClearBuffer(GL_BACK);
+    AimEye(kMonoEye);
+    DrawSTL(options.surfacemode, 0);
+    DrawDLA(options.dlamode);
+}
+
 void HandleReshape(int width, int height)
 {
     camera.screenwidth = width;
@@ -55,16 +63,14 @@ void HandleReshape(int width, int height)
 
 static void DrawMono()
 {
-    ClearBuffer(GL_BACK);
-    AimEye(kMonoEye);
-    DrawSTL(options.surfacemode, 0);
-    DrawDLA(options.dlamode);
+    DrawBareFrame();
     DrawOverlays(kMonoEye);
 }
 
 // Each eye sees the aggregate drawn before the surface, the other way round than in mono (kept).
 static void DrawStereo()
 {
+    UpdateCameraRange();
     const bool active = camera.stereo == kStereoActive;
     ClearBuffer(active ? GL_BACK_RIGHT : GL_BACK);
     AimEye(kRightEye);

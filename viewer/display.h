@@ -1,8 +1,11 @@
 #pragma once
 
-// Display callback: draws one frame for the stereo mode camera.stereo and swaps the buffers. Focal length,
-// eye separation and clipping planes of the camera follow from its view point here, in every frame.
+// Display callback: draws one frame, captures it where that is asked for, and swaps the buffers.
 void HandleDisplay();
+
+// Draws surface and aggregate as one eye sees them, without what lies over them, into the back buffer. Focal length, eye
+// separation and clipping planes of the camera follow from its view point here, in every frame.
+void DrawBareFrame();
 
 // When the last frame was drawn, from the start of HandleDisplay to its end: GetRunTime's seconds.
 struct FrameTime {

@@ -17,6 +17,7 @@
 #include "surface/samples.h"
 #include "surface/stl_dialog.h"
 #include "surface/transform_panel.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
@@ -55,11 +56,14 @@ static std::vector<Entry> SampleEntries();
 static std::vector<Entry> SourceEntries();
 static std::vector<Entry> RootEntries();
 
-void CreateMenus()
+void CreateMenus(bool files)
 {
     int created[kMenus];
     for (int number = 0; number < kMenus; number++) {
-        const Menu menu = DescribeMenu(number);
+        Menu menu = DescribeMenu(number);
+        if (files && number == kMainMenu)
+            menu.entries.insert(menu.entries.end() - 1, {{"Open aggregate", kCommandOpenAggregate},
+                                                         {"Save aggregate", kCommandSaveAggregate}});
         created[number] = glutCreateMenu(menu.handler);
         for (const Entry &entry : menu.entries) {
             if (entry.submenu == kNoMenu)
@@ -112,6 +116,12 @@ void HandleMainMenu(int id)
         break;
     case kCommandStatistics:
         Statistics();
+        break;
+    case kCommandOpenAggregate:
+        OpenAggregate();
+        break;
+    case kCommandSaveAggregate:
+        SaveAggregate();
         break;
     case kCommandQuit:
         exit(0);

@@ -17,13 +17,16 @@ enum MainCommand {
     kCommandPause = 12,
     kCommandRestart = 13,
     kCommandStatistics = 14,
+    kCommandOpenAggregate = 20,
+    kCommandSaveAggregate = 21,
     kCommandSeparator = 50,
     kCommandLastSeparator = 60,
     kCommandQuit = 100
 };
 
-// Builds the menu tree and attaches it to the right button of the current window.
-void CreateMenus();
+// Builds the menu tree and attaches it to the right button of the current window. With `files`, the main menu opens
+// and saves aggregate files.
+void CreateMenus(bool files);
 
 void HandleMainMenu(int id);
 void HandleDLAMenu(int mode);

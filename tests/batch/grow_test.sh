@@ -102,6 +102,15 @@ ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --save csv:f
 ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --statistics five.toml
 ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --checkpoint-file five.toml
 ends 3 "no directory" --particles 10 -o new.sarkelo.h5 --slices 3,0,0,1 five.toml
+mkdir held folder
+touch held/slice_007.txt
+ln -s . link
+ends 3 "holds slices already" --particles 10 -o new.sarkelo.h5 --slices 3,0,0,1 held
+ends 3 "folder: is a directory" --particles 10 -o folder --force
+ends 2 "five.toml: is read, and is to be written" five.toml -o new.sarkelo.h5 --statistics link/five.toml --force
+ends 2 "is to be written twice" --particles 10 -o new.sarkelo.h5 --save csv:link/new.sarkelo.h5
+ends 2 "--seed" --particles 10 --seed "" -o new.sarkelo.h5
+ends 2 "--slices 4294967298,0,0,1" --slices 4294967298,0,0,1 slices
 ends 3 "cannot be written: No such file" --particles 10 -o missing/new.sarkelo.h5
 ends 3 ".: is a directory" --particles 10 -o .
 ends 2 "is to be written twice" --particles 10 -o new.sarkelo.h5 --save csv:./new.sarkelo.h5
@@ -113,23 +122,54 @@ ends 2 "--checkpoint" --checkpoint -1
 [ ! -e new.sarkelo.h5 ]
 cmp five.sarkelo.h5 kept.sarkelo.h5
 
-# Schedulers: --continue starts, goes on, and leaves what is finished; another run is not gone on with.
-ends 0 "" five.toml --continue -o job.sarkelo.h5 --checkpoint-file job.part --steps 50000 --save job.csv
-ends 0 "" five.toml --continue -o job.sarkelo.h5 --checkpoint-file job.part --save job.csv
+# Schedulers: --continue starts, goes on, and leaves what is finished; another run, and what is no run, is not gone on with.
+job="--continue -o job.sarkelo.h5"
+ends 0 "" five.toml $job --checkpoint-file job.part --steps 50000 --save job.csv
+ends 3 "job.csv: exists already" five.toml $job --checkpoint-file job.part --save job.csv
+ends 0 "" five.toml $job --checkpoint-file job.part --save job.csv --force
 same job.sarkelo.h5 five.sarkelo.h5
 cp -p job.sarkelo.h5 before
-ends 0 "" five.toml --continue -o job.sarkelo.h5 --save job.csv
+ends 0 "" five.toml $job
 cmp job.sarkelo.h5 before
-ends 2 "growth.seed is not the same" --seed 6 --continue -o job.sarkelo.h5
-ends 2 "the surface is not the same" five.toml --set surface.sample=Box --continue -o job.sarkelo.h5
+ends 2 "growth.seed is not the same" --seed 6 $job
+ends 2 "the surface is not the same" five.toml --set surface.sample=Box $job
 printf '1 1 1\n' >root.txt
-ends 2 "the roots are not the same" five.toml --set roots.file=root.txt --continue -o job.sarkelo.h5
+ends 2 "the roots are not the same" five.toml --set roots.file=root.txt $job
+ends 2 "whole.sarkelo.h5: cannot be continued: growth.seed" five.toml $job --checkpoint-file whole.sarkelo.h5
+echo precious >notes.txt
+ends 3 "notes.txt: no file of an aggregate" five.toml $job --checkpoint-file notes.txt
 head -c 5000 before >job.sarkelo.h5
-ends 3 "not a whole file" five.toml --continue -o job.sarkelo.h5
 mv before job.part
-ends 0 "going on from job.part" five.toml --continue -o job.sarkelo.h5 --checkpoint-file job.part
-[ ! -e job.part ]
+ends 3 "not a whole file" five.toml $job --checkpoint-file job.part
+ends 0 "it is overwritten" five.toml $job --checkpoint-file job.part --force
+[ ! -e job.part ] && [ "$(cat notes.txt)" = precious ]
 same job.sarkelo.h5 five.sarkelo.h5
+
+# A checkpoint goes when the output stands: what this run did not write stays, and so does the output under another name.
+ends 0 "" five.toml -o link/linked.sarkelo.h5 --checkpoint-file linked.sarkelo.h5 --checkpoint 0.00001
+same linked.sarkelo.h5 five.sarkelo.h5
+ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file notes.txt --checkpoint 0 --force
+mkfifo pipe
+ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file pipe --checkpoint 0 --force
+ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file part --checkpoint 0.00001 --force
+[ "$(cat notes.txt)" = precious ] && [ -p pipe ] && [ ! -e part ]
+ends 0 "" --resume other.sarkelo.h5 -o later.sarkelo.h5 --checkpoint-file other.sarkelo.h5 --checkpoint 0.00001 --particles 600 --force
+[ -e other.sarkelo.h5 ] && [ -e later.sarkelo.h5 ]
+# What appears in the output's place meanwhile is another run's.
+mkdir rescue
+(TMPDIR=$work/rescue exec "$grow" -o race.sarkelo.h5 --minutes 0.015 --quiet 2>err) &
+sleep 0.3
+cp five.sarkelo.h5 race.sarkelo.h5
+status=0
+wait $! || status=$?
+[ "$status" -eq 3 ] && cmp race.sarkelo.h5 five.sarkelo.h5 || fail "two runs: $status"
+grep -q "another program has written it meanwhile; the aggregate is kept in $work/rescue" err || fail "$(cat err)"
+rm -r rescue
+# Two runs that are the same have the same file, but for the seconds and their checksum.
+ends 0 "" five.toml -o again.sarkelo.h5
+sleep 1.1
+ends 0 "" five.toml -o again.sarkelo.h5 --force
+[ "$(cmp -l again.sarkelo.h5 five.sarkelo.h5 | wc -l)" -le 12 ] || fail "$(cmp -l again.sarkelo.h5 five.sarkelo.h5 | wc -l) bytes differ"
 
 # Signals: the file is written, and a run that goes on later is the same.
 for signal in INT:130 TERM:143 HUP:129; do
@@ -211,7 +251,7 @@ PYTHON
 # A disk on which nothing more fits: told, growth goes on, and what stood there stays.
 cp five.sarkelo.h5 full.sarkelo.h5
 status=0
-(ulimit -f 8; TMPDIR=$work/rescue exec "$grow" --resume full.sarkelo.h5 --particles 20000 --checkpoint 0.001 2>err >out) || status=$?
+(ulimit -f 8; HOME=/nonexistent TMPDIR=$work/rescue exec "$grow" --resume full.sarkelo.h5 --particles 20000 --checkpoint 0.001 2>err >out) || status=$?
 [ "$status" -eq 3 ] || fail "a full disk: $status"
 grep -q 'checkpoint: Cannot write "full.sarkelo.h5": File too large; growth goes on' err || fail "$(cat err)"
 tail -1 err | grep -q '^sarkelo-grow: Cannot write "full.sarkelo.h5": File too large' || fail "$(cat err)"

@@ -7,7 +7,7 @@
 
 static GrowthEnd GrowFor(const Recipe &stops, RunRecord *run, int stallsteps = kStallSteps)
 {
-    return Grow({stops, "", 0, true, stallsteps}, run);
+    return Grow({stops, {}, 0, true, stallsteps}, run);
 }
 
 // The loop stops at the very particle and the very step, and leaves what plain steps leave.

@@ -35,7 +35,7 @@ TEST(FailingMemory, AggregateFilesStayOrAreWhole)
     stops.particles = 200;
     RunRecord run;
     run.view.aperture = 60;
-    ASSERT_EQ(Grow({stops, "", 0, true}, &run), kStopReached);
+    ASSERT_EQ(Grow({stops, {}, 0, true}, &run), kStopReached);
     ASSERT_FALSE(WriteAggregate("new.h5", run));
     const std::string after = ReadWhole("new.h5");
     const std::string before = "what was there before";
@@ -67,7 +67,7 @@ TEST(FailingMemory, GrowthStopsAndIsKept)
     RunRecord run;
     run.view.aperture = 60;
     FailAllocations(500, true);
-    const GrowthEnd end = Grow({stops, "", 0, true}, &run);
+    const GrowthEnd end = Grow({stops, {}, 0, true}, &run);
     EndOfFailures();
     EXPECT_EQ(end, kOutOfMemory);
     EXPECT_GT(ncells, 10);

@@ -28,7 +28,7 @@ TEST(Menus, TheTree)
 {
     fakemenus.clear();
     ForgetCalls();
-    CreateMenus();
+    CreateMenus(false);
     std::ostringstream tree;
     for (const Call &call : calls) {
         const bool opens = call.name == "glutAddSubMenu";
@@ -95,7 +95,7 @@ TEST(Menus, EveryEntryDoesWhatItDidRightBefore)
     ExpectGolden("menus.txt", text);
     EXPECT_EQ(CountFiles(), 2);
     ForgetCalls();
-    SaveModel(6, 1); // no such formats
+    SaveModel(99, 1); // no such formats
     SaveModel(-1, 1);
     EXPECT_TRUE(calls.empty());
     EXPECT_EXIT(HandleMainMenu(kCommandQuit), testing::ExitedWithCode(0), "");

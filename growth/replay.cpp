@@ -1,0 +1,40 @@
+#include "growth/replay.h"
+
+#include <algorithm>
+
+#include "growth/growth_step.h"
+#include "growth/state.h"
+
+Replay::Replay() : allcells(ncells), maxweight(growthstate.maxweight)
+{
+    weights.reserve(static_cast<std::size_t>(ncells));
+    for (int i = 0; i < ncells; i++) {
+        weights.push_back(cells[i].weight);
+        cells[i].weight = 0;
+    }
+    growthstate.maxweight = 0;
+    ncells = 0;
+    while (ncells < allcells && cells[ncells].parent < 0)
+        ncells++;
+    ForgetAggregate();
+}
+
+Replay::~Replay()
+{
+    ncells = allcells;
+    for (int i = 0; i < ncells; i++)
+        cells[i].weight = weights[i];
+    growthstate.maxweight = maxweight;
+    ForgetAggregate();
+}
+
+void Replay::GrowTo(int count)
+{
+    for (; ncells < std::min(count, allcells); ncells++) {
+        const int partner = cells[ncells].parent;
+        AddFlow(partner);
+        for (int i = partner; i >= 0; i = cells[i].parent)
+            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+    }
+    ForgetAggregate();
+}
