@@ -1,14 +1,14 @@
-# What `cmake --install` puts where, and the two Debian packages that CPack makes of it: sarkelo, the window, and sarkelo-grow,
+# What `cmake --install` puts where, and the two Debian packages that CPack makes of it: sarkelo, the windows, and sarkelo-grow,
 # which needs no X11 and no OpenGL.
 
 include(GNUInstallDirs)
 
 # With the version, and compressed as the distribution wants them.
 configure_file(packaging/changelog packaging/changelog COPYONLY)
-foreach(program sarkelo sarkelo-grow)
+foreach(program sarkelo sarkelo-grow sarkelo-view)
   configure_file(packaging/${program}.1.in packaging/${program}.1 @ONLY)
 endforeach()
-foreach(page sarkelo.1 sarkelo-grow.1 changelog)
+foreach(page sarkelo.1 sarkelo-grow.1 sarkelo-view.1 changelog)
   set(compressed ${CMAKE_CURRENT_BINARY_DIR}/${page}.gz)
   add_custom_command(OUTPUT ${compressed}
     COMMAND gzip -9nc packaging/${page} > ${page}.gz
@@ -17,29 +17,36 @@ foreach(page sarkelo.1 sarkelo-grow.1 changelog)
 endforeach()
 add_custom_target(compressed_pages ALL DEPENDS ${compressed_pages})
 
-# install_program(NAME): a program, its manual page, completion, copyright and changes, as a component of its name.
-function(install_program name)
-  install(TARGETS ${name} COMPONENT ${name})
-  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${name})
+# install_program(NAME PACKAGE): a program, its manual page and completion.
+function(install_program name package)
+  install(TARGETS ${name} COMPONENT ${package})
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${package})
   install(FILES packaging/completion-${name}.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
-    RENAME ${name} COMPONENT ${name})
-  install(FILES packaging/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${name})
+    RENAME ${name} COMPONENT ${package})
 endfunction()
+foreach(package sarkelo sarkelo-grow)
+  install(FILES packaging/copyright ${CMAKE_CURRENT_BINARY_DIR}/changelog.gz
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${package} COMPONENT ${package})
+endforeach()
 
-install_program(sarkelo-grow)
+install_program(sarkelo-grow sarkelo-grow)
 install(FILES docs/recipes.md docs/file-formats.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow COMPONENT sarkelo-grow)
 file(GLOB recipes docs/gallery/*.toml)
 install(FILES ${recipes} docs/gallery/row.txt examples/radius_by_number.py
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow/examples COMPONENT sarkelo-grow)
 
 if(SARKELO_VIEWER)
-  install_program(sarkelo)
-  install(FILES packaging/sarkelo.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT sarkelo)
+  install_program(sarkelo sarkelo)
+  install_program(sarkelo-view sarkelo)
+  install(FILES packaging/sarkelo-aggregate.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/mime/packages RENAME sarkelo.xml COMPONENT sarkelo)
+  install(FILES packaging/sarkelo.desktop packaging/sarkelo-view.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications COMPONENT sarkelo)
   install(FILES packaging/invalid.sarkelo.Sarkelo.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo COMPONENT sarkelo)
   foreach(size 48 128 256)
     install(FILES packaging/icons/sarkelo-${size}.png
       DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps RENAME sarkelo.png COMPONENT sarkelo)
+    install(FILES packaging/icons/sarkelo-${size}.png
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/mimetypes RENAME application-x-sarkelo-aggregate.png
+      COMPONENT sarkelo)
   endforeach()
   install(FILES README.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo COMPONENT sarkelo)
   # Without the scripts that make its pictures: they need a clone.
@@ -59,7 +66,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_SARKELO_PACKAGE_NAME sarkelo)
-set(CPACK_DEBIAN_SARKELO_PACKAGE_DEPENDS "libgl1-mesa-dri")
+set(CPACK_DEBIAN_SARKELO_PACKAGE_DEPENDS "libgl1-mesa-dri, libegl-mesa0")
 set(CPACK_DEBIAN_SARKELO-GROW_PACKAGE_NAME sarkelo-grow)
 set(CPACK_DEBIAN_SARKELO_DESCRIPTION "grower and viewer of diffusion limited aggregates
 Sarkelo grows branching aggregates in three dimensions by diffusion limited

@@ -16,6 +16,15 @@ completed() {
     printf '%s\n' "${COMPREPLY[@]}" | sort -u
 }
 
+# same_options NAME: every option of the help is in the manual page and is completed.
+same_options() {
+    local options
+    options=$("bin/$1" --help | grep -oE '^ +(-[a-z],)?--?[a-z-]+' | grep -oE -- '--[a-z-]+' | sort)
+    [ "$(wc -l <<<"$options")" -gt 10 ] || fail "only the options $options"
+    [ "$options" = "$(completed "$1" -- | grep -e --)" ] || fail "completed: $(completed "$1" --)"
+    [ "$options" = "$(described "$1" | grep -e --)" ] || fail "described: $(described "$1")"
+}
+
 for name in sarkelo sarkelo-grow; do
     package=$(ls "$work/$name"_*.deb)
     lintian --fail-on error --allow-root "$package"
@@ -39,6 +48,12 @@ for file in share/applications/sarkelo.desktop share/icons/hicolor/{48x48,128x12
 done
 desktop-file-validate share/applications/sarkelo.desktop
 appstreamcli validate --no-net share/metainfo/*.metainfo.xml
+desktop-file-validate share/applications/sarkelo-view.desktop
+grep -q 'pattern="\*.sarkelo.h5"' share/mime/packages/sarkelo.xml && [ -s share/icons/hicolor/48x48/mimetypes/application-x-sarkelo-aggregate.png ]
+warnings=$(LC_ALL=C.UTF-8 man --warnings -E UTF-8 -l share/man/man1/sarkelo-view.1.gz 2>&1 >/dev/null)
+[ -z "$warnings" ] || fail "$warnings"
+. share/bash-completion/completions/sarkelo-view
+same_options sarkelo-view
 bin/sarkelo -h 2>&1 | grep -qx "Version: $version" || fail "the program is not $version"
 # Every switch of the usage text is in the manual page and is completed.
 switches=$(bin/sarkelo -h 2>&1 | awk '$1 ~ /^-/ { print $1 }' | sort)
@@ -49,9 +64,6 @@ cd "$work/sarkelo-grow/usr"
 needed=$(ldd bin/sarkelo-grow; dpkg-deb -f "$work"/sarkelo-grow_*.deb Depends)
 ! grep -iE 'libX|libGL|libglut|libforms' <<<"$needed" || fail "sarkelo-grow needs a display's libraries"
 [ "$(bin/sarkelo-grow --version)" = "sarkelo-grow $version" ] || fail "the program is not $version"
-options=$(bin/sarkelo-grow --help | grep -oE '^ +(-[a-z],)?--?[a-z-]+' | grep -oE -- '--[a-z-]+' | sort)
-[ "$(wc -l <<<"$options")" -gt 15 ] || fail "only the options $options"
-[ "$options" = "$(completed sarkelo-grow -- | grep -e --)" ] || fail "completed: $(completed sarkelo-grow --)"
-[ "$options" = "$(described sarkelo-grow | grep -e --)" ] || fail "described: $(described sarkelo-grow)"
+same_options sarkelo-grow
 [ "$(completed bin/sarkelo-grow --set growth.s)" = "$(printf 'growth.seed=\ngrowth.stickiness=')" ] || fail "$(completed bin/sarkelo-grow --set growth.s)"
 bin/sarkelo-grow share/doc/sarkelo-grow/examples/hedge.toml --particles 100 -o "$work/hedge.sarkelo.h5" --quiet

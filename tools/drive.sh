@@ -193,6 +193,15 @@ answer() {
     wait_for "the message gone" visible "Message" 0
 }
 
+# Answers the question that stands there with no.
+click_no() {
+    local id
+    wait_for "a question" visible Question
+    id=$(xdotool search --onlyvisible --name Question | head -1)
+    xdotool mousemove --window "$id" 335 103 click 1
+    wait_for "the question gone" visible Question 0
+}
+
 # Types a path into the file selector that stands there; without one, cancels it.
 select_file() {
     local id

@@ -67,12 +67,6 @@ answer_dialogs() {
     *'"Question"'*) click_no ;;
     esac
 }
-click_no() {
-    local id
-    id=$(xdotool search --onlyvisible --name Question | head -1)
-    xdotool mousemove --window "$id" 335 103 click 1
-    wait_for "the question gone" visible Question 0
-}
 # Waits until the program has done all it was asked to, and has written its records; answers dialogs on the way.
 look() {
     local since=$SECONDS

@@ -1,0 +1,117 @@
+#!/usr/bin/env bash
+# view_test.sh SARKELO-VIEW SARKELO-GROW: pictures without a display; then the window with files, on a virtual one. Its picture
+# is the one made without it, growth goes on exactly, and what it saves is what sarkelo-grow writes.
+set -eu
+program=$1
+grow=$2
+. "$(dirname "$0")/../../tools/drive.sh"
+main_menu=("${main_menu[@]:0:22}" "Open aggregate" "Save aggregate" "Quit (q)")
+virtual=$DISPLAY
+unset DISPLAY
+
+# ends STATUS TEXT ARGUMENT...: sarkelo-view ends so, with one line on standard error that has the text, or none.
+ends() {
+    local status=0 wanted=$1 text=$2
+    shift 2
+    "$program" "$@" >out 2>err </dev/null || status=$?
+    [ "$status" -eq "$wanted" ] || fail "$* ended with $status, not $wanted: $(cat err)"
+    if [ -z "$text" ]; then [ ! -s err ]; else [ "$(wc -l <err)" -eq 1 ] && grep -qF -- "$text" err; fi || fail "$*: $(cat err)"
+}
+
+"$grow" --particles 3000 --set drawing.thickness_tip=0.1 --set surface.sample=Box --set drawing.mode=tubes -o a.sarkelo.h5 --quiet
+"$grow" --particles 500 --seed 8 -o b.sarkelo.h5 --quiet
+for mode in lines points tubes; do
+    ends 0 "" a.sarkelo.h5 --picture $mode.png --size 800x600 --samples 1 --mode $mode
+done
+ends 3 "lines.png: exists already" a.sarkelo.h5 --picture lines.png
+ends 0 "" a.sarkelo.h5 --picture lines.png --mode lines --size 800x600 --samples 1 --force
+ends 0 "" a.sarkelo.h5 --picture fine.png --size 640x480
+ends 0 "" a.sarkelo.h5 --picture film.png --film 5 --size 640x480
+grep -qx "ffmpeg -framerate 25 -i film-%04d.png -pix_fmt yuv420p film.mp4" out || fail "$(cat out)"
+ends 0 "" a.sarkelo.h5 --picture round.png --turntable 4 --size 640x480
+ends 0 "" a.sarkelo.h5 --picture quarter.png --turn 90 --size 640x480
+[ "$(ls film-*.png round-*.png | wc -l)" -eq 9 ]
+cmp fine.png film-0005.png || fail "the film does not end with the whole"
+cmp fine.png round-0001.png
+/usr/bin/python3 - <<'PYTHON'
+from PIL import Image, ImageChops
+import numpy as np
+lit = lambda name: (np.asarray(Image.open(name).convert("RGB")).sum(2) > 0).sum()
+assert Image.open("fine.png").size == (640, 480)
+counts = [lit(f"film-000{k}.png") for k in range(1, 6)]
+assert counts == sorted(counts) and counts[0] < counts[4], counts
+assert lit("points.png") < lit("lines.png") < lit("tubes.png")
+far = (np.abs(np.asarray(Image.open("round-0002.png"), int) - np.asarray(Image.open("quarter.png"), int)).max(2) > 64).mean()
+assert far < 0.001, far
+PYTHON
+ends 2 "--size 9000x10" a.sarkelo.h5 --picture x.png --size 9000x10
+ends 2 "--samples 3" a.sarkelo.h5 --picture x.png --samples 3
+ends 2 "ends in .png" a.sarkelo.h5 --picture x.jpg
+ends 2 "--mode tube:" a.sarkelo.h5 --picture x.png --mode tube
+ends 2 "--picture needs an aggregate" --picture x.png
+ends 3 "none.h5: cannot be read" none.h5 --picture x.png
+ends 3 "Cannot write \"no/x.png\"" a.sarkelo.h5 --picture no/x.png --size 40x30
+[ ! -e x.png ]
+
+captured() { [ -n "$(find . -name '00*.tga' -size +0)" ]; }
+
+export DISPLAY=$virtual
+start a.sarkelo.h5
+key F1 F2
+for mode in lines points tubes; do
+    choose "DLA drawing mode" "$(case $mode in lines) echo Lines ;; points) echo Points ;; *) echo "Tubes (Slow)" ;; esac)"
+    sleep 1
+    key w
+    wait_for "a capture" captured
+    mv 00*.tga window-$mode.tga
+done
+# Paused, then growing, then paused again, and saved.
+choose "Save aggregate"
+select_file "$work/saved.sarkelo.h5"
+wait_for "the file" [ -s saved.sarkelo.h5 ]
+key F3
+sleep 1
+key F3
+choose "Save aggregate"
+select_file "$work/grown.sarkelo.h5"
+wait_for "the file" [ -s grown.sarkelo.h5 ]
+# A file that stands there is replaced only after a question, which is answered with no; and what is no aggregate is told.
+cp b.sarkelo.h5 kept.sarkelo.h5
+choose "Save aggregate"
+select_file "$work/kept.sarkelo.h5"
+click_no
+cmp b.sarkelo.h5 kept.sarkelo.h5
+choose "Open aggregate"
+select_file "$work/lines.png"
+answer
+choose "Open aggregate"
+select_file "$work/b.sarkelo.h5"
+choose "Save aggregate"
+select_file "$work/opened.sarkelo.h5"
+wait_for "the file" [ -s opened.sarkelo.h5 ]
+key q
+wait $pid || fail "the program ended with status $?"
+"$grow" --resume a.sarkelo.h5 -o straight.sarkelo.h5 --particles 100000000 --quiet \
+    --steps "$(/usr/bin/python3 -c 'import h5py; print(h5py.File("grown.sarkelo.h5").attrs["steps"])')"
+/usr/bin/python3 - <<'PYTHON'
+import h5py, numpy as np
+from PIL import Image
+
+def same(a, b):
+    a, b = h5py.File(a), h5py.File(b)
+    for name in "particles/position", "particles/flow", "particles/parent", "walk/launch_positions", "surface/faces":
+        assert np.array_equal(a[name], b[name]), name
+    for name in "position", "drand48", "rand", "steps_since_particle", "launches", "radius", "largest_flow":
+        assert np.array_equal(a["walk"].attrs[name], b["walk"].attrs[name]), name
+    assert a.attrs["steps"] == b.attrs["steps"]
+
+same("a.sarkelo.h5", "saved.sarkelo.h5")
+same("straight.sarkelo.h5", "grown.sarkelo.h5")
+same("b.sarkelo.h5", "opened.sarkelo.h5")
+assert h5py.File("grown.sarkelo.h5").attrs["particles"] > 3500 and h5py.File("saved.sarkelo.h5")["camera"].attrs["from_window"] == 1
+for mode in "lines", "points", "tubes":
+    window, picture = (np.asarray(Image.open(name).convert("RGB"), int) for name in (f"window-{mode}.tga", f"{mode}.png"))
+    differ = (window != picture).any(2).mean()
+    print(f"{mode}: {100 * differ:.4f} % of the pixels differ")
+    assert differ <= 0.001, mode
+PYTHON
