@@ -10,11 +10,13 @@
 
 #include "app/command_line.h"
 #include "app/idle.h"
+#include "archive/rescue.h"
 #include "export/slicing_panel.h"
 #include "growth/camera_home.h"
 #include "growth/main_window.h"
 #include "growth/roots.h"
 #include "growth/settings_panel.h"
+#include "growth/signal_watch.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
 #include "viewer/callback.h"
@@ -48,6 +50,7 @@ void RunWindow(int argc, char **argv, bool files)
     CreatePanels();
     OpenWindow(argc, argv);
     RegisterCallbacks(files);
+    StartSignalWatch(EndBySignal, LeaveAggregate, KeepAggregate);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
     glutMainLoop();

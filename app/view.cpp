@@ -9,10 +9,12 @@
 #include "app/command_line.h"
 #include "app/program.h"
 #include "app/view_command.h"
+#include "archive/rescue.h"
 #include "growth/camera_home.h"
 #include "recipe/recipe.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/camera.h"
+#include "viewer/display.h"
 
 static int View(int argc, char **argv);
 static Fault Load(const ViewCommand &command);
@@ -46,6 +48,9 @@ static int View(int argc, char **argv)
         fault = MakePictures(command);
     if (fault || command.picture)
         return Tell(fault);
+    PrepareRescue(DescribeWindowRun);
+    if (!command.whole)
+        KeepFramesQuick();
     RunWindow(count, words.data(), true);
     return 0;
 }

@@ -56,6 +56,7 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         ->type_name("N")
         ->check(CLI::Range(1, kMostPictures))
         ->excludes(turntable);
+    app.add_flag("--whole", command->whole, "Draw every frame of the window whole, however long it takes");
     app.add_flag("--force", command->overwrites, "Overwrite pictures that exist");
     try {
         app.parse(std::move(rest));

@@ -16,6 +16,7 @@ struct ViewCommand {
     int mode = 0, surfacemode = 0;         // of drawing; 0: as the file says
     bool fits = false, fromhome = false;   // where the camera stands; neither: as the file says
     bool overwrites = false;
+    bool whole = false; // every frame is drawn whole
 };
 
 // Reads the command line. Returns false where it has printed what it was asked for, or found a fault.

@@ -28,7 +28,7 @@ Replay::~Replay()
     ForgetAggregate();
 }
 
-void Replay::GrowTo(int count)
+void Replay::GrowTo(int count) const
 {
     for (; ncells < std::min(count, allcells); ncells++) {
         const int partner = cells[ncells].parent;

@@ -16,7 +16,7 @@ public:
     Replay &operator=(const Replay &) = delete;
 
     // Goes on to so many particles: no fewer than there are, and no more than there were.
-    void GrowTo(int count);
+    void GrowTo(int count) const;
 
 private:
     int allcells;

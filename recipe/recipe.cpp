@@ -65,6 +65,7 @@ static const Key kStopKeys[] = {
 static const std::vector<Key> &Keys();
 static const Key *FindKey(const std::string &name);
 static Fault UnknownKey(const std::string &place, const std::string &name);
+static Fault NotATable(const std::string &place, const std::string &table);
 static Fault SetTable(const toml::table &table, const char *name, const Origin &file, Recipe *recipe);
 static Fault SetKey(const Key &key, const toml::node &value, const Origin &origin, Recipe *recipe);
 static Fault SetParameterKey(const Key &key, const Parameter &parameter, const toml::node &value,
@@ -112,6 +113,11 @@ static bool ReadWholeFile(const std::string &path, std::string *text)
     return whole;
 }
 
+static std::string PlaceIn(const std::string &path, const toml::node &node)
+{
+    return path + ":" + std::to_string(node.source().begin.line);
+}
+
 Fault ReadRecipe(const std::string &path, Recipe *recipe)
 {
     std::string text;
@@ -129,13 +135,13 @@ Fault ReadRecipe(const std::string &path, Recipe *recipe)
     for (const auto &[name, node] : root) {
         const std::string table(name.str());
         const Origin origin = {path, folder};
-        const std::string place = path + ":" + std::to_string(node.source().begin.line);
+        const std::string place = PlaceIn(path, node);
         const bool empty = !node.is_table() || node.as_table()->empty();
         if (empty &&
             std::none_of(Keys().begin(), Keys().end(), [&](const Key &key) { return table == key.table; }))
             return UnknownKey(place, table);
         if (!node.is_table())
-            return {kRequestFault, place + ": " + table + " is not a table: [" + table + "] is expected"};
+            return NotATable(place, table);
         if (Fault fault = SetTable(*node.as_table(), table.c_str(), origin, recipe))
             return fault;
     }
@@ -227,11 +233,16 @@ static Fault UnknownKey(const std::string &place, const std::string &name)
     return {kRequestFault, place + ": unknown key " + name + "; the nearest known one is " + nearest->Name()};
 }
 
+static Fault NotATable(const std::string &place, const std::string &table)
+{
+    return {kRequestFault, place + ": " + table + " is not a table: [" + table + "] is expected"};
+}
+
 static Fault SetTable(const toml::table &table, const char *name, const Origin &file, Recipe *recipe)
 {
     for (const auto &[key, node] : table) {
         const std::string full = std::string(name) + "." + std::string(key.str());
-        const Origin origin = {file.place + ":" + std::to_string(node.source().begin.line), file.folder};
+        const Origin origin = {PlaceIn(file.place, node), file.folder};
         const Key *known = FindKey(full);
         if (known == nullptr)
             return UnknownKey(origin.place, full);

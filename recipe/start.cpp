@@ -18,6 +18,8 @@
 constexpr double kFarthest = 1e150;
 
 static Fault StartSurface(const Recipe &recipe);
+static Fault ReadSurface(const Recipe &recipe);
+static Fault CheckCorners(const Recipe &recipe);
 static Fault StartRoots(const Recipe &recipe);
 static Fault CheckGrowth(const Recipe &recipe);
 
@@ -49,27 +51,9 @@ void ApplyGroup(const Recipe &recipe, const char *group)
 
 static Fault StartSurface(const Recipe &recipe)
 {
-    std::error_code error;
     if (!recipe.surfacefile.empty()) {
-        const std::string about = recipe.PlaceOf("surface.file") + ": surface.file " + recipe.surfacefile;
-        if (std::filesystem::is_directory(recipe.surfacefile, error))
-            return {kFileFault, about + ": is a directory"};
-        switch (ReadSTLFile(recipe.surfacefile.c_str())) {
-        case kSTLRead:
-            break;
-        case kSTLUnopened:
-            return {kFileFault, about + ": " + strerror(errno)};
-        case kSTLBadVertices:
-            return {kFileFault, about + ": a face without three vertices"};
-        case kSTLShortHeader:
-            return {kFileFault, about + ": no STL file: too short"};
-        case kSTLBadCount:
-            return {kFileFault, about + ": no STL file: more than 10,000,000 faces announced"};
-        case kSTLOutOfMemory:
-            return {kMemoryFault, about + ": memory does not hold its faces"};
-        }
-        if (nstltri == 0)
-            return {kFileFault, about + ": has no face"};
+        if (Fault fault = ReadSurface(recipe))
+            return fault;
     } else {
         for (const Sample &sample : Samples())
             if (recipe.sample == sample.name && !BuildSample(sample.id))
@@ -80,6 +64,36 @@ static Fault StartSurface(const Recipe &recipe)
     if (differs(recipe.scale, plain.scale) || differs(recipe.rotate, plain.rotate) ||
         differs(recipe.shift, plain.shift))
         TransformSTL(recipe.scale, recipe.shift, recipe.rotate);
+    return CheckCorners(recipe);
+}
+
+static Fault ReadSurface(const Recipe &recipe)
+{
+    std::error_code error;
+    const std::string about = recipe.PlaceOf("surface.file") + ": surface.file " + recipe.surfacefile;
+    if (std::filesystem::is_directory(recipe.surfacefile, error))
+        return {kFileFault, about + ": is a directory"};
+    switch (ReadSTLFile(recipe.surfacefile.c_str())) {
+    case kSTLRead:
+        break;
+    case kSTLUnopened:
+        return {kFileFault, about + ": " + strerror(errno)};
+    case kSTLBadVertices:
+        return {kFileFault, about + ": a face without three vertices"};
+    case kSTLShortHeader:
+        return {kFileFault, about + ": no STL file: too short"};
+    case kSTLBadCount:
+        return {kFileFault, about + ": no STL file: more than 10,000,000 faces announced"};
+    case kSTLOutOfMemory:
+        return {kMemoryFault, about + ": memory does not hold its faces"};
+    }
+    if (nstltri == 0)
+        return {kFileFault, about + ": has no face"};
+    return {};
+}
+
+static Fault CheckCorners(const Recipe &recipe)
+{
     for (int i = 0; i < nstltri; i++)
         for (const Vector corner : stltri[i].p)
             if (!(Modulus(corner) < kFarthest))

@@ -10,10 +10,12 @@
 #include <malloc.h>
 
 #include "app/program.h"
+#include "archive/rescue.h"
 #include "export/csv.h"
 #include "geom/clock.h"
 #include "growth/state.h"
 #include "surface/surface.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/display.h"
 
 static volatile sig_atomic_t wanted = 0;
@@ -122,6 +124,7 @@ extern "C" void __wrap_glutSwapBuffers()
 int main(int argc, char **argv)
 {
     signal(SIGUSR1, [](int) { wanted = 1; });
+    PrepareRescue(DescribeWindowRun);
     RunProgram(argc, argv);
     return 0;
 }

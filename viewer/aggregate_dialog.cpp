@@ -16,6 +16,14 @@ RunRecord windowrun;
 
 static const char *AskForAggregate(const char *title);
 
+RunRecord DescribeWindowRun()
+{
+    RunRecord run = windowrun;
+    run.view = camera;
+    run.fromwindow = true;
+    return run;
+}
+
 void ShowAggregate(StoredAggregate stored)
 {
     windowrun = stored.run;
@@ -60,9 +68,7 @@ void SaveAggregate()
     const std::string question = "Replace " + path + "?";
     if (access(path.c_str(), F_OK) == 0 && !fl_show_question(question.c_str(), 0))
         return;
-    windowrun.view = camera;
-    windowrun.fromwindow = true;
-    if (const Fault fault = WithWaitCursor([&] { return WriteAggregate(path, windowrun); }))
+    if (const Fault fault = WithWaitCursor([&] { return WriteAggregate(path, DescribeWindowRun()); }))
         fl_show_message("File Error", fault.line.c_str(), "");
 }
 

@@ -7,6 +7,9 @@
 // What the window's run has besides the global records.
 extern RunRecord windowrun;
 
+// The same with the camera as it stands.
+RunRecord DescribeWindowRun();
+
 // Makes a stored run the window's: paused, and the whole of it in view unless its camera was turned in a window.
 void ShowAggregate(StoredAggregate stored);
 

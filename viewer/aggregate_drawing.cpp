@@ -12,6 +12,8 @@ constexpr int kTubeFacets = 10;
 // The mode that sets its environment and draws nothing; no menu entry selects it.
 constexpr int kAggregateNothing = 4;
 
+int drawnstride = 1;
+
 static void SetMaterial();
 static void SetLights(bool lit);
 static void EnableLight(GLenum light, const float position[4]);
@@ -102,7 +104,7 @@ static void DrawPoints()
 {
     const ParticleColours colours(kAggregatePoints);
     glBegin(GL_POINTS);
-    for (int i = 0; i < ncells; i++) {
+    for (int i = 0; i < ncells; i += drawnstride) {
         if (cells[i].parent < 0)
             continue;
         SetColour(colours.Of(i));
@@ -115,7 +117,7 @@ static void DrawLines()
 {
     const ParticleColours colours(kAggregateLines);
     glBegin(GL_LINES);
-    for (int i = 0; i < ncells; i++) {
+    for (int i = 0; i < ncells; i += drawnstride) {
         if (cells[i].parent < 0)
             continue;
         SetColour(colours.Of(i));
@@ -129,7 +131,7 @@ static void DrawTubes()
 {
     const BranchThickness thickness;
     const ParticleColours colours(kAggregateTubes);
-    for (int i = 0; i < ncells; i++) {
+    for (int i = 0; i < ncells; i += drawnstride) {
         const int parent = cells[i].parent;
         if (parent < 0)
             continue;

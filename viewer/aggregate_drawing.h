@@ -7,7 +7,10 @@
 // as flat, unlit lines.
 void CreateEnvironment(int mode);
 
-// Draws every particle that has a parent, in the order of cells: kAggregatePoints, kAggregateLines (from the
+// Of so many particles one is drawn: 1 for the whole aggregate.
+extern int drawnstride;
+
+// Draws every particle (by drawnstride) that has a parent, in the order of cells: kAggregatePoints, kAggregateLines (from the
 // particle to its parent) or kAggregateTubes (a cone of ten facets whose radii follow the flow). Mode 4 only
 // sets its environment; any other mode does nothing and leaves the GL state alone.
 void DrawDLA(int mode);

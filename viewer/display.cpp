@@ -1,5 +1,8 @@
 #include "viewer/display.h"
 
+#include <algorithm>
+#include <cmath>
+
 #include <GL/glu.h>
 #include <GL/glut.h>
 
@@ -21,6 +24,15 @@ constexpr double kRightEye = 1;
 
 FrameTime lastframe = {0, 0};
 
+// Of frames while the camera moves: how long one may take, and for how long after, in seconds.
+constexpr double kQuickFrame = 0.1;
+constexpr double kRest = 0.5;
+
+static bool quick = false;
+static double perbranch = 0; // seconds that a branch takes, as the last frame tells
+
+static void ChooseStride(double now);
+static bool HasCameraMoved();
 static void DrawMono();
 static void DrawStereo();
 static void DrawOverlays(double eye);
@@ -31,6 +43,8 @@ static void SetViewport(double eye);
 void HandleDisplay()
 {
     const double start = GetRunTime();
+    if (quick)
+        ChooseStride(start);
     if (camera.stereo == kStereoNone)
         DrawMono();
     else
@@ -44,6 +58,33 @@ void HandleDisplay()
     }
     glutSwapBuffers();
     lastframe = {start, GetRunTime()};
+    perbranch = (lastframe.end - lastframe.start) * drawnstride / std::max(ncells, 1);
+}
+
+void KeepFramesQuick()
+{
+    quick = true;
+}
+
+static void ChooseStride(double now)
+{
+    static double moved = 0;
+    if (HasCameraMoved())
+        moved = now;
+    drawnstride = 1;
+    if (now - moved < kRest)
+        drawnstride = std::max(1, static_cast<int>(std::ceil(perbranch * ncells / kQuickFrame)));
+}
+
+// Since the last call.
+static bool HasCameraMoved()
+{
+    static Camera last = {};
+    const auto differs = [](Vector a, Vector b) { return a.x != b.x || a.y != b.y || a.z != b.z; };
+    const bool moved = differs(camera.vp, last.vp) || differs(camera.vd, last.vd) ||
+                       differs(camera.vu, last.vu) || camera.aperture != last.aperture;
+    last = camera;
+    return moved;
 }
 
 void DrawBareFrame()

@@ -3,6 +3,10 @@
 // Display callback: draws one frame, captures it where that is asked for, and swaps the buffers.
 void HandleDisplay();
 
+// From now on frames stay quick while the camera moves and for half a second after: one that would take over a tenth
+// of a second draws an evenly spread part of the branches that fits into it.
+void KeepFramesQuick();
+
 // Draws surface and aggregate as one eye sees them, without what lies over them, into the back buffer. Focal length, eye
 // separation and clipping planes of the camera follow from its view point here, in every frame.
 void DrawBareFrame();

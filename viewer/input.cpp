@@ -4,6 +4,7 @@
 
 #include <GL/glut.h>
 
+#include "archive/rescue.h"
 #include "growth/camera_home.h"
 #include "growth/state.h"
 #include "viewer/camera.h"
@@ -38,6 +39,7 @@ void HandleKeyboard(unsigned char key, int, int)
     case kEscape:
     case 'q':
     case 'Q':
+        LeaveAggregate();
         exit(0);
     case '+':
     case '=':

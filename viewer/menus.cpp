@@ -6,6 +6,7 @@
 #include <GL/glut.h>
 #include <forms.h>
 
+#include "archive/rescue.h"
 #include "export/model.h"
 #include "export/save_dialog.h"
 #include "export/slicing_panel.h"
@@ -124,6 +125,7 @@ void HandleMainMenu(int id)
         SaveAggregate();
         break;
     case kCommandQuit:
+        LeaveAggregate();
         exit(0);
     default:
         break;

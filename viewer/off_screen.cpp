@@ -34,7 +34,7 @@ std::string OffScreen::Open(int width, int height, int samples)
 
 std::string OffScreen::MakeContext()
 {
-    const EGLDisplay surfaceless =
+    EGLDisplay surfaceless =
         eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (surfaceless == EGL_NO_DISPLAY || !eglInitialize(surfaceless, nullptr, nullptr))
         return "there is no EGL that draws without a screen";
@@ -91,7 +91,7 @@ static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height
             glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE);
 }
 
-std::vector<unsigned char> OffScreen::Draw()
+std::vector<unsigned char> OffScreen::Draw() const
 {
     glBindFramebuffer(GL_FRAMEBUFFER, drawn);
     DrawBareFrame(); // what it says of the window's buffers is refused, and the frame buffer's stay

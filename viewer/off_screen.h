@@ -20,7 +20,7 @@ public:
 
     // Draws a frame as the window does, of camera.screenwidth x camera.screenheight pixels, which is the size
     // opened. Three bytes a pixel: red, green, blue; the top row first.
-    std::vector<unsigned char> Draw();
+    [[nodiscard]] std::vector<unsigned char> Draw() const;
 
 private:
     std::string MakeContext();

@@ -1,5 +1,6 @@
 #include "viewer/pictures.h"
 
+#include <cmath>
 #include <cstdio>
 
 #include <png.h>
@@ -52,9 +53,9 @@ static Fault DrawSeries(const PictureRequest &request, OffScreen *screen)
     const int count = static_cast<int>(paths.size());
     const int all = ncells;
     if (request.film > 0) {
-        Replay replay;
+        const Replay replay;
         for (int k = 1; k <= count; k++) {
-            replay.GrowTo(static_cast<int>(static_cast<double>(all) * k / count + 0.5));
+            replay.GrowTo(static_cast<int>(std::lround(static_cast<double>(all) * k / count)));
             if (Fault fault = WritePNG(paths[k - 1], screen->Draw()))
                 return fault;
         }

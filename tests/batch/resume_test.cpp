@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include <gtest/gtest.h>
+#include <malloc.h>
 #include <sys/wait.h>
 
 #include "archive/content.h"
@@ -83,4 +84,24 @@ TEST(Resume, GoesOnInANewProcessAsIfNeverStopped)
         grown += whole.count;
     }
     EXPECT_GT(grown, 50 * SARKELO_HISTORIES) << "too little grew to compare";
+}
+
+// Memory is freed when one run takes the place of another.
+TEST(Resume, FileAfterFileTakesNoMoreMemory)
+{
+    const TemporaryDirectory directory;
+    ASSERT_EQ(Grown("--particles 2000 --set surface.sample=Sphere -o a.h5"), 0);
+    ASSERT_EQ(Grown("--particles 500 --seed 2 -o b.h5"), 0);
+    std::size_t inuse = 0;
+    for (int k = 0; k < 100; k++) {
+        ResumeRun(ReadStored("b.h5"));
+        EXPECT_EQ(ncells, 500);
+        ResumeRun(ReadStored("a.h5"));
+        EXPECT_EQ(ncells, 2000);
+        const std::size_t now = mallinfo2().uordblks;
+        if (k >= 10)
+            EXPECT_LE(now, inuse + 100000) << k; // the library keeps a little; an aggregate takes as much
+        else
+            inuse = now;
+    }
 }

@@ -5,6 +5,7 @@
 
 #include "fakes/recorder.h"
 #include "growth/main_window.h"
+#include "growth/signal_watch.h"
 
 static std::list<FL_OBJECT> objects;
 static std::map<FL_OBJECT *, std::string> inputs;
@@ -58,6 +59,8 @@ void IntroduceMainWindow()
 {
     Record("IntroduceMainWindow");
 }
+
+void StartSignalWatch(void (*)(), void (*)(), void (*)()) {}
 
 void OwnPanel(FL_FORM *)
 {

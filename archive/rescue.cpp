@@ -1,0 +1,76 @@
+#include "archive/rescue.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+
+#include <hdf5.h>
+
+static RunRecord (*describerun)() = nullptr; // nullptr: nothing is kept
+static volatile std::sig_atomic_t caught = 0;
+
+static bool HasGrown();
+static bool KeepIn(const char *folder);
+
+void PrepareRescue(RunRecord (*describe)())
+{
+    describerun = describe;
+    H5dont_atexit(); // the library would end before the file is written
+    struct sigaction action = {};
+    action.sa_handler = [](int number) { caught = number; };
+    action.sa_flags = SA_RESTART;
+    for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+        struct sigaction old = {};
+        sigaction(number, nullptr, &old);
+        if (old.sa_handler != SIG_IGN) // as nohup leaves it
+            sigaction(number, &action, nullptr);
+    }
+}
+
+void LeaveAggregate()
+{
+    describerun = nullptr;
+}
+
+void EndBySignal()
+{
+    const int number = caught;
+    if (number == 0)
+        return;
+    KeepAggregate();
+    signal(number, SIG_DFL);
+    raise(number);
+}
+
+void KeepAggregate()
+{
+    if (describerun == nullptr || !HasGrown())
+        return;
+    const char *home = getenv("HOME");
+    try {
+        if (!KeepIn(".") && (home == nullptr || !KeepIn(home)))
+            fprintf(stderr, "The aggregate could not be kept\n");
+    } catch (const std::bad_alloc &) {
+        fprintf(stderr, "Not enough memory to keep the aggregate\n");
+    }
+    LeaveAggregate();
+}
+
+static bool HasGrown()
+{
+    return ncells > 0 && cells[ncells - 1].parent >= 0; // roots come first
+}
+
+static bool KeepIn(const char *folder)
+{
+    char name[64];
+    const std::time_t now = std::time(nullptr);
+    std::strftime(name, sizeof name, "sarkelo-rescue-%Y%m%d-%H%M%S", std::localtime(&now));
+    const std::string path = std::string(folder) == "." ? name : std::string(folder) + "/" + name;
+    if (WriteAggregate(path + kAggregateExtension, describerun()))
+        return false;
+    fprintf(stderr, "The aggregate is kept. To go on with it:\n    sarkelo-view %s%s\n", path.c_str(),
+            kAggregateExtension);
+    return true;
+}
