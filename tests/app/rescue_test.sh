@@ -100,4 +100,5 @@ start large.sarkelo.h5
 key F3
 sleep 1
 kill -KILL "$virtual_display"
+trap 'rm -rf "$work"' EXIT
 kept 1
