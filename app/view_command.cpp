@@ -46,6 +46,10 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
     app.add_flag("--fit", command->fits, "The whole of it in view, from where the camera stands");
     app.add_option("--camera", where, "home: the camera where a window starts")->type_name("home");
     app.add_option("--turn", picture.turn, "Turn the camera about the z axis")->type_name("DEGREES");
+    app.add_option("--tilt", picture.tilt, "Raise the camera, after it")->type_name("DEGREES");
+    app.add_option("--zoom", picture.zoom, "Draw so many times as large")
+        ->type_name("FACTOR")
+        ->check(CLI::Range(0.01, 100.0));
     app.add_option("--samples", picture.samples, "Samples a pixel, 4 if missing; 1: no antialiasing")
         ->type_name("N");
     CLI::Option *turntable =

@@ -10,7 +10,7 @@ _sarkelo_view() {
     --samples) COMPREPLY=($(compgen -W "1 4" -- "$word")) ;;
     *)
         [[ $word != -* ]] || COMPREPLY=($(compgen -W "-d -f -s -ss -h --help --version --picture --size --mode --surface --fit
-            --camera --turn --samples --turntable --film --whole --force" -- "$word"))
+            --camera --turn --tilt --zoom --samples --turntable --film --whole --force" -- "$word"))
         ;;
     esac
 }

@@ -236,3 +236,20 @@ expect() {
     value=$(sed -n "s/^$1 //p" records)
     [ "$value" = "$2" ] || { echo "line ${BASH_LINENO[*]}: $1 is $value, not $2" >&2; exit 1; }
 }
+
+# Saves the simulation information to info.txt.
+save_information() {
+    rm -f "$work/info.txt"
+    choose "Save simulation information"
+    select_file "$work/info.txt"
+    for _ in $(seq 50); do
+        grep -q '^Current radius' info.txt 2>/dev/null && return
+        sleep 0.1
+    done
+    fail "no information"
+}
+
+# reported NAME: what the information says of it.
+reported() {
+    sed -n "s/^$1: //p" "$work/info.txt"
+}

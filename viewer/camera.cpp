@@ -47,6 +47,12 @@ void TurnCamera(double theta)
         *v = ArbitraryRotate(*v, theta, {0, 0, 1});
 }
 
+void ZoomCamera(double factor)
+{
+    const double half = std::tan(camera.aperture * kDegreesToRadians / 2) / factor;
+    camera.aperture = 2 * std::atan(half) / kDegreesToRadians;
+}
+
 Vector RightVector()
 {
     return CrossProduct(camera.vd, camera.vu);

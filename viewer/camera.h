@@ -17,5 +17,8 @@ void FitCamera();
 // Turns the camera by theta radians about the z axis through the origin.
 void TurnCamera(double theta);
 
+// Narrows the angle of the view so that what stands in the middle is drawn so many times as large.
+void ZoomCamera(double factor);
+
 // vd x vu, not normalised.
 Vector RightVector();

@@ -43,6 +43,8 @@ Fault DrawPictures(const PictureRequest &request)
     if (!missing.empty())
         return {kFileFault, request.path + ": cannot be drawn: " + missing};
     TurnCamera(request.turn * kDegreesToRadians);
+    RotateCamera(0, -request.tilt * kDegreesToRadians, 0);
+    ZoomCamera(request.zoom);
     DrawSTL(options.surfacemode, 1);
     return DrawSeries(request, &screen);
 }

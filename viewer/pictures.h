@@ -12,6 +12,8 @@ struct PictureRequest {
     int width = 1920, height = 1080;
     int samples = 4;   // a pixel
     double turn = 0;   // of the camera about the z axis, degrees
+    double tilt = 0;   // by how many degrees the camera is raised after it
+    double zoom = 1;   // how many times as large the middle is drawn, above 0
     int turntable = 0; // so many pictures round the z axis; 0: no turntable
     int film = 0;      // so many pictures of the aggregate as it grew; 0: no film
 };

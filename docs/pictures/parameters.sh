@@ -1,113 +1,103 @@
 #!/usr/bin/env bash
-# Makes the contact sheets of parameters.md: grows each aggregate with the program on a virtual display.
+# Makes the contact sheets of parameters.md from aggregates grown without a screen. Needs the release build and what ./check
+# installs.
 #
-#   docs/pictures/parameters.sh [SHEET...]
+#   docs/pictures/parameters.sh [SHEET...]     all of them if none is named
 set -eu
-here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-program=$(realpath "${SARKELO:-$here/../../build/release/sarkelo}")
+pictures=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+. "$pictures/grow.sh"
+sheets="bias branch-length stickiness rotation thickness intersection association sources roots drawing surface-drawing"
 
-# sheet NAME: the pictures of a sheet, "label|settings", settings parted by semicolons.
+# sheet NAME: its pictures: a label, then a recipe's settings and "--" with options of sarkelo-view; "|" parts them.
 sheet() {
+    local name range
     case $1 in
-    bias)
-        echo "bias 0|bias: 0"
-        echo "bias 0.5|bias: 0.5"
-        echo "bias 1|bias: 1"
-        ;;
+    bias) for range in 0 0.5 1; do echo "bias $range|growth.bias=$range"; done ;;
     branch-length)
-        echo "branch length 0.5|branch length: 0.5; keys: comma*3"
-        echo "branch length 1|branch length: 1; keys: comma*3"
-        echo "branch length 2|branch length: 2; keys: comma*3"
+        for range in 0.5 1 2; do echo "branch length $range|growth.branch_length=$range|--camera home|--zoom 0.7"; done
         ;;
-    stickiness)
-        echo "stickiness 100|stickiness: 100; particles: 8000; keys: comma*1"
-        echo "stickiness 10|stickiness: 10; particles: 8000; keys: comma*1"
-        echo "stickiness 1|stickiness: 1; particles: 8000; keys: comma*1"
-        ;;
-    rotation)
-        echo "rotation 0|rotation: 0; keys: Up*70 comma*6"
-        echo "rotation 5|rotation: 5; keys: Up*70 comma*6"
-        echo "rotation -5|rotation: -5; keys: Up*70 comma*6"
-        ;;
+    stickiness) for range in 100 10 1; do echo "stickiness $range|growth.stickiness=$range|stop.particles=8000"; done ;;
+    rotation) for range in 0 5 -5; do echo "rotation $range|growth.rotation=$range|--tilt -80"; done ;;
     thickness)
-        echo "0.01 to 0.4|thickness: 0.01 0.4; particles: 1500; drawing: Tubes (Slow)"
-        echo "0.3 to 0.3|thickness: 0.3 0.3; particles: 1500; drawing: Tubes (Slow)"
-        echo "0.05 to 1.2|thickness: 0.05 1.2; particles: 1500; drawing: Tubes (Slow)"
+        for range in "0.01 to 0.4" "0.3 to 0.3" "0.05 to 1.2"; do
+            echo "$range|drawing.thickness_tip=${range% to*}|drawing.thickness_trunk=${range#*to }|stop.particles=1500|--mode tubes"
+        done
         ;;
-    intersection)
-        echo "range 0|intersection range: 0; particles: 300; keys: plus*9"
-        echo "range 0.1|intersection range: 0.1; particles: 300; keys: plus*9"
-        echo "range 1|intersection range: 1; particles: 300; keys: plus*9"
-        ;;
+    intersection) for range in 0 0.1 1; do echo "range $range|growth.intersection_range=$range|stop.particles=300"; done ;;
     association)
-        echo "3 roots|roots: 3; root distribution: Ring: y axis plane; root range: 18; keys: comma*3"
-        echo "3 roots, associated|roots: 3; root distribution: Ring: y axis plane; root range: 18; association: on; keys: comma*3"
-        echo "12 roots, associated|roots: 12; root distribution: Random: x axis plane; root range: 50; association: on; keys: comma*3"
+        echo "3 roots|roots.count=3|roots.distribution=Ring: x axis plane|roots.range=18"
+        echo "3 roots, associated|roots.count=3|roots.distribution=Ring: x axis plane|roots.range=18|growth.association=true"
+        echo "12 roots, associated|roots.count=12|roots.distribution=Spherical|roots.range=50|growth.association=true"
         ;;
     sources)
-        echo "Sphere|source: Sphere; keys: comma*4"
-        echo "Double axis (y)|source: Double axis (y); keys: comma*4"
-        echo "Plane (y)|source: Plane (y); keys: comma*4"
-        echo "Hemisphere (y)|source: Hemisphere (y); keys: comma*4"
-        echo "Single axis (+y)|source: Single axis (+y); keys: comma*4"
-        echo "STL surface, box|source: STL surface; surface: Box; transform: 20 20 20 0 0 0 0 0 0; surface drawing: Off; keys: comma*4"
+        for name in "Sphere" "Double axis (y)" "Plane (y)" "Hemisphere (y)" "Single axis (+y)"; do
+            echo "$name|source.type=$name"
+        done
+        echo "STL surface, box|source.type=STL surface|surface.sample=Box|surface.scale=[20,20,20]|--surface off"
         ;;
     roots)
-        local entry
-        for entry in "Spherical" "Random: x axis plane" "Random: y axis plane" "Random: z axis plane" \
-            "Ring: x axis plane" "Ring: y axis plane" "Ring: z axis plane"; do
-            echo "$entry|root distribution: $entry; roots: 9; root range: 20; particles: 1500; keys: Right*20 Up*20"
-        done
+        # The window's entry of a distribution stands one place ahead of it.
+        while IFS='|' read -r name range; do
+            echo "$name|roots.distribution=$range|roots.count=9|roots.range=20|stop.particles=1500|--turn 23|--tilt -23"
+        done <<'ROWS'
+Spherical|Origin
+Random: x axis plane|Spherical
+Random: y axis plane|Random: x axis plane
+Random: z axis plane|Random: y axis plane
+Ring: x axis plane|Random: z axis plane
+Ring: y axis plane|Ring: x axis plane
+Ring: z axis plane|Ring: y axis plane
+ROWS
         ;;
-    drawing)
-        echo "Points|drawing: Points"
-        echo "Lines|drawing: Lines"
-        echo "Tubes|drawing: Tubes (Slow)"
-        ;;
+    drawing) for name in Points Lines Tubes; do echo "$name|--mode ${name,,}"; done ;;
     surface-drawing)
-        local mode
-        for mode in "Faces, wireframe" "Mid points of faces" "Face vertices" "Faces, solid"; do
-            echo "$mode|surface: Cylinder; surface drawing: $mode; particles: 1500; keys: Up*15"
-        done
+        while IFS='|' read -r name range; do
+            echo "$name|surface.sample=Cylinder|stop.particles=1500|--surface $range|--tilt -17"
+        done <<'ROWS'
+Faces, wireframe|wireframe
+Mid points of faces|midpoints
+Face vertices|vertices
+Faces, solid|solid
+ROWS
         ;;
     *)
-        echo "no sheet $1" >&2
+        echo "no sheet $1: $sheets" >&2
         exit 1
         ;;
     esac
 }
 
-# Grows one picture of a sheet and writes a labelled PPM file. Runs in a shell of its own.
-grow_one() (
-    . "$here/../gallery/grow.sh"
-    {
-        printf 'particles: 2500\ndrawing: Lines\nwindow: 270\nkeys: plus*4\n'
-        tr ';' '\n' <<<"$2" | sed 's/^ *//'
-    } | tac | awk -F: '!seen[$1]++' >settings.txt
-    set_up <settings.txt
-    grow_to "$(value particles)"
-    take_picture window.ppm
-    pbmtext -nomargins -builtin fixed "$1, $grown" | pnmpad -white -top 4 -bottom 4 -left 6 | pnminvert |
-        pnmpad -black -width 270 -halign 0 >label.pbm 2>/dev/null
-    pnmcat -topbottom label.pbm window.ppm >"$3"
-    finish
-)
-
-for name in "${@:-bias}"; do
-    parts=()
-    folder=$(mktemp -d)
-    while IFS= read -r line; do
-        part=$folder/$(printf %02d ${#parts[@]}).ppm
-        echo "$line" >&2
-        parts+=("$part")
-        grow_one "${line%%|*}" "${line#*|}" "$part" </dev/null
-    done < <(sheet "$name")
-    rows=()
-    for ((k = 0; k < ${#parts[@]}; k += 3)); do
-        pnmcat -leftright -black "${parts[@]:k:3}" >"$folder/row$k.ppm"
-        rows+=("$folder/row$k.ppm")
+# draw ROW PICTURE: grows one picture of a sheet and writes it, labelled, as a PPM file.
+draw() {
+    local label words word particles=2500 grow=() view=()
+    IFS='|' read -ra words <<<"$1"
+    label=${words[0]}
+    for word in "${words[@]:1}"; do
+        case $word in
+        --*) view+=("${word%% *}" "${word#* }") ;;
+        stop.particles=*) particles=${word#*=} ;;
+        *) grow+=(--set "$word") ;;
+        esac
     done
-    pnmcat -topbottom -jleft -black "${rows[@]}" | pnmquant 256 2>/dev/null |
-        pnmtopng -compression 9 2>/dev/null >"$here/parameter-$name.png"
-    rm -rf "$folder"
+    [[ $1 == *--camera* ]] || view+=(--fit)
+    "$build/sarkelo-grow" -o grown.sarkelo.h5 --particles "$particles" --force --quiet "${grow[@]}"
+    "$build/sarkelo-view" grown.sarkelo.h5 --picture grown.png --force --size 270x270 "${view[@]}"
+    pbmtext -nomargins -builtin fixed "$label, $particles" | pnmpad -white -top 4 -bottom 4 -left 6 | pnminvert |
+        pnmpad -black -width 270 -halign 0 >label.pbm 2>/dev/null
+    pngtopnm grown.png | pnmcat -topbottom label.pbm - >"$2"
+}
+
+# shellcheck disable=SC2086
+for name in ${*:-$sheets}; do
+    parts=() rows=()
+    while IFS= read -r row; do
+        part=part$(printf %02d ${#parts[@]}).ppm
+        parts+=("$part")
+        draw "$row" "$part" </dev/null
+    done < <(sheet "$name")
+    for ((k = 0; k < ${#parts[@]}; k += 3)); do
+        pnmcat -leftright -black "${parts[@]:k:3}" >"row$k.ppm"
+        rows+=("row$k.ppm")
+    done
+    pnmcat -topbottom -jleft -black "${rows[@]}" | small_png "$pictures/parameter-$name.png"
 done

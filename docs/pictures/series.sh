@@ -2,10 +2,7 @@
 # Makes series.png: four pictures of a film and four of a turntable. Needs the release build and what ./check installs.
 set -eu
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-build=$(realpath "${BUILD:-$here/../../build/release}")
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-cd "$work"
+. "$here/grow.sh"
 
 "$build/sarkelo-grow" --particles 20000 -o default.sarkelo.h5 --quiet
 "$build/sarkelo-grow" "$here/../gallery/bottle.toml" -o bottle.sarkelo.h5 --quiet
@@ -16,4 +13,4 @@ for picture in film-00{10,40,70} film-0100 round-000{1,3,5,7}; do
 done
 pnmcat -lr film-00{10,40,70}.ppm film-0100.ppm >above.ppm
 pnmcat -lr round-000{1,3,5,7}.ppm >below.ppm
-pnmcat -tb above.ppm below.ppm | pnmquant 256 2>/dev/null | pnmtopng -compression 9 2>/dev/null >"$here/series.png"
+pnmcat -tb above.ppm below.ppm | small_png "$here/series.png"

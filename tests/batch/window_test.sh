@@ -4,7 +4,8 @@
 set -eu
 program=$1
 grow=$2
-. "$(dirname "$0")/../../docs/gallery/grow.sh"
+tests=$(cd "$(dirname "$0")" && pwd)
+. "$tests/grow_in_window.sh"
 
 # The entries of "Save DLA as", and what sarkelo-grow calls them.
 kinds='PovRay (Sphere sweep)|pov-sweep
@@ -33,10 +34,8 @@ save_all() {
     saves+=(--save stl-surface:grown.stl-surface)
 }
 
-shortest_burst=0.05
 for name in river canopy bottle ring whirl moss hedge crown; do
-    describe "$name" >"$work/description"
-    set_up < <(describe "$name")
+    set_up < <(/usr/bin/python3 "$tests/window_settings.py" "$gallery/$name.toml")
     grow_to 1200
     cp info.txt window.info
     rm -f records

@@ -1,48 +1,22 @@
-# Grows aggregates with the real program on a virtual display, by its menus, panels and keys. Sourced with `program` set;
-# ends in an empty directory of its own, "$work".
-#
-# An aggregate is described by lines of "name: value"; names that are missing keep their defaults:
+# Sets up and grows aggregates in the real window, by its menus, panels and keys. Sourced with `program` set; ends in an empty
+# directory of its own, "$work". A run is described by lines of "name: value"; names that are missing keep their defaults:
 #
 #   seed, bias, branch length, stickiness, rotation, intersection range, roots, root range    numbers of the settings
 #   thickness              two numbers, left and right
 #   association            on
 #   source, surface, root distribution    the entry of the menu, as it is labelled there
 #   transform              the nine numbers of the transform panel, row by row
-#   seed file              a file to read, beside this one
-#   particles              how many to grow at least
-#   drawing, surface drawing    the entries of the two drawing modes for the picture
-#   window                 pixels of the square window, 1200 if missing; lines are thicker in the picture of a small one
-#   keys                   keys that turn the camera and zoom, each with a count: Left*10 plus*3
+#   seed file              a file to read, in the folder "$gallery"
 
-gallery=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
-. "$gallery/../../tools/drive.sh"
+gallery=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../docs/gallery" && pwd)
+. "$(dirname "${BASH_SOURCE[0]}")/../../tools/drive.sh"
 
-window_size=1200
-# Branches whose positions are compared.
-hashed_branches=2000
 # Seconds of growth between two looks at the number of particles.
 shortest_burst=0.05 longest_burst=3
 
 # value NAME: what the description in "$work/description" says of it.
 value() {
     sed -n "s/^$1: *//p" "$work/description"
-}
-
-# Saves the simulation information to info.txt.
-save_information() {
-    rm -f "$work/info.txt"
-    choose "Save simulation information"
-    select_file "$work/info.txt"
-    for _ in $(seq 50); do
-        grep -q '^Current radius' info.txt 2>/dev/null && return
-        sleep 0.1
-    done
-    fail "no information"
-}
-
-# reported NAME: what the information says of it.
-reported() {
-    sed -n "s/^$1: //p" "$work/info.txt"
 }
 
 # Types every setting of the description, the number of roots last: it starts the run anew with all of them. Growth is
@@ -163,65 +137,6 @@ grow_to() {
                 print (seconds < low ? low : seconds > high ? high : seconds)
             }')
     done
-}
-
-# Saves the hash of the positions of the first N particles that grew, ten points a branch, from a point cloud.
-hash_of_first() {
-    rm -f "$work/cloud.geom"
-    choose "Save DLA as" "Point cloud as GEOM"
-    select_file "$work/cloud.geom"
-    for _ in $(seq 50); do
-        [ "$(wc -l 2>/dev/null <cloud.geom)" -ge $((10 * $1)) ] && break
-        sleep 0.1
-    done
-    [ "$(wc -l <cloud.geom)" -ge $((10 * $1)) ] || fail "fewer than $1 branches"
-    head -n $((10 * $1)) cloud.geom | sha256sum | cut -d ' ' -f 1
-}
-
-# aim_camera KEYS: presses keys, each with its count.
-aim_camera() {
-    local item
-    for item in $1; do
-        xdotool mousemove 20 580 key --delay 15 --repeat "${item#*\*}" "${item%\**}"
-    done
-}
-
-# Draws as the description says and takes the picture, a PPM file.
-take_picture() {
-    local text
-    aim_camera "$(value keys)"
-    text=$(value "surface drawing")
-    [ -z "$text" ] || choose "Constraint surface drawing mode" "$text"
-    text=$(value drawing)
-    choose "DLA drawing mode" "${text:-Tubes (Slow)}"
-    text=$(value window)
-    xdotool mousemove 1500 1150 windowsize "$window" "${text:-$window_size}" "${text:-$window_size}"
-    sleep 2
-    picture "$1"
-    # The same frame twice: the window is not being drawn any more.
-    for _ in $(seq 20); do
-        sleep 0.5
-        picture again.ppm
-        cmp -s "$1" again.ppm && return
-        mv again.ppm "$1"
-    done
-    fail "the picture does not stand still"
-}
-
-# shrink PPM SIZE PNG: cuts the empty border away and writes a square PNG.
-shrink() {
-    pnmcrop -black -margin=20 "$1" 2>/dev/null >cropped.ppm
-    local width height side
-    read -r width height < <(pnmfile cropped.ppm | sed -E 's/.* ([0-9]+) by ([0-9]+) .*/\1 \2/')
-    side=$((width > height ? width : height))
-    pnmpad -black -width $side -height $side cropped.ppm | pamscale -xyfit "$2" "$2" |
-        pnmquant 256 2>/dev/null | pnmtopng -compression 9 2>/dev/null >"$3"
-}
-
-# describe NAME: the description of an aggregate of the gallery: its recipe, and what its picture needs.
-describe() {
-    [ ! -r "$gallery/$1.toml" ] || /usr/bin/python3 "$gallery/describe.py" "$gallery/$1.toml"
-    awk -v name="[$1]" '/^\[/ { found = $0 == name; next } found && NF && !/^#/' "$gallery/gallery.txt"
 }
 
 finish() {

@@ -1,13 +1,11 @@
 #!/usr/bin/python3
-"""Prints a recipe as the settings that grow.sh makes in the window.
+"""Prints a recipe as the settings that grow_in_window.sh makes.
 
-    describe.py RECIPE.toml
+    window_settings.py RECIPE.toml
 """
 import sys
 import tomllib
 
-MODES = {"lines": "Lines", "points": "Points", "tubes": "Tubes (Slow)", "off": "Off"}
-SURFACES = {"off": "Off", "wireframe": "Faces, wireframe"}
 # Each entry of the menu of root distributions places what the entry before it is called.
 DISTRIBUTIONS = [
     "Origin",
@@ -47,9 +45,6 @@ settings = {
     "seed file": roots.get("file"),
     "source": recipe.get("source", {}).get("type"),
     "surface": surface.get("sample"),
-    "drawing": MODES[drawing.get("mode", "lines")],
-    "surface drawing": SURFACES[drawing.get("surface", "wireframe")],
-    "particles": recipe["stop"]["particles"],
 }
 if {"scale", "shift", "rotate"} & surface.keys():
     settings["transform"] = numbers(
