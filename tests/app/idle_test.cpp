@@ -10,15 +10,18 @@
 #include "geom/clock.h"
 #include "golden.h"
 #include "growth/camera_home.h"
+#include "growth/growth_step.h"
 #include "growth/scenario.h"
+#include "viewer/camera.h"
 #include "viewer/display.h"
 
 static double fakeclock = 1000;
+static double callcost = 0; // seconds that a recorded call takes
 
 // Takes the place of the program's: the linker looks into the library for what is not there yet.
 double GetRunTime()
 {
-    return fakeclock;
+    return fakeclock + callcost * static_cast<double>(calls.size());
 }
 
 // A second of idle calls, a millisecond each, and of the frames that they ask for, each of which takes `took`
@@ -74,6 +77,50 @@ TEST(Idle, PacesFramesPanelsAndGrowthAsRightBefore)
         }
     }
     ExpectGolden("idle.txt", text.str());
+}
+
+// A frame, and the branches that it draws.
+static int DrawFrame()
+{
+    ForgetCalls();
+    HandleDisplay();
+    const int drawn = CountCalls("glVertex3f") / 2;
+    fakeclock = GetRunTime() + 0.001;
+    ForgetCalls();
+    return drawn;
+}
+
+TEST(Idle, FramesStayQuickWhileTheCameraMoves)
+{
+    StartAfresh();
+    CameraHome();
+    camera.stereo = kStereoNone;
+    options.dlamode = kAggregateLines;
+    options.showextras = options.showinfo = 0;
+    Grow(IterateSystem, 10000, 100000000);
+    const int all = ncells - 1;
+    callcost = 1e-5; // 30,000 calls: 0.3 s
+    ASSERT_EQ(DrawFrame(), all);
+    TurnCamera(0.1);
+    EXPECT_EQ(DrawFrame(), all) << "the window of sarkelo";
+    KeepFramesQuick();
+    DrawFrame();
+    fakeclock += 1;
+    EXPECT_EQ(DrawFrame(), all) << "at rest";
+    for (int k = 0; k < 3; k++) {
+        TurnCamera(0.1);
+        const double start = fakeclock;
+        const int drawn = DrawFrame();
+        EXPECT_LT(fakeclock - start, 0.11);
+        EXPECT_GT(drawn, all / 5);
+        EXPECT_LT(drawn, all / 2);
+    }
+    fakeclock += 0.3;
+    EXPECT_LT(DrawFrame(), all / 2) << "0.3 s after the last turn";
+    fakeclock += 0.2;
+    EXPECT_EQ(DrawFrame(), all) << "at rest again";
+    callcost = 0;
+    DrawFrame();
 }
 
 TEST(Idle, NothingGrowsWhileTheWindowIsHidden)

@@ -51,6 +51,9 @@ ends 2 "--mode tube:" a.sarkelo.h5 --picture x.png --mode tube
 ends 2 "--picture needs an aggregate" --picture x.png
 ends 3 "none.h5: cannot be read" none.h5 --picture x.png
 ends 3 "Cannot write \"no/x.png\"" a.sarkelo.h5 --picture no/x.png --size 40x30
+mkdir no-vendors
+__EGL_VENDOR_LIBRARY_DIRS=$work/no-vendors ends 3 "x.png: cannot be drawn: there is no EGL" a.sarkelo.h5 --picture x.png
+GALLIUM_DRIVER=softpipe ends 3 "x.png: cannot be drawn: the driver has at most 1 samples a pixel" a.sarkelo.h5 --picture x.png
 [ ! -e x.png ]
 
 captured() { [ -n "$(find . -name '00*.tga' -size +0)" ]; }
