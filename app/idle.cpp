@@ -6,8 +6,8 @@
 
 #include "app/panels.h"
 #include "geom/clock.h"
+#include "growth/flights.h"
 #include "growth/generators.h"
-#include "growth/growth_step.h"
 #include "growth/state.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
@@ -66,8 +66,9 @@ static void Grow()
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
     const HeldGenerators held;
+    const WalkMove move = MoveOfWalk();
     for (int i = 0; i < kStepsPerCall; i++)
-        IterateSystem();
+        move();
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 

@@ -14,7 +14,7 @@
 
 static Fault ReadAll(const std::string &path, StoredAggregate *stored);
 static void ReadContent(hid_t file, StoredAggregate *stored);
-static void ReadParameters(hid_t file, StoredAggregate *stored);
+static void ReadParameters(hid_t file, int version, StoredAggregate *stored);
 static void ReadParticles(hid_t file, StoredAggregate *stored);
 static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored);
 static void ReadWalk(hid_t file, StoredAggregate *stored);
@@ -64,7 +64,7 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     stored->state.steptotal = static_cast<long>(steps);
     stored->run.seconds = ReadNumber<double>(file, "seconds");
     Require(stored->run.seconds >= 0, "seconds is out of range");
-    ReadParameters(file, stored);
+    ReadParameters(file, version, stored);
     ReadParticles(file, stored);
     CheckParticles(stored->particles.get(), stored->count);
     Require(ReadNumber<int>(file, "particles") == stored->count, "particles does not fit");
@@ -73,19 +73,27 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     ReadCamera(file, stored);
 }
 
-// A value must be what the parameter can have; numbers that stand for names may be any.
-static void ReadParameters(hid_t file, StoredAggregate *stored)
+// A value must be what the parameter can have; numbers that stand for names may be any, but for the walk.
+static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
 {
+    const Parameter *walk = &ParameterOf(&growthstate.walk);
+    const Parameter *rotation = &ParameterOf(&growthstate.rotation);
+    double turned = 0;
     const Hdf5Object parameters = OpenGroup(file, "parameters");
     for (const Parameter &parameter : Parameters()) {
         const Hdf5Object group = OpenGroup(parameters, parameter.group);
         double value = 0;
-        if (std::holds_alternative<int *>(parameter.field))
+        if (&parameter == walk && version < kVersionWithWalk)
+            value = parameter.standard;
+        else if (std::holds_alternative<int *>(parameter.field))
             value = ReadNumber<int>(group, parameter.key);
         else
             value = ReadNumber<double>(group, parameter.key);
-        Require(parameter.name != nullptr || IsAllowed(parameter, value),
+        Require((parameter.name != nullptr && &parameter != walk) || IsAllowed(parameter, value),
                 std::string(parameter.group) + "/" + parameter.key + " is out of range");
+        if (&parameter == rotation)
+            turned = value;
+        Require(&parameter != walk || value == int{kWalkSteps} || turned == 0, "flights with a rotation");
         stored->values.push_back(value);
     }
 }

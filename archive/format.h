@@ -6,7 +6,9 @@
 #include "surface/surface.h"
 
 constexpr const char *kFormatName = "sarkelo aggregate";
-constexpr int kFormatVersion = 1;
+constexpr int kFormatVersion = 2;
+// Files of format 1 know no walk but steps.
+constexpr int kVersionWithWalk = 2;
 // Short enough to be told without memory.
 constexpr const char *kNoMemory = "out of memory";
 

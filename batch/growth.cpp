@@ -9,7 +9,7 @@
 #include <unistd.h>
 
 #include "batch/progress.h"
-#include "growth/growth_step.h"
+#include "growth/flights.h"
 
 // Steps between two looks at the clock: a fraction of a millisecond.
 constexpr long kBurst = 8192;
@@ -62,8 +62,10 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
 static void GrowBurst(long steps, int particles)
 {
     const HeldGenerators held;
-    for (long i = 0; i < steps && ncells < particles; i++)
-        IterateSystem();
+    const WalkMove move = MoveOfWalk();
+    const long end = growthstate.steptotal + steps;
+    while (growthstate.steptotal < end && ncells < particles)
+        move();
 }
 
 void CatchSignals()

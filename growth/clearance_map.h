@@ -2,65 +2,68 @@
 
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <vector>
 
 #include "growth/cube_grid.h"
 
-// Levels of cubes about the origin, each level's of twice the edge of the level below. A cube's bit is
-// set when a particle lies in it or in one of its 26 neighbours; so a point in a cube whose bit is not set is
-// at least an edge away from every particle.
+// Levels of cubes that meet at the origin. A cube's bit is set when a particle lies in it or in a cube that comes
+// nearer to it than the level's reach; so a point in a cube whose bit is not set is at least that far away from
+// every particle. The answers depend on the particles and the smallest edge alone, not on when the map was made.
 class ClearanceMap
 {
 public:
-    // A map of the cube from -extent to extent whose smallest cubes have at least the given edge.
-    // It takes at most `bytes`, and coarser cubes where it must.
-    void Start(double smallestedge, double wantedextent, double bytes)
+    // What finds the bricks of a map that covers -extent to extent, in bytes.
+    static double IndexBytes(double edge, double extent)
+    {
+        constexpr double kIndices = 2.3; // of the finest edge; and the others together
+        const double along = 2 * extent / (kBrickEdge * edge) + 2;
+        return kIndices * sizeof(uint32_t) * along * along * along;
+    }
+
+    // A map of the cube from -extent to extent whose smallest cubes have the given edge.
+    void Start(double smallestedge, double wantedextent)
     {
         extent = wantedextent;
-        edge = kMargin * smallestedge;
-        constexpr double cubesperbyte = 4; // two bits a cube
-        while (std::pow(2 * extent / edge + 1, 3) > cubesperbyte * bytes)
-            edge *= 2;
-        inverse = 1 / edge;
-        int size = static_cast<int>(2 * extent / edge) + 1;
-        for (;;) {
-            levels.push_back(
-                Level{size, std::vector<uint64_t>(Words(size)), std::vector<uint64_t>(Words(size))});
-            if (size <= kCoarsest)
+        inverse = 1 / smallestedge;
+        levels.clear();
+        for (int shift = 0;; shift++) {
+            for (const int squaredreach : {shift == 0 ? 1 : 5, 9})
+                levels.push_back(Level(smallestedge, shift, squaredreach, BricksFromOrigin(shift)));
+            if (BricksFromOrigin(shift) == 1)
                 break;
-            size = (size - 1) / 2 + 1;
         }
         last = 0;
     }
 
     void Mark(Vector p)
     {
-        int x, y, z;
-        if (!FindCube(p, &x, &y, &z))
+        const Vector c = inverse * p;
+        if (!HasCube(c))
             return;
-        for (Level &level : levels) {
-            if (!level.Occupy(x, y, z))
+        const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
+        for (Level &level : levels)
+            if (!level.Occupy(cube >> level.shift))
                 return; // and so are the cubes around it, on this level and on those above
-            x >>= 1;
-            y >>= 1;
-            z >>= 1;
-        }
     }
 
-    // A distance within which there is no particle of p, or 0 when none is known.
+    // A distance within which there is no particle of p, or 0 when none is known: that of the last level that is not
+    // marked there. What is marked on one level is so on those above.
     double Clearance(Vector p)
     {
-        int x, y, z;
-        if (!FindCube(p, &x, &y, &z))
+        if (!(std::fabs(p.x) < extent && std::fabs(p.y) < extent && std::fabs(p.z) < extent))
             return 0;
-        if (!levels[0].Contains(x, y, z))
-            return 0;
+        const Vector c = inverse * p;
+        const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
+        const auto marked = [&](int l) { return levels[l].IsMarked(cube >> levels[l].shift); };
         // Walkers move little between two questions: the search starts beside the last answer's level.
         const int top = static_cast<int>(levels.size()) - 1;
-        int l = last < top ? last + 1 : top;
-        const auto marked = [&](int k) { return levels[k].IsMarked(x >> k, y >> k, z >> k); };
+        int l = std::min(last + 1, top);
         if (marked(l)) {
             do
                 l--;
@@ -69,82 +72,130 @@ public:
             while (l < top && !marked(l + 1))
                 l++;
         }
-        last = l < 0 ? 0 : l;
-        return l < 0 ? 0 : std::ldexp(edge, l) / kMargin;
+        last = std::max(l, 0);
+        return l < 0 ? 0 : levels[l].distance;
     }
 
 private:
-    static constexpr int kCoarsest = 4;
+    static constexpr int kBrickEdge = 8;
+
+    struct Cube {
+        int x, y, z;
+        Cube operator>>(int shift) const { return {x >> shift, y >> shift, z >> shift}; }
+    };
+
+    // Bits of 8 x 8 x 8 cubes: a word for each z, a byte of it for each y.
+    struct alignas(64) Brick {
+        std::array<uint64_t, kBrickEdge> words;
+    };
 
     struct Level {
-        int size;                       // cubes along each axis
-        std::vector<uint64_t> near;     // a particle lies in the cube or in a neighbour
-        std::vector<uint64_t> occupied; // a particle lies in the cube
-
-        [[nodiscard]] bool IsMarked(int x, int y, int z) const { return Test(near, x, y, z); }
-
-        [[nodiscard]] bool Contains(int x, int y, int z) const
+        Level(double smallestedge, int steps, int squaredreach, int half)
+            : shift(steps), distance(std::sqrt(squaredreach) * std::ldexp(smallestedge, steps) / kMargin),
+              bricksfromorigin(half), index(8 * static_cast<std::size_t>(half) * half * half), near(1),
+              occupied(1)
         {
-            return x >= 0 && y >= 0 && z >= 0 && x < size && y < size && z < size;
+            const auto gap = [](int d) { return std::max(std::abs(d) - 1, 0); };
+            const int reach = 1 + static_cast<int>(std::sqrt(squaredreach));
+            for (int dz = -reach; dz <= reach; dz++)
+                for (int dy = -reach; dy <= reach; dy++)
+                    for (int dx = reach; dx >= 0; dx--)
+                        if (gap(dx) * gap(dx) + gap(dy) * gap(dy) + gap(dz) * gap(dz) < squaredreach) {
+                            rows.push_back({dy, dz, dx});
+                            break;
+                        }
+        }
+
+        [[nodiscard]] bool IsMarked(Cube c) const
+        {
+            return (near[index[Place(c)]].words[c.z & 7] & Bit(c)) != 0;
         }
 
         // A particle lies in the cube, which may be outside of the map. Returns false where that was known.
-        bool Occupy(int x, int y, int z)
+        bool Occupy(Cube c)
         {
-            if (Contains(x, y, z)) {
-                if (Test(occupied, x, y, z))
+            if (Contains(c)) {
+                uint64_t &word = occupied[MakeBrick(c)].words[c.z & 7];
+                if ((word & Bit(c)) != 0)
                     return false;
-                Set(&occupied, x, y, z);
+                word |= Bit(c);
             }
-            for (int k = z - 1; k <= z + 1; k++)
-                for (int j = y - 1; j <= y + 1; j++)
-                    for (int i = x - 1; i <= x + 1; i++)
-                        if (Contains(i, j, k))
-                            Set(&near, i, j, k);
+            for (const Row &row : rows)
+                MarkRow({c.x, c.y + row.dy, c.z + row.dz}, row.half);
             return true;
         }
 
-        [[nodiscard]] bool Test(const std::vector<uint64_t> &bits, int x, int y, int z) const
+        // Marks so many cubes to either side of one.
+        void MarkRow(Cube c, int half)
         {
-            const std::size_t bit = Bit(x, y, z);
-            return (bits[bit / 64] >> (bit % 64) & 1) != 0;
+            const int cubes = bricksfromorigin * kBrickEdge;
+            if (c.y < -cubes || c.z < -cubes || c.y >= cubes || c.z >= cubes)
+                return;
+            const int end = std::min(c.x + half + 1, cubes);
+            for (int x = std::max(c.x - half, -cubes); x < end;) {
+                const int stop = std::min(end, (x | 7) + 1);
+                const uint64_t row = (uint64_t{1} << (stop - x)) - 1;
+                const Cube first = {x, c.y, c.z};
+                near[MakeBrick(first)].words[c.z & 7] |= row * Bit(first);
+                x = stop;
+            }
         }
 
-        void Set(std::vector<uint64_t> *bits, int x, int y, int z) const
+        [[nodiscard]] bool Contains(Cube c) const
         {
-            const std::size_t bit = Bit(x, y, z);
-            (*bits)[bit / 64] |= uint64_t{1} << (bit % 64);
+            const auto inside = [this](int i) {
+                return i >= -bricksfromorigin * kBrickEdge && i < bricksfromorigin * kBrickEdge;
+            };
+            return inside(c.x) && inside(c.y) && inside(c.z);
         }
 
-        [[nodiscard]] std::size_t Bit(int x, int y, int z) const
+        // The place of the brick that a cube lies in.
+        uint32_t MakeBrick(Cube c)
         {
-            const auto n = static_cast<std::size_t>(size);
-            return (static_cast<std::size_t>(z) * n + static_cast<std::size_t>(y)) * n +
-                   static_cast<std::size_t>(x);
+            uint32_t &number = index[Place(c)];
+            if (number == 0) {
+                for (std::vector<Brick> *bricks : {&near, &occupied}) {
+                    if (bricks->size() == bricks->capacity())
+                        bricks->reserve(bricks->size() / 8 * 9 + 8);
+                    bricks->push_back(Brick{});
+                }
+                number = static_cast<uint32_t>(near.size() - 1);
+            }
+            return number;
         }
+
+        [[nodiscard]] std::size_t Place(Cube c) const
+        {
+            const auto n = 2 * static_cast<std::size_t>(bricksfromorigin);
+            const auto along = [this](int i) {
+                return static_cast<std::size_t>((i >> 3) + bricksfromorigin);
+            };
+            return (along(c.z) * n + along(c.y)) * n + along(c.x);
+        }
+
+        static uint64_t Bit(Cube c) { return uint64_t{1} << ((c.y & 7) * 8 + (c.x & 7)); }
+
+        // The cubes within the reach of one, row by row: so many to either side.
+        struct Row {
+            int dy, dz, half;
+        };
+
+        int shift;       // the edge is the smallest one times two to this
+        double distance; // what a cube without a mark is sure to be clear of
+        int bricksfromorigin;
+        std::vector<Row> rows;
+        std::vector<uint32_t> index; // by brick of space: its place in the following, or 0
+        std::vector<Brick> near;     // a particle lies within the reach; the first has no bit
+        std::vector<Brick> occupied; // a particle lies in the cube
     };
 
-    static std::size_t Words(int size)
+    [[nodiscard]] int BricksFromOrigin(int shift) const
     {
-        const auto n = static_cast<std::size_t>(size);
-        return (n * n * n + 63) / 64;
+        return static_cast<int>(std::ldexp(extent * inverse, -shift) / kBrickEdge) + 1;
     }
 
-    // The cube of the lowest level; returns false for a point too far away to have one.
-    bool FindCube(Vector p, int *x, int *y, int *z) const
-    {
-        const Vector c = {(p.x + extent) * inverse, (p.y + extent) * inverse, (p.z + extent) * inverse};
-        if (!HasCube(c))
-            return false;
-        *x = Floor(c.x);
-        *y = Floor(c.y);
-        *z = Floor(c.z);
-        return true;
-    }
-
-    std::vector<Level> levels; // the finest first
+    std::vector<Level> levels; // the nearest distance first
     double extent = 0;
-    double edge = 0;    // of the finest cubes
-    double inverse = 0; // its reciprocal
+    double inverse = 0; // of the smallest edge
     int last = 0;       // level of the last answer
 };

@@ -4,6 +4,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <vector>
 
 #include "growth/array.h"
@@ -14,8 +15,6 @@
 #include "surface/surface.h"
 #include "surface/surface_index.h"
 
-// Steps after which a walker that has not stuck is abandoned for a new one.
-constexpr int kWalkerLife = 10000;
 constexpr double kPercent = 0.01;
 
 namespace
@@ -25,23 +24,34 @@ struct Extent {
     int count;
     double maxweight, radius;
 };
+
+// Of the way from a particle to its root.
+struct Path {
+    int length;   // how many particles the flow counts on it
+    int ancestor; // the particle so many up as there are kStrides, or -1
+};
 } // namespace
 static Extent extent = {-1, 0, 0};
 
 static unsigned aggregatenumber = 0;
 
+// By particle, known for the first of them.
+static std::vector<Path> paths;
+// A long path is walked in so many strides at once: their loads do not wait for each other.
+constexpr int kStrides = 8;
+
 // Steps of the growth step, in the order in which they are taken.
 static void LaunchWalker();
-static void CountStep();
 static void MoveAtRandom();
-static void Drift();
 static void Rotate();
 static bool MeetsBranch(int partner);
 static bool CutsSurface(int partner);
 static bool PokesThroughGap();
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
-static void UpdateExtent();
+static double AddFlowPlainly(int partner);
+static bool KnowPaths(int count);
+static void UpdateExtent(double largestflow);
 
 static void StopGrowth();
 static void Explain(const char *rejection);
@@ -52,13 +62,13 @@ void IterateSystem()
         LaunchWalker();
 
     const Vector undo = growthstate.pos;
-    CountStep();
+    CountSteps(1);
     MoveAtRandom();
     if (Modulus(growthstate.pos) > LaunchRadius()) {
         growthstate.pos = undo;
         return;
     }
-    Drift();
+    Drift(1);
     Rotate();
 
     const int partner = FindPartner();
@@ -71,8 +81,7 @@ void IterateSystem()
         growthstate.pos = undo;
         return;
     }
-    AddFlow(partner);
-    UpdateExtent();
+    UpdateExtent(AddFlow(partner));
     growthstate.stepcount = 0;
 }
 
@@ -80,6 +89,7 @@ void ForgetAggregate()
 {
     DropNeighbourIndex();
     extent.count = -1;
+    paths.clear();
     aggregatenumber++;
 }
 
@@ -93,7 +103,34 @@ double LaunchRadius()
     return 2 * growthstate.branchlength + growthstate.radius;
 }
 
-void AddFlow(int partner)
+double AddFlow(int partner)
+{
+    if (!KnowPaths(partner + 1))
+        return AddFlowPlainly(partner);
+    const double share = 1.0 / paths[partner].length;
+    double largest = 0;
+    const auto add = [&](int i) {
+        cells[i].weight += share;
+        largest = std::max(largest, cells[i].weight);
+    };
+    int at[kStrides];
+    at[0] = partner;
+    for (int k = 1; k < kStrides; k++)
+        at[k] = at[k - 1] < 0 ? -1 : cells[at[k - 1]].parent;
+    while (at[kStrides - 1] >= 0) {
+        for (int &i : at) {
+            add(i);
+            i = paths[i].ancestor;
+        }
+    }
+    for (const int i : at)
+        if (i >= 0)
+            add(i);
+    return largest;
+}
+
+// The same without the memory that it takes to be fast.
+static double AddFlowPlainly(int partner)
 {
     int n = 1;
     int i = partner;
@@ -101,8 +138,31 @@ void AddFlow(int partner)
         n++;
         i = cells[i].parent;
     } while (i > 0);
-    for (i = partner; i >= 0; i = cells[i].parent)
+    double largest = 0;
+    for (i = partner; i >= 0; i = cells[i].parent) {
         cells[i].weight += 1.0 / n;
+        largest = std::max(largest, cells[i].weight);
+    }
+    return largest;
+}
+
+// Finds the paths of the first `count` particles. Returns false where there is no memory for them.
+static bool KnowPaths(int count)
+{
+    try {
+        for (int i = static_cast<int>(paths.size()); i < count; i++) {
+            if (paths.size() == paths.capacity())
+                paths.reserve(paths.size() / 8 * 9 + 1000);
+            const int parent = cells[i].parent;
+            int ancestor = i;
+            for (int k = 0; k < kStrides && ancestor >= 0; k++)
+                ancestor = cells[ancestor].parent;
+            paths.push_back({parent > 0 ? paths[parent].length + 1 : 2, ancestor});
+        }
+        return true;
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
 }
 
 // The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
@@ -116,12 +176,12 @@ static void LaunchWalker()
 }
 
 // The count starts over, in phase with the launches, before it overflows.
-static void CountStep()
+void CountSteps(int steps)
 {
-    if (growthstate.stepcount == INT_MAX)
+    if (growthstate.stepcount > INT_MAX - steps)
         growthstate.stepcount %= kWalkerLife;
-    growthstate.stepcount++;
-    growthstate.steptotal++;
+    growthstate.stepcount += steps;
+    growthstate.steptotal += steps;
 }
 
 static void MoveAtRandom()
@@ -134,8 +194,12 @@ static void MoveAtRandom()
     growthstate.pos = growthstate.pos + growthstate.branchlength * step;
 }
 
-// Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
-static void Drift()
+double DriftLength()
+{
+    return growthstate.branchlength * growthstate.bias * kPercent;
+}
+
+void Drift(double steps)
 {
     const int nplaced = std::min(growthstate.nroots, ncells);
     if (!(growthstate.bias > 0) || nplaced < 1)
@@ -152,7 +216,7 @@ static void Drift()
         target.y = cells[DrawInteger() % nplaced].p.y;
         target.z = cells[DrawInteger() % nplaced].p.z;
     }
-    const double b = growthstate.branchlength * growthstate.bias * kPercent;
+    const double b = DriftLength() * steps;
     Vector direction = target - growthstate.pos;
     Normalise(&direction);
     growthstate.pos = growthstate.pos - b * direction;
@@ -247,13 +311,12 @@ static bool Stick(int partner)
 
 // Raises maxweight and radius to the largest of any particle. Where they already were that before this stick,
 // only the path from the new particle to its root can raise them.
-static void UpdateExtent()
+static void UpdateExtent(double largestflow)
 {
     const bool waslargest = extent.count == ncells - 1 && extent.maxweight == growthstate.maxweight &&
                             extent.radius == growthstate.radius;
     if (waslargest) {
-        for (int i = ncells - 1; i >= 0; i = cells[i].parent)
-            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+        growthstate.maxweight = std::max(growthstate.maxweight, largestflow);
         growthstate.radius = std::max(growthstate.radius, Modulus(cells[ncells - 1].p));
     } else {
         for (int i = 0; i < ncells; i++) {

@@ -12,10 +12,13 @@
 // where it was before the step.
 void IterateSystem();
 
+// Steps after which a walker that has not stuck is abandoned for a new one.
+constexpr int kWalkerLife = 10000;
+
 // Adds the flow that a particle brings which sticks to particle `partner`: 1/n along the path of n particles from
 // it to its root. The walk that counts n stops at index 0 and the walk that adds passes through it (kept): paths
-// that end in root 0 get a slightly larger share.
-void AddFlow(int partner);
+// that end in root 0 get a slightly larger share. Returns the largest flow on the path.
+double AddFlow(int partner);
 
 // Drops what growth remembers of the particles. Call after replacing the particles of cells rather than
 // appending to them.
@@ -23,6 +26,18 @@ void ForgetAggregate();
 
 // Number of calls of ForgetAggregate: it differs between an aggregate and the one before it.
 unsigned AggregateNumber();
+
+// Parts of the step that flights share (growth/flights.h) ------------------------------------------------------
+
+// Counts so many steps of the walker, at most kWalkerLife.
+void CountSteps(int steps);
+
+// How far the walker drifts in a step.
+double DriftLength();
+
+// Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept), by the
+// drift of so many steps.
+void Drift(double steps);
 
 // Radius of the sphere about the origin on which walkers start and beyond which they do not go.
 double LaunchRadius();

@@ -1,6 +1,7 @@
 #include "growth/neighbour_search.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <new>
 #include <vector>
@@ -19,9 +20,12 @@ constexpr double kLongestBranch = 1e9;
 constexpr int kMostMaps = 16;
 // Where the maps end, in launch radii; they are made anew when the aggregate outgrows them.
 constexpr double kMapRoom = 1.25;
-// Bytes that the maps may take, together: for themselves and per particle.
-constexpr double kMapBytes = 8e6;
-constexpr double kMapBytesPerParticle = 40;
+// The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
+// of two branch lengths with its drift.
+constexpr double kMapEdge = 1.03;
+// Bytes that may find the maps' bricks, together: for themselves and per particle. The edge doubles where it must.
+constexpr double kMapBytes = 16e6;
+constexpr double kMapBytesPerParticle = 16;
 
 // The scan -----------------------------------------------------------------------------------------------
 
@@ -94,11 +98,17 @@ struct NeighbourIndex {
     CubeLists lists;
     // A map for each class, or one for all particles. None: nothing is known to be clear.
     std::vector<ClearanceMap> maps;
-    double mapextent = 0; // what they were made to cover
+    double mapextent = 0;    // what they were made to cover
+    double mapedge = 0;      // of their smallest cubes
+    bool arefitting = false; // nothing has come since they were found to fit
 
     // A ball that is free of walkers' partners: no particle lies within a branch length of a point in it.
     Vector freecentre = {0, 0, 0};
     double freeradius2 = -1;
+    // The last question of the map: the place and its free radius, if nothing has come since.
+    Vector asked = {0, 0, 0};
+    double answer = 0;
+    bool isasked = false;
 };
 } // namespace
 
@@ -109,8 +119,12 @@ static bool NewestIsUnmoved();
 static bool Prepare();
 static void Build();
 static void Insert(int i);
+static bool MapsFit();
 static void MakeMaps();
+static int MapCount();
+static double MapEdge();
 static ClearanceMap *MapOf(int i);
+static double AskMap(Vector pos);
 static int ScanAll();
 static int NewestWithinReach(int below);
 static int PartnerInOrder(int newest);
@@ -126,16 +140,36 @@ int FindPartner()
     if (!Prepare() || !neighbourindex.lists.Holds(pos))
         return ScanAll();
 
-    if (ClearanceMap *map = MapOf(ncells); map != nullptr) {
-        const double free = map->Clearance(pos) - growthstate.branchlength;
-        if (free >= 0) {
-            neighbourindex.freecentre = pos;
-            neighbourindex.freeradius2 = free * free;
-            return -1;
-        }
-    }
+    if (AskMap(pos) >= 0)
+        return -1;
     const int newest = NewestWithinReach(ncells);
     return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
+}
+
+double FreeRadius()
+{
+    const Vector pos = growthstate.pos;
+    if (IsCurrent() && neighbourindex.isasked && pos.x == neighbourindex.asked.x &&
+        pos.y == neighbourindex.asked.y && pos.z == neighbourindex.asked.z)
+        return neighbourindex.answer;
+    return Prepare() && neighbourindex.lists.Holds(pos) ? AskMap(pos) : -1;
+}
+
+// The free radius at a point, which the index keeps as its free ball.
+static double AskMap(Vector pos)
+{
+    ClearanceMap *map = MapOf(ncells);
+    if (map == nullptr)
+        return -1;
+    const double free = map->Clearance(pos) - growthstate.branchlength;
+    neighbourindex.asked = pos;
+    neighbourindex.answer = free;
+    neighbourindex.isasked = true;
+    if (free >= 0) {
+        neighbourindex.freecentre = pos;
+        neighbourindex.freeradius2 = free * free;
+    }
+    return free;
 }
 
 void AddToNeighbourIndex()
@@ -157,6 +191,7 @@ void DropNeighbourIndex()
     neighbourindex.array = nullptr;
     neighbourindex.count = -1;
     neighbourindex.freeradius2 = -1;
+    neighbourindex.isasked = false;
 }
 
 void FreeNeighbourIndex()
@@ -184,8 +219,9 @@ static bool Prepare()
     try {
         if (!IsCurrent() || !NewestIsUnmoved())
             Build();
-        else if (neighbourindex.usable && LaunchRadius() > neighbourindex.mapextent)
+        else if (neighbourindex.usable && !neighbourindex.arefitting && !MapsFit())
             MakeMaps();
+        neighbourindex.arefitting = true;
     } catch (const std::bad_alloc &) {
         neighbourindex = NeighbourIndex();
         return false;
@@ -225,23 +261,47 @@ static void Insert(int i)
         map->Mark(p);
     neighbourindex.count = i + 1;
     neighbourindex.newest = p;
+    neighbourindex.arefitting = false;
     neighbourindex.freeradius2 = -1;
+    neighbourindex.isasked = false;
+}
+
+static bool MapsFit()
+{
+    return LaunchRadius() <= neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
 }
 
 static void MakeMaps()
 {
     neighbourindex.maps.clear();
     neighbourindex.freeradius2 = -1;
+    neighbourindex.isasked = false;
     neighbourindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
+    neighbourindex.mapedge = MapEdge();
     if (!(neighbourindex.mapextent / growthstate.branchlength < kFarthestCube))
         return; // searched without a map
-    const int count = neighbourindex.classes <= kMostMaps ? neighbourindex.classes : 1;
-    const double bytes = (kMapBytes + kMapBytesPerParticle * ncells) / count;
-    neighbourindex.maps.resize(static_cast<std::size_t>(count));
+    neighbourindex.maps.resize(static_cast<std::size_t>(MapCount()));
     for (ClearanceMap &map : neighbourindex.maps)
-        map.Start(kMargin * growthstate.branchlength, neighbourindex.mapextent, bytes);
+        map.Start(neighbourindex.mapedge, neighbourindex.mapextent);
     for (int i = 0; i < ncells; i++)
         MapOf(i)->Mark(cells[i].p);
+}
+
+static int MapCount()
+{
+    return neighbourindex.classes <= kMostMaps ? neighbourindex.classes : 1;
+}
+
+// The edge of the smallest cubes. It follows from the aggregate alone, so that a run that is resumed makes the maps that
+// it left.
+static double MapEdge()
+{
+    const auto count = static_cast<double>(std::bit_floor(static_cast<unsigned>(ncells)));
+    const double bytes = (kMapBytes + kMapBytesPerParticle * count) / MapCount();
+    double edge = kMapEdge * growthstate.branchlength;
+    while (ClearanceMap::IndexBytes(edge, LaunchRadius()) > bytes)
+        edge *= 2;
+    return edge;
 }
 
 // The map that a particle of index i is marked in, or nullptr.

@@ -11,6 +11,9 @@
 // distance so far (kept), and stop at the first that is nearer than a branch length.
 int FindPartner();
 
+// The radius of a ball about the walker in which no walker has a partner, below 0 where none is known.
+double FreeRadius();
+
 // The last particle of cells is new: the index follows, wherever cells has moved to.
 void AddToNeighbourIndex();
 

@@ -11,6 +11,7 @@
 
 constexpr double kInfinity = HUGE_VAL;
 
+static const char *WalkName(int walk);
 static const char *AggregateModeName(int mode);
 static const char *SurfaceModeName(int mode);
 static int Truncate(double value);
@@ -32,6 +33,8 @@ static const Parameter kParameters[] = {
      "How near the line of a new branch may come to that of another; 0: as near as it likes."},
     {"growth", "association", &growthstate.association, 0, 0, 1, kSignDropped, "",
      "A particle attaches only to particles of its class, its number modulo that of the roots.", SwitchName},
+    {"growth", "walk", &growthstate.walk, kWalkSteps, kWalkSteps, kWalkFlights, kLimited, "",
+     "How walkers move: step by step, or through empty space in flights.", WalkName},
     {"roots", "count", &growthstate.nroots, 1, 0, INT_MAX, kSignDropped, "", "How many roots there are."},
     {"roots", "range", &growthstate.rootrange, 10, -kInfinity, kInfinity, kAnyNumber, "length",
      "The space over which several roots are placed."},
@@ -107,6 +110,11 @@ void SetDefaults(const char *group)
 const char *SwitchName(int value)
 {
     return value == 0 ? "false" : "true";
+}
+
+static const char *WalkName(int walk)
+{
+    return walk == kWalkSteps ? "steps" : walk == kWalkFlights ? "flights" : nullptr;
 }
 
 static const char *AggregateModeName(int mode)

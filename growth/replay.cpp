@@ -30,11 +30,7 @@ Replay::~Replay()
 
 void Replay::GrowTo(int count) const
 {
-    for (; ncells < std::min(count, allcells); ncells++) {
-        const int partner = cells[ncells].parent;
-        AddFlow(partner);
-        for (int i = partner; i >= 0; i = cells[i].parent)
-            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
-    }
+    for (; ncells < std::min(count, allcells); ncells++)
+        growthstate.maxweight = std::max(growthstate.maxweight, AddFlow(cells[ncells].parent));
     ForgetAggregate();
 }

@@ -65,6 +65,11 @@ static void Change(const PanelObject &object, const Parameter &parameter)
     const GrowthState old = growthstate;
     const bool button = object.kind == kPanelCheckButton;
     SetParameter(parameter, button ? fl_get_button(*object.handle) : atof(fl_get_input(*object.handle)));
+    if (growthstate.walk == kWalkFlights && growthstate.rotation != 0) {
+        growthstate.rotation = 0;
+        fl_show_message("Particle rotation", "This aggregate grows in flights, which cannot be turned", "");
+        UpdateForms();
+    }
     if (!object.restarts || (MemoryHoldsRoots() && WithWaitCursor(RestartFromRoots)))
         return;
     growthstate = old;

@@ -50,6 +50,9 @@ enum SourceType {
     kSourceSurface
 };
 
+// How walkers move.
+enum Walk { kWalkSteps, kWalkFlights };
+
 // How roots are placed.
 enum RootType {
     kRootOrigin = 1,
@@ -82,6 +85,7 @@ struct GrowthState {
     int roottype;          // RootType
     char rootname[128];    // name of the root distribution, or the path of the seed file
     int association;       // nonzero: a particle attaches only to its own class, index mod nroots
+    int walk;              // Walk
     double intersectrange; // self-intersection tolerance, percent of the branch length; 0 is off
     char surfacename[256]; // name of the constraint surface, or "None"
 };

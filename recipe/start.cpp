@@ -152,6 +152,10 @@ static Fault CheckGrowth(const Recipe &recipe)
     };
     if (ncells == 0)
         return never("roots.count", "there is no root");
+    if (growthstate.walk == kWalkFlights && growthstate.rotation != 0)
+        return {kRequestFault, recipe.PlaceOf("growth.rotation") +
+                                   ": growth.rotation is not 0, and flights cannot be turned; growth.walk "
+                                   "\"steps\" can"};
     const double launchradius = LaunchRadius();
     if (!(launchradius < kFarthest))
         return never("growth.branch_length", "the space is too large to be walked");

@@ -159,8 +159,8 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          [](hid_t file) {
              ReplaceTable(file, "roots", {2, 3});
          }},
-        {"written by a newer program, in format 2; this one reads up to 1",
-         [](hid_t file) { SetAttribute<int>(file, ".", "format_version", 2); }},
+        {"written by a newer program, in format 3; this one reads up to 2",
+         [](hid_t file) { SetAttribute<int>(file, ".", "format_version", 3); }},
         {"format_version is no such number",
          [](hid_t file) { SetAttribute<double>(file, ".", "format_version", 1); }},
         {"an HDF5 file, but of another program", [](hid_t file) { H5Adelete(file, "format"); }},
@@ -168,6 +168,13 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          [](hid_t file) { SetAttribute<double>(file, "parameters/growth", "stickiness", 101); }},
         {"seed is missing",
          [](hid_t file) { H5Adelete_by_name(file, "parameters/growth", "seed", H5P_DEFAULT); }},
+        {"growth/walk is out of range",
+         [](hid_t file) { SetAttribute<int>(file, "parameters/growth", "walk", 2); }},
+        {"flights with a rotation",
+         [](hid_t file) {
+             SetAttribute<int>(file, "parameters/growth", "walk", kWalkFlights);
+             SetAttribute<double>(file, "parameters/growth", "rotation", 1);
+         }},
         {"walk: a number is out of range",
          [](hid_t file) { SetAttribute<double>(file, "walk", "radius", NAN); }},
         {"walk/drand48 is out of range",

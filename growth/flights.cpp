@@ -1,0 +1,83 @@
+#include "growth/flights.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "growth/generators.h"
+#include "growth/growth_step.h"
+#include "growth/neighbour_search.h"
+#include "growth/state.h"
+
+// In branch lengths. What would be shorter is walked.
+constexpr double kShortestFlight = 2;
+// In launch radii: the launch sphere is to look flat from a walker that is mirrored at it.
+constexpr double kLongestFlight = 0.15;
+// In radii of the flight. Drift shifts the sphere's points in the mean by this; how it tilts their distribution
+// beyond a shift is of the order of its square.
+constexpr double kLargestDrift = 0.05;
+
+static double FlightRadius();
+static void Fly(double radius);
+static void MirrorAtLaunchSphere();
+static Vector DrawDirection();
+
+WalkMove MoveOfWalk()
+{
+    return growthstate.walk == kWalkFlights ? IterateFlights : IterateSystem;
+}
+
+void IterateFlights()
+{
+    const bool launches = growthstate.stepcount % kWalkerLife == 0;
+    const double radius = launches ? 0 : FlightRadius();
+    if (radius >= kShortestFlight * growthstate.branchlength)
+        Fly(radius);
+    else
+        IterateSystem();
+}
+
+// The radius of the flight that there is room for. Its drift stays within the free ball.
+static double FlightRadius()
+{
+    const double free = FreeRadius();
+    const double radius = std::min(free, kLongestFlight * LaunchRadius());
+    if (!(growthstate.bias > 0))
+        return radius;
+    // A flight of radius r drifts by slope r^2.
+    const double slope = DriftLength() / (growthstate.branchlength * growthstate.branchlength);
+    const double slowed = std::min(radius, kLargestDrift / slope);
+    return std::min(slowed, free / (1 + slope * slowed));
+}
+
+// A walker whose life ends on the way is abandoned: nothing can have stopped it.
+static void Fly(double radius)
+{
+    const double lengths = radius / growthstate.branchlength;
+    const double left = kWalkerLife - growthstate.stepcount % kWalkerLife;
+    const double steps = std::min(std::round(lengths * lengths), left);
+    CountSteps(static_cast<int>(steps));
+    Drift(steps);
+    growthstate.pos = growthstate.pos + radius * DrawDirection();
+    MirrorAtLaunchSphere();
+}
+
+static void MirrorAtLaunchSphere()
+{
+    const double distance = Modulus(growthstate.pos);
+    if (distance > LaunchRadius())
+        growthstate.pos = (2 * LaunchRadius() / distance - 1) * growthstate.pos;
+}
+
+// Uniformly on the unit sphere: G. Marsaglia, "Choosing a Point from the Surface of a Sphere", Ann. Math. Stat. 43
+// (1972) 645. Made of operations that give the same bits on every machine.
+static Vector DrawDirection()
+{
+    double u = 0, v = 0, square = 0;
+    do {
+        u = 2 * DrawUniform() - 1;
+        v = 2 * DrawUniform() - 1;
+        square = u * u + v * v;
+    } while (square >= 1);
+    const double lateral = 2 * std::sqrt(1 - square);
+    return {lateral * u, lateral * v, 1 - 2 * square};
+}
