@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "growth/flights.h"
 #include "growth/generators.h"
-#include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 
@@ -29,8 +29,9 @@ long GrowOn(int particles, long most)
     long steps = 0;
     while (ncells < particles && steps < most) {
         const HeldGenerators held;
+        const WalkMove move = MoveOfWalk();
         for (int i = 0; i < kStepsPerCall; i++)
-            IterateSystem();
+            move();
         steps += kStepsPerCall;
     }
     return steps;

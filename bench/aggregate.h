@@ -8,6 +8,6 @@ double Now();
 // Grows the default aggregate from its start to that many particles, and pauses growth.
 void GrowDefault(int particles);
 
-// Takes steps as the idle driver does, a hundred at a time, until there are `particles` particles or `most`
-// steps have been taken; returns how many.
+// Moves walkers as the idle driver does, a hundred times at a time, until there are `particles` particles or `most`
+// moves have been made; returns how many.
 long GrowOn(int particles, long most);

@@ -1,6 +1,7 @@
-// Grows the default aggregate and prints, at each decade of particles, time, steps, memory and radius.
+// Grows the default aggregate and prints, at each decade of particles, time, moves, memory and radius; and the time of a
+// step of the chain, which is measured in turns with growth.
 //
-//     decades [particles]      (1,000,000 by default, which takes minutes)
+//     decades [particles [flights]]      (1,000,000 by default; flights walk without bias)
 
 #include <cmath>
 #include <cstdio>
@@ -9,8 +10,13 @@
 #include <sys/resource.h>
 
 #include "aggregate.h"
+#include "floor.h"
 #include "growth/roots.h"
 #include "growth/state.h"
+
+// Moves between two measurements of the chain, and the steps of each.
+constexpr long kTurn = 10000000;
+constexpr long kChainSteps = 500000;
 
 static double PeakBytes()
 {
@@ -24,23 +30,37 @@ int main(int argc, char **argv)
     const int most = argc > 1 ? atoi(argv[1]) : 1000000;
     SetProgramDefaults();
     InitialiseGrowth();
+    if (argc > 2) {
+        growthstate.walk = kWalkFlights;
+        growthstate.bias = 0;
+    }
     const double empty = PeakBytes();
-    const double start = Now();
-    long steps = 0;
-    double radius = 0;
-    printf("%10s %10s %14s %9s %14s %10s %8s\n", "particles", "seconds", "steps", "ns/step", "peak bytes/p",
-           "radius", "slope");
+    double seconds = 0, chain = 0, radius = 0;
+    long chainsteps = 0, moves = 0;
+    int before = 0;
+    printf("%10s %10s %14s %9s %9s %9s %14s %10s %8s\n", "particles", "seconds", "moves", "ns/move", "chain ns",
+           "moves/p", "peak bytes/p", "radius", "slope");
     for (int decade = 1000; decade <= most; decade *= 10) {
-        steps += GrowOn(decade, 1L << 60);
-        const double seconds = Now() - start;
-        printf("%10d %10.2f %14ld %9.1f %14.1f %10.2f", ncells, seconds, steps,
-               1e9 * seconds / static_cast<double>(steps), (PeakBytes() - empty) / ncells,
+        const long movesbefore = moves;
+        const double secondsbefore = seconds;
+        while (ncells < decade) {
+            const double start = Now();
+            moves += GrowOn(decade, kTurn);
+            seconds += Now() - start;
+            chain += TimeChain(kChainSteps);
+            chainsteps += kChainSteps;
+        }
+        printf("%10d %10.2f %14ld %9.1f %9.2f %9.1f %14.1f %10.2f", ncells, seconds, moves,
+               1e9 * (seconds - secondsbefore) / static_cast<double>(moves - movesbefore),
+               1e9 * chain / static_cast<double>(chainsteps),
+               static_cast<double>(moves - movesbefore) / (ncells - before), (PeakBytes() - empty) / ncells,
                growthstate.radius);
         if (radius > 0)
             printf(" %8.3f", 1 / std::log10(growthstate.radius / radius));
         printf("\n");
         fflush(stdout);
         radius = growthstate.radius;
+        before = ncells;
     }
     return 0;
 }

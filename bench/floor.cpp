@@ -1,6 +1,7 @@
 #include "floor.h"
 
 #include <cstdlib>
+#include <vector>
 
 #include "aggregate.h"
 #include "growth/sources.h"
@@ -47,5 +48,35 @@ double TimeFloor(long steps)
         sum += drand48();
     }
     kept = sum + pos.x;
+    return Now() - start;
+}
+
+double TimeChain(long steps)
+{
+    static const std::vector<Vector> directions = [] {
+        std::vector<Vector> drawn(4096);
+        for (Vector &direction : drawn) {
+            direction = {drand48() - 0.5, drand48() - 0.5, drand48() - 0.5};
+            Normalise(&direction);
+        }
+        return drawn;
+    }();
+    static Vector pos = {0, 0, 0};
+    const double limit = 100;
+    const double drift = 0.001;
+    const Vector root = {0, 0, 0};
+    const double start = Now();
+    for (long step = 0; step < steps; step++) {
+        const Vector undo = pos;
+        pos = pos + directions[static_cast<std::size_t>(step) % directions.size()];
+        if (Modulus(pos) > limit) {
+            pos = undo;
+            continue;
+        }
+        Vector direction = root - pos;
+        Normalise(&direction);
+        pos = pos - drift * direction;
+    }
+    kept = pos.x;
     return Now() - start;
 }

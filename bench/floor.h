@@ -6,3 +6,7 @@
 
 // Takes `steps` steps of a walker within the current launch radius. Returns the seconds that they took.
 double TimeFloor(long steps);
+
+// Seconds that so many steps of the chain take: the operations of the default step that wait for each other (move,
+// distance from the root, division, drift), along directions that are there beforehand.
+double TimeChain(long steps);

@@ -1,4 +1,4 @@
-// Growth against its floor, side by side: after every batch of growth steps, as many steps of the floor.
+// Growth against its floor and its chain, side by side: after every batch of growth steps, as many of each.
 
 #include <algorithm>
 #include <climits>
@@ -61,13 +61,14 @@ static void BM_Growth(benchmark::State &state, Setting setting, int from, int to
         Start(setting);
         GrowOn(from, 1L << 60);
         double growth = 0;
-        double floor = 0;
+        double floor = 0, chain = 0;
         long steps = 0;
         while (ncells < to) {
             const double start = Now();
             const long taken = GrowOn(to, 1000000);
             growth += Now() - start;
             floor += TimeFloor(taken);
+            chain += TimeChain(taken);
             steps += taken;
         }
         state.SetIterationTime(growth);
@@ -75,6 +76,7 @@ static void BM_Growth(benchmark::State &state, Setting setting, int from, int to
         state.counters["ns_per_step"] = 1e9 * growth / static_cast<double>(steps);
         state.counters["floor_ns"] = 1e9 * floor / static_cast<double>(steps);
         state.counters["ratio"] = growth / floor;
+        state.counters["to_chain"] = growth / chain;
     }
 }
 

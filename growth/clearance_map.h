@@ -84,75 +84,89 @@ private:
         Cube operator>>(int shift) const { return {x >> shift, y >> shift, z >> shift}; }
     };
 
+    static uint64_t Bit(Cube c) { return uint64_t{1} << ((c.y & 7) * 8 + (c.x & 7)); }
+
     // Bits of 8 x 8 x 8 cubes: a word for each z, a byte of it for each y.
     struct alignas(64) Brick {
         std::array<uint64_t, kBrickEdge> words;
     };
 
+    // The cubes that come nearer to one than the reach.
+    struct Stencil {
+        // Those of one z, in the two by two bricks that they meet.
+        using Slice = std::array<uint64_t, 4>;
+
+        explicit Stencil(int squaredreach) : reach(1 + static_cast<int>(std::sqrt(squaredreach - 1)))
+        {
+            const auto gap2 = [](int d) { return d * d > 1 ? (std::abs(d) - 1) * (std::abs(d) - 1) : 0; };
+            slices.resize(static_cast<std::size_t>(reach + 1) * kPlaces);
+            for (int dz = 0; dz <= reach; dz++)
+                for (int place = 0; place < kPlaces; place++)
+                    for (int dy = -reach; dy <= reach; dy++)
+                        for (int dx = -reach; dx <= reach; dx++)
+                            if (gap2(dx) + gap2(dy) + gap2(dz) < squaredreach) {
+                                const int x = place % 8 + reach + dx, y = place / 8 + reach + dy;
+                                slices[dz * kPlaces + place][y / 8 * 2 + x / 8] |= Bit({x, y, 0});
+                            }
+        }
+
+        // The slice so many cubes above the lowest, which has its corner there.
+        [[nodiscard]] const Slice &SliceAt(int dz, Cube corner) const
+        {
+            return slices[std::abs(dz - reach) * kPlaces + ((corner.y & 7) * 8 + (corner.x & 7))];
+        }
+
+        static constexpr int kPlaces = kBrickEdge * kBrickEdge; // of the corner in its brick
+        int reach;
+        std::vector<Slice> slices; // by distance along z, and place
+    };
+
     struct Level {
         Level(double smallestedge, int steps, int squaredreach, int half)
             : shift(steps), distance(std::sqrt(squaredreach) * std::ldexp(smallestedge, steps) / kMargin),
-              bricksfromorigin(half), index(8 * static_cast<std::size_t>(half) * half * half), near(1),
-              occupied(1)
+              bricksfromorigin(half), stencil(squaredreach),
+              index(8 * static_cast<std::size_t>(half) * half * half), near(1), occupied(1)
         {
-            const auto gap = [](int d) { return std::max(std::abs(d) - 1, 0); };
-            const int reach = 1 + static_cast<int>(std::sqrt(squaredreach));
-            for (int dz = -reach; dz <= reach; dz++)
-                for (int dy = -reach; dy <= reach; dy++)
-                    for (int dx = reach; dx >= 0; dx--)
-                        if (gap(dx) * gap(dx) + gap(dy) * gap(dy) + gap(dz) * gap(dz) < squaredreach) {
-                            rows.push_back({dy, dz, dx});
-                            break;
-                        }
         }
 
         [[nodiscard]] bool IsMarked(Cube c) const
         {
-            return (near[index[Place(c)]].words[c.z & 7] & Bit(c)) != 0;
+            return (near[index[Place(c >> 3)]].words[c.z & 7] & Bit(c)) != 0;
         }
 
         // A particle lies in the cube, which may be outside of the map. Returns false where that was known.
         bool Occupy(Cube c)
         {
-            if (Contains(c)) {
-                uint64_t &word = occupied[MakeBrick(c)].words[c.z & 7];
+            const Cube own = c >> 3;
+            if (Contains(own)) {
+                uint64_t &word = occupied[MakeBrick(own)].words[c.z & 7];
                 if ((word & Bit(c)) != 0)
                     return false;
                 word |= Bit(c);
             }
-            for (const Row &row : rows)
-                MarkRow({c.x, c.y + row.dy, c.z + row.dz}, row.half);
+            const Cube corner = {c.x - stencil.reach, c.y - stencil.reach, c.z - stencil.reach};
+            for (int dz = 0; dz <= 2 * stencil.reach; dz++) {
+                const Stencil::Slice &slice = stencil.SliceAt(dz, corner);
+                for (int k = 0; k < 4; k++) {
+                    const Cube brick = {(corner.x >> 3) + k % 2, (corner.y >> 3) + k / 2,
+                                        (corner.z + dz) >> 3};
+                    if (slice[k] != 0 && Contains(brick))
+                        near[MakeBrick(brick)].words[(corner.z + dz) & 7] |= slice[k];
+                }
+            }
             return true;
         }
 
-        // Marks so many cubes to either side of one.
-        void MarkRow(Cube c, int half)
+        [[nodiscard]] bool Contains(Cube brick) const
         {
-            const int cubes = bricksfromorigin * kBrickEdge;
-            if (c.y < -cubes || c.z < -cubes || c.y >= cubes || c.z >= cubes)
-                return;
-            const int end = std::min(c.x + half + 1, cubes);
-            for (int x = std::max(c.x - half, -cubes); x < end;) {
-                const int stop = std::min(end, (x | 7) + 1);
-                const uint64_t row = (uint64_t{1} << (stop - x)) - 1;
-                const Cube first = {x, c.y, c.z};
-                near[MakeBrick(first)].words[c.z & 7] |= row * Bit(first);
-                x = stop;
-            }
+            const auto inside = [this](int i) { return i >= -bricksfromorigin && i < bricksfromorigin; };
+            return inside(brick.x) && inside(brick.y) && inside(brick.z);
         }
 
-        [[nodiscard]] bool Contains(Cube c) const
+        // The place of a brick, which is made where there is none.
+        uint32_t MakeBrick(Cube brick)
         {
-            const auto inside = [this](int i) {
-                return i >= -bricksfromorigin * kBrickEdge && i < bricksfromorigin * kBrickEdge;
-            };
-            return inside(c.x) && inside(c.y) && inside(c.z);
-        }
-
-        // The place of the brick that a cube lies in.
-        uint32_t MakeBrick(Cube c)
-        {
-            uint32_t &number = index[Place(c)];
+            uint32_t &number = index[Place(brick)];
             if (number == 0) {
                 for (std::vector<Brick> *bricks : {&near, &occupied}) {
                     if (bricks->size() == bricks->capacity())
@@ -164,26 +178,17 @@ private:
             return number;
         }
 
-        [[nodiscard]] std::size_t Place(Cube c) const
+        [[nodiscard]] std::size_t Place(Cube brick) const
         {
             const auto n = 2 * static_cast<std::size_t>(bricksfromorigin);
-            const auto along = [this](int i) {
-                return static_cast<std::size_t>((i >> 3) + bricksfromorigin);
-            };
-            return (along(c.z) * n + along(c.y)) * n + along(c.x);
+            const auto along = [this](int i) { return static_cast<std::size_t>(i + bricksfromorigin); };
+            return (along(brick.z) * n + along(brick.y)) * n + along(brick.x);
         }
-
-        static uint64_t Bit(Cube c) { return uint64_t{1} << ((c.y & 7) * 8 + (c.x & 7)); }
-
-        // The cubes within the reach of one, row by row: so many to either side.
-        struct Row {
-            int dy, dz, half;
-        };
 
         int shift;       // the edge is the smallest one times two to this
         double distance; // what a cube without a mark is sure to be clear of
         int bricksfromorigin;
-        std::vector<Row> rows;
+        Stencil stencil;
         std::vector<uint32_t> index; // by brick of space: its place in the following, or 0
         std::vector<Brick> near;     // a particle lies within the reach; the first has no bit
         std::vector<Brick> occupied; // a particle lies in the cube

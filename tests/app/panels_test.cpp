@@ -117,6 +117,21 @@ TEST_F(Panels, RootsThatMemoryCannotHoldAreRefused)
     EXPECT_EQ(CountCalls("fl_show_message"), 1);
 }
 
+TEST_F(Panels, FlightsAreNotTurned)
+{
+    growthstate.walk = kWalkFlights;
+    Type(settingform->rotation, "3");
+    EXPECT_EQ(CallsOf("fl_show_message").at(0).text,
+              "Particle rotation|This aggregate grows in flights, which cannot be turned|");
+    EXPECT_EQ(growthstate.rotation, 0);
+    EXPECT_STREQ(fl_get_input(settingform->rotation), "0");
+    Type(settingform->bias, "0.5");
+    EXPECT_EQ(CountCalls("fl_show_message"), 1);
+    growthstate.walk = kWalkSteps;
+    Type(settingform->rotation, "3");
+    EXPECT_EQ(growthstate.rotation, 3);
+}
+
 // What was changed and undone leaves the same aggregate; a restart alone keeps the flow that its root has gathered.
 TEST_F(Panels, ARestartRegrowsTheSameAggregate)
 {

@@ -233,6 +233,22 @@ TEST(AggregateFile, RootsThatAreNowhereAreNotWritten)
     EXPECT_FALSE(fs::exists(kFile));
 }
 
+TEST(AggregateFile, FilesOfFormatOneWereWalkedInSteps)
+{
+    const TemporaryDirectory directory;
+    WriteSmallAggregate();
+    {
+        const Hdf5Object file(H5Fopen(kFile.c_str(), H5F_ACC_RDWR, H5P_DEFAULT), H5Fclose, "file");
+        H5Adelete_by_name(file, "parameters/growth", "walk", H5P_DEFAULT);
+        SetAttribute<int>(file, ".", "format_version", 1);
+    }
+    StoredAggregate stored;
+    ASSERT_EQ(ReadAggregate(kFile, &stored).line, "");
+    growthstate.walk = kWalkFlights;
+    ResumeRun(std::move(stored));
+    EXPECT_EQ(growthstate.walk, kWalkSteps);
+}
+
 TEST(AggregateFile, AParameterIsKeptWithItsUnitAndARunWithItsName)
 {
     const TemporaryDirectory directory;

@@ -95,6 +95,10 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
          "\"Origin\" places one"},
         {"[roots]\ncount = 1\nrange = 25\ndistribution = \"Ring: z axis plane\"",
          "2 r.toml:3: can never grow: no walker comes as far out as the roots are"},
+        {"[growth]\nwalk = \"flight\"",
+         "2 r.toml:2: growth.walk is \"flight\"; allowed: \"steps\", \"flights\""},
+        {"[growth]\nwalk = \"flights\"\nrotation = 1",
+         "2 r.toml:3: growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can"},
         {"[growth]\nbranch_length = 1e160",
          "2 r.toml:2: can never grow: the space is too large to be walked"},
     };
