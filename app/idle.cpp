@@ -15,7 +15,7 @@
 #include "viewer/display.h"
 #include "viewer/statistics.h"
 
-constexpr int kStepsPerCall = 100;
+constexpr int kMovesPerCall = 100;
 // Seconds after a redisplay from which the panels are polled.
 constexpr double kPanelDelay = 0.02;
 // Autospin units per radian.
@@ -66,9 +66,8 @@ static void Grow()
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
     const HeldGenerators held;
-    const WalkMove move = MoveOfWalk();
-    for (int i = 0; i < kStepsPerCall; i++)
-        move();
+    for (int left = kMovesPerCall; left > 0;)
+        left -= WalkUntilStick(left);
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 

@@ -62,10 +62,11 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
 static void GrowBurst(long steps, int particles)
 {
     const HeldGenerators held;
-    const WalkMove move = MoveOfWalk();
+    // A flight counts as many steps: only the last may pass the end.
+    const long turn = growthstate.walk == kWalkFlights ? 1 : steps;
     const long end = growthstate.steptotal + steps;
     while (growthstate.steptotal < end && ncells < particles)
-        move();
+        WalkUntilStick(static_cast<int>(std::min(turn, end - growthstate.steptotal)));
 }
 
 void CatchSignals()

@@ -29,9 +29,8 @@ long GrowOn(int particles, long most)
     long steps = 0;
     while (ncells < particles && steps < most) {
         const HeldGenerators held;
-        const WalkMove move = MoveOfWalk();
-        for (int i = 0; i < kStepsPerCall; i++)
-            move();
+        for (int left = kStepsPerCall; left > 0;)
+            left -= WalkUntilStick(left);
         steps += kStepsPerCall;
     }
     return steps;

@@ -21,9 +21,15 @@ static void Fly(double radius);
 static void MirrorAtLaunchSphere();
 static Vector DrawDirection();
 
-WalkMove MoveOfWalk()
+int WalkUntilStick(int most)
 {
-    return growthstate.walk == kWalkFlights ? IterateFlights : IterateSystem;
+    if (growthstate.walk != kWalkFlights)
+        return IterateUntilStick(most);
+    const int count = ncells;
+    int made = 0;
+    for (; made < most && ncells == count; made++)
+        IterateFlights();
+    return made;
 }
 
 void IterateFlights()

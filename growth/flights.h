@@ -13,6 +13,6 @@
 // follows from the run's records alone: a run that is resumed goes on as if it had never stopped.
 void IterateFlights();
 
-// A move of the run's own walk: IterateSystem or IterateFlights.
-using WalkMove = void (*)();
-WalkMove MoveOfWalk();
+// Moves the walker by the run's own walk, steps or flights, until a particle has stuck or so many moves are made.
+// Returns how many it made.
+int WalkUntilStick(int most);

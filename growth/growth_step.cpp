@@ -42,8 +42,13 @@ constexpr int kStrides = 8;
 
 // Steps of the growth step, in the order in which they are taken.
 static void LaunchWalker();
-static void MoveAtRandom();
-static void Rotate();
+static int WalkFreely(int most);
+static bool MoveWalker(Vector *pos);
+static void MoveAtRandom(Vector *pos);
+static bool IsOutside(Vector pos);
+static void DriftBy(double length, Vector *pos);
+static void Rotate(Vector *pos);
+static void MeetAggregate(Vector undo);
 static bool MeetsBranch(int partner);
 static bool CutsSurface(int partner);
 static bool PokesThroughGap();
@@ -60,17 +65,71 @@ void IterateSystem()
 {
     if (growthstate.stepcount % kWalkerLife == 0)
         LaunchWalker();
-
     const Vector undo = growthstate.pos;
     CountSteps(1);
-    MoveAtRandom();
-    if (Modulus(growthstate.pos) > LaunchRadius()) {
-        growthstate.pos = undo;
-        return;
-    }
-    Drift(1);
-    Rotate();
+    if (MoveWalker(&growthstate.pos))
+        MeetAggregate(undo);
+}
 
+int IterateUntilStick(int most)
+{
+    const int count = ncells;
+    int taken = 0;
+    while (taken < most && ncells == count) {
+        taken += WalkFreely(most - taken);
+        if (taken < most && ncells == count) {
+            IterateSystem();
+            taken++;
+        }
+    }
+    return taken;
+}
+
+// Takes at most so many steps within the free ball that the last search found, and the one that leaves it. Returns how many.
+static int WalkFreely(int most)
+{
+    const int age = growthstate.stepcount % kWalkerLife;
+    const int limit = age == 0 ? 0 : std::min({most, kWalkerLife - age, INT_MAX - growthstate.stepcount});
+    const FreeBall ball = CurrentFreeBall();
+    Vector pos = growthstate.pos;
+    Vector undo = pos;
+    bool left = !ball.Contains(pos);
+    int taken = 0;
+    while (taken < limit && !left) {
+        undo = pos;
+        taken++;
+        if (!MoveWalker(&pos))
+            continue;
+        left = !ball.Contains(pos);
+        if (!left)
+            DrawUniform(); // the stickiness, which nothing is there to ask for
+    }
+    if (taken == 0)
+        return 0;
+    CountSteps(taken);
+    growthstate.pos = pos;
+    if (left)
+        MeetAggregate(undo);
+    return taken;
+}
+
+// Moves a walker by a step. Returns false where that would leave the launch sphere: it stays.
+static bool MoveWalker(Vector *pos)
+{
+    const Vector undo = *pos;
+    MoveAtRandom(pos);
+    if (IsOutside(*pos)) {
+        *pos = undo;
+        return false;
+    }
+    DriftBy(DriftLength(), pos);
+    Rotate(pos);
+    return true;
+}
+
+// The walker that has come to a new place sticks there, or goes on, or is refused and goes back.
+static void MeetAggregate(Vector undo)
+{
     const int partner = FindPartner();
     // Drawn with or without a partner: the sequence of draws does not depend on what a walker meets.
     const double r = DrawUniform();
@@ -184,14 +243,23 @@ void CountSteps(int steps)
     growthstate.steptotal += steps;
 }
 
-static void MoveAtRandom()
+static void MoveAtRandom(Vector *pos)
 {
     Vector step;
     step.x = DrawUniform() - 0.5;
     step.y = DrawUniform() - 0.5;
     step.z = DrawUniform() - 0.5;
     Normalise(&step);
-    growthstate.pos = growthstate.pos + growthstate.branchlength * step;
+    *pos = *pos + growthstate.branchlength * step;
+}
+
+// Of the launch sphere. Well within it, the square of the distance tells.
+static bool IsOutside(Vector pos)
+{
+    const double limit = LaunchRadius();
+    const double squared = DotProduct(pos, pos);
+    constexpr double kRounding = 1e-9;
+    return !(squared < (1 - kRounding) * limit * limit && limit > 0) && std::sqrt(squared) > limit;
 }
 
 double DriftLength()
@@ -200,6 +268,12 @@ double DriftLength()
 }
 
 void Drift(double steps)
+{
+    DriftBy(steps * DriftLength(), &growthstate.pos);
+}
+
+// Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
+static void DriftBy(double length, Vector *pos)
 {
     const int nplaced = std::min(growthstate.nroots, ncells);
     if (!(growthstate.bias > 0) || nplaced < 1)
@@ -212,21 +286,23 @@ void Drift(double steps)
             return;
         target = cells[root].p;
     } else {
-        target.x = cells[DrawInteger() % nplaced].p.x;
-        target.y = cells[DrawInteger() % nplaced].p.y;
-        target.z = cells[DrawInteger() % nplaced].p.z;
+        const auto draw = [nplaced] {
+            const int drawn = DrawInteger();
+            return nplaced == 1 ? 0 : drawn % nplaced;
+        };
+        target.x = cells[draw()].p.x;
+        target.y = cells[draw()].p.y;
+        target.z = cells[draw()].p.z;
     }
-    const double b = DriftLength() * steps;
-    Vector direction = target - growthstate.pos;
+    Vector direction = target - *pos;
     Normalise(&direction);
-    growthstate.pos = growthstate.pos - b * direction;
+    *pos = *pos - length * direction;
 }
 
-static void Rotate()
+static void Rotate(Vector *pos)
 {
     if (growthstate.rotation != 0)
-        growthstate.pos =
-            ArbitraryRotate(growthstate.pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
+        *pos = ArbitraryRotate(*pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
 }
 
 // Whether the line of the new branch comes too near to the line of another.

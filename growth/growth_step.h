@@ -12,6 +12,9 @@
 // where it was before the step.
 void IterateSystem();
 
+// Takes steps until a particle has stuck or so many are taken, faster than one by one. Returns how many it took.
+int IterateUntilStick(int most);
+
 // Steps after which a walker that has not stuck is abandoned for a new one.
 constexpr int kWalkerLife = 10000;
 
@@ -35,8 +38,7 @@ void CountSteps(int steps);
 // How far the walker drifts in a step.
 double DriftLength();
 
-// Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept), by the
-// drift of so many steps.
+// Moves the walker by the drift of so many steps.
 void Drift(double steps);
 
 // Radius of the sphere about the origin on which walkers start and beyond which they do not go.

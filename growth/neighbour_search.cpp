@@ -102,9 +102,7 @@ struct NeighbourIndex {
     double mapedge = 0;      // of their smallest cubes
     bool arefitting = false; // nothing has come since they were found to fit
 
-    // A ball that is free of walkers' partners: no particle lies within a branch length of a point in it.
-    Vector freecentre = {0, 0, 0};
-    double freeradius2 = -1;
+    FreeBall ball = {{0, 0, 0}, -1};
     // The last question of the map: the place and its free radius, if nothing has come since.
     Vector asked = {0, 0, 0};
     double answer = 0;
@@ -132,11 +130,8 @@ static int PartnerInOrder(int newest);
 int FindPartner()
 {
     const Vector pos = growthstate.pos;
-    if (IsCurrent()) {
-        const Vector moved = pos - neighbourindex.freecentre;
-        if (DotProduct(moved, moved) < neighbourindex.freeradius2)
-            return -1;
-    }
+    if (CurrentFreeBall().Contains(pos))
+        return -1;
     if (!Prepare() || !neighbourindex.lists.Holds(pos))
         return ScanAll();
 
@@ -144,6 +139,11 @@ int FindPartner()
         return -1;
     const int newest = NewestWithinReach(ncells);
     return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
+}
+
+FreeBall CurrentFreeBall()
+{
+    return IsCurrent() ? neighbourindex.ball : FreeBall{{0, 0, 0}, -1};
 }
 
 double FreeRadius()
@@ -165,10 +165,8 @@ static double AskMap(Vector pos)
     neighbourindex.asked = pos;
     neighbourindex.answer = free;
     neighbourindex.isasked = true;
-    if (free >= 0) {
-        neighbourindex.freecentre = pos;
-        neighbourindex.freeradius2 = free * free;
-    }
+    if (free >= 0)
+        neighbourindex.ball = {pos, free * free};
     return free;
 }
 
@@ -190,7 +188,7 @@ void DropNeighbourIndex()
 {
     neighbourindex.array = nullptr;
     neighbourindex.count = -1;
-    neighbourindex.freeradius2 = -1;
+    neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
 }
 
@@ -262,7 +260,7 @@ static void Insert(int i)
     neighbourindex.count = i + 1;
     neighbourindex.newest = p;
     neighbourindex.arefitting = false;
-    neighbourindex.freeradius2 = -1;
+    neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
 }
 
@@ -274,7 +272,7 @@ static bool MapsFit()
 static void MakeMaps()
 {
     neighbourindex.maps.clear();
-    neighbourindex.freeradius2 = -1;
+    neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
     neighbourindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
     neighbourindex.mapedge = MapEdge();

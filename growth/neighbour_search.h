@@ -5,6 +5,8 @@
 
 #pragma once
 
+#include "geom/vector.h"
+
 // The particle that the walker at growthstate.pos sticks to, or -1. It is what this scan finds: from the
 // newest particle to the oldest, with association on only those of the next particle's class, keep the
 // nearest, pass over particles of which a signed difference of a coordinate exceeds the smallest squared
@@ -13,6 +15,22 @@ int FindPartner();
 
 // The radius of a ball about the walker in which no walker has a partner, below 0 where none is known.
 double FreeRadius();
+
+// A ball in which no walker has a partner as long as no particle comes and no parameter changes. Empty: its squared
+// radius is below 0.
+struct FreeBall {
+    Vector centre;
+    double radius2;
+
+    [[nodiscard]] bool Contains(Vector p) const
+    {
+        const Vector moved = p - centre;
+        return DotProduct(moved, moved) < radius2;
+    }
+};
+
+// The ball that the last search found.
+FreeBall CurrentFreeBall();
 
 // The last particle of cells is new: the index follows, wherever cells has moved to.
 void AddToNeighbourIndex();

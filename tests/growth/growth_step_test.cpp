@@ -1,5 +1,6 @@
 #include "growth/growth_step.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdlib>
 
@@ -56,6 +57,9 @@ static const ParameterSet kParameterSets[] = {
     {.name = "surface as source", .source = kSourceSurface, .surface = 30},
 };
 
+constexpr long kSteps = 400000;
+
+// By so many steps at once, again and again, where no step is given.
 static Outcome GrowBy(GrowthStep step, const ParameterSet &set)
 {
     StartAfresh();
@@ -73,7 +77,14 @@ static Outcome GrowBy(GrowthStep step, const ParameterSet &set)
         SetBoxSurface(std::fabs(set.surface), set.surface < 0);
     InitialiseGrowth();
     ResetSeeds();
-    Grow(step, set.particles, 400000);
+    if (step != nullptr)
+        Grow(step, set.particles, kSteps);
+    for (int most = 1; step == nullptr && ncells < set.particles && growthstate.steptotal < kSteps;
+         most = most % 50 + 1) {
+        const long before = growthstate.steptotal;
+        const int taken = IterateUntilStick(static_cast<int>(std::min<long>(most, kSteps - before)));
+        EXPECT_TRUE(taken > 0 && taken <= most && growthstate.steptotal == before + taken);
+    }
     return TakeOutcome();
 }
 
@@ -83,6 +94,7 @@ TEST(GrowthStep, GrowsWhatThePlainReferenceGrows)
         const Outcome expected = GrowBy(ReferenceStep, set);
         const Outcome grown = GrowBy(IterateSystem, set);
         EXPECT_EQ(Difference(expected, grown), "") << set.name;
+        EXPECT_EQ(Difference(expected, GrowBy(nullptr, set)), "") << set.name << ", many steps at once";
         EXPECT_GE(static_cast<int>(grown.cells.size()), set.atleast) << set.name;
     }
 }
