@@ -114,7 +114,7 @@ static int WalkFreely(int most)
 }
 
 // Moves a walker by a step. Returns false where that would leave the launch sphere: it stays.
-static bool MoveWalker(Vector *pos)
+[[gnu::always_inline]] static inline bool MoveWalker(Vector *pos)
 {
     const Vector undo = *pos;
     MoveAtRandom(pos);
@@ -273,7 +273,7 @@ void Drift(double steps)
 }
 
 // Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
-static void DriftBy(double length, Vector *pos)
+[[gnu::always_inline]] static inline void DriftBy(double length, Vector *pos)
 {
     const int nplaced = std::min(growthstate.nroots, ncells);
     if (!(growthstate.bias > 0) || nplaced < 1)
