@@ -1,6 +1,7 @@
 #include "floor.h"
 
 #include <cstdlib>
+#include <random>
 #include <vector>
 
 #include "aggregate.h"
@@ -55,8 +56,10 @@ double TimeChain(long steps)
 {
     static const std::vector<Vector> directions = [] {
         std::vector<Vector> drawn(4096);
+        std::mt19937 random(1); // not growth's generators
+        std::uniform_real_distribution<double> coordinate(-0.5, 0.5);
         for (Vector &direction : drawn) {
-            direction = {drand48() - 0.5, drand48() - 0.5, drand48() - 0.5};
+            direction = {coordinate(random), coordinate(random), coordinate(random)};
             Normalise(&direction);
         }
         return drawn;

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Compares aggregates grown in flights with aggregates grown in steps: the table and the pictures of flights.md.
 
-    flights.py SARKELO-GROW FOLDER    grows what is missing into the folder, an hour of two cores
+    flights.py SARKELO-GROW FOLDER    grows what is missing into the folder, ten minutes of two cores
 
 Every number of an ensemble is compared by permuting whole aggregates, since the particles of one are not independent. Of
 a distribution the distance is that of Kolmogorov and Smirnov between the mean distribution functions of both ensembles.
@@ -145,8 +145,9 @@ def main():
 
 
 def draw(measured, path):
-    figure, axes = plt.subplots(2, len(measured), figsize=(3.2 * len(measured), 6))
-    for column, (case, walks) in zip(axes.T, measured.items()):
+    figure, axes = plt.subplots(4, 4, figsize=(13, 12))
+    for k, (case, walks) in enumerate(measured.items()):
+        column = axes[k // 4 * 2 : k // 4 * 2 + 2, k % 4]
         for walk, colour in zip(WALKS, ("black", "tab:red")):
             numbers = np.array([list(one[0].values()) for one in walks[walk]])
             sizes = [int(name.split(", ")[1].replace(",", "")) for name in walks[walk][0][0]]
@@ -157,8 +158,8 @@ def draw(measured, path):
             column[1].plot(grid, functions.mean(0), color=colour)
         column[0].set(title=case, xscale="log", yscale="log", xlabel="particles")
         column[1].set(xlabel="distance from the origin")
-    axes[0, 0].set_ylabel("radius of gyration")
-    axes[1, 0].set_ylabel("share of particles")
+    for row, label in zip(axes[:, 0], 2 * ("radius of gyration", "share of particles")):
+        row.set_ylabel(label)
     axes[0, 0].legend()
     figure.tight_layout()
     figure.savefig(path, dpi=60)
