@@ -13,7 +13,8 @@
 // distance so far (kept), and stop at the first that is nearer than a branch length.
 int FindPartner();
 
-// The radius of a ball about the walker in which no walker has a partner, below 0 where none is known.
+// The radius of a ball about the walker in which no walker has a partner, below 0 where none is known. It follows from
+// the particles, the branch length and the walker alone, whatever was searched before.
 double FreeRadius();
 
 // A ball in which no walker has a partner as long as no particle comes and no parameter changes. Empty: its squared
