@@ -38,8 +38,8 @@ int main(int argc, char **argv)
     double seconds = 0, chain = 0, radius = 0;
     long chainsteps = 0, moves = 0;
     int before = 0;
-    printf("%10s %10s %14s %9s %9s %9s %14s %10s %8s\n", "particles", "seconds", "moves", "ns/move", "chain ns",
-           "moves/p", "peak bytes/p", "radius", "slope");
+    printf("%10s %10s %14s %9s %9s %9s %14s %10s %8s\n", "particles", "seconds", "moves", "ns/move",
+           "chain ns", "moves/p", "peak bytes/p", "radius", "slope");
     for (int decade = 1000; decade <= most; decade *= 10) {
         const long movesbefore = moves;
         const double secondsbefore = seconds;

@@ -181,7 +181,7 @@ private:
         [[nodiscard]] std::size_t Place(Cube brick) const
         {
             const auto n = 2 * static_cast<std::size_t>(bricksfromorigin);
-            const auto along = [this](int i) { return static_cast<std::size_t>(i + bricksfromorigin); };
+            const auto along = [this](int i) -> std::size_t { return i + bricksfromorigin; };
             return (along(brick.z) * n + along(brick.y)) * n + along(brick.x);
         }
 

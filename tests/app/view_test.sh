@@ -19,7 +19,7 @@ ends() {
 }
 
 "$grow" --particles 3000 --set drawing.thickness_tip=0.1 --set surface.sample=Box --set drawing.mode=tubes -o a.sarkelo.h5 --quiet
-"$grow" --particles 500 --seed 8 -o b.sarkelo.h5 --quiet
+"$grow" --particles 500 --seed 8 --set growth.walk=flights -o b.sarkelo.h5 --quiet
 for mode in lines points tubes; do
     ends 0 "" a.sarkelo.h5 --picture $mode.png --size 800x600 --samples 1 --mode $mode
 done
@@ -92,10 +92,20 @@ select_file "$work/b.sarkelo.h5"
 choose "Save aggregate"
 select_file "$work/opened.sarkelo.h5"
 wait_for "the file" [ -s opened.sarkelo.h5 ]
+# Its walkers fly.
+key F3
+sleep 0.5
+key F3
+choose "Save aggregate"
+select_file "$work/flown.sarkelo.h5"
+wait_for "the file" [ -s flown.sarkelo.h5 ]
 key q
 wait $pid || fail "the program ended with status $?"
-"$grow" --resume a.sarkelo.h5 -o straight.sarkelo.h5 --particles 100000000 --quiet \
-    --steps "$(/usr/bin/python3 -c 'import h5py; print(h5py.File("grown.sarkelo.h5").attrs["steps"])')"
+for run in "a straight grown" "b flying flown"; do
+    read -r from straight grown <<<"$run"
+    "$grow" --resume $from.sarkelo.h5 -o $straight.sarkelo.h5 --particles 100000000 --quiet \
+        --steps "$(/usr/bin/python3 -c "import h5py; print(h5py.File('$grown.sarkelo.h5').attrs['steps'])")"
+done
 /usr/bin/python3 - <<'PYTHON'
 import h5py, numpy as np
 from PIL import Image
@@ -111,6 +121,8 @@ def same(a, b):
 same("a.sarkelo.h5", "saved.sarkelo.h5")
 same("straight.sarkelo.h5", "grown.sarkelo.h5")
 same("b.sarkelo.h5", "opened.sarkelo.h5")
+same("flying.sarkelo.h5", "flown.sarkelo.h5")
+assert h5py.File("flown.sarkelo.h5").attrs["particles"] > 600
 assert h5py.File("grown.sarkelo.h5").attrs["particles"] > 3500 and h5py.File("saved.sarkelo.h5")["camera"].attrs["from_window"] == 1
 for mode in "lines", "points", "tubes":
     window, picture = (np.asarray(Image.open(name).convert("RGB"), int) for name in (f"window-{mode}.tga", f"{mode}.png"))
