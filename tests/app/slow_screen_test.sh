@@ -15,6 +15,9 @@ look() {
 }
 value_of() { sed -n "s/^$1 //p" records; }
 has() { look && [ "$(value_of ncells)" -ge "$1" ]; }
+# Answers come between frames.
+has_seed() { look && [ "$(value_of seed)" = "$1" ]; }
+has_no_panel() { look && [ "$(value_of settingformvisible)" = 0 ]; }
 is_counting() { look && [ "$(value_of boxcountrequest)" -eq 1 ]; }
 is_done() { ! is_counting; }
 
@@ -43,9 +46,9 @@ for particles in "$@"; do
         }' || fail "growth is starved"
     choose "Settings"
     type_into settings "Random number seed" 4321
-    expect seed 4321
+    wait_for "the seed" has_seed 4321
     press settings "Hide"
-    expect settingformvisible 0
+    wait_for "the panel gone" has_no_panel
 done
 key F3 F5
 wait_for "a box count" is_counting
