@@ -73,10 +73,10 @@ def gyration_figure(by_group):
         mean = radii.mean(0)
         fitted = numbers >= 500
         fit = np.polyfit(np.log(mean[fitted]), np.log(numbers[fitted]), 1) if fitted.sum() > 2 else None
-        line = axes.errorbar(mean, numbers, xerr=radii.std(0), fmt="o", ms=3, capsize=2)
+        name = label if fit is None else f"{label}: slope {fit[0]:.3f} from 500 on"
+        points = axes.errorbar(mean, numbers, xerr=radii.std(0), fmt="o", ms=3, capsize=2, label=name)
         if fit is not None:
-            axes.plot(mean, np.exp(np.polyval(fit, np.log(mean))), color=line[0].get_color(),
-                      label=f"{label}: slope {fit[0]:.3f} from 500 on")
+            axes.plot(mean, np.exp(np.polyval(fit, np.log(mean))), color=points[0].get_color())
     axes.set(xscale="log", yscale="log", xlabel="radius of gyration", ylabel="particles")
     axes.legend()
     return embedded(figure)

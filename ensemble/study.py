@@ -165,9 +165,10 @@ def ask_program(recipe, settings, seed, where):
         except OSError as error:
             raise Fault(f"{grow_program()}: {error.strerror}; ./run builds it") from error
     if done.returncode != 0:
-        named = [key for key, _ in settings if key in done.stderr]
+        named = sorted((key for key, _ in settings if key in done.stderr), key=done.stderr.find)
         groups = [(group, key) for key in named for group in ("grid", "settings")]
-        line = next((place for place in map(where, groups) if ":1: " not in place), where(("grid",)))
+        rest = where(("recipes",) if recipe else ("grid",))
+        line = next((place for place in map(where, groups) if ":1: " not in place), rest)
         raise Fault(line + done.stderr.strip().removeprefix("sarkelo-grow: "))
 
 

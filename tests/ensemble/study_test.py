@@ -1,0 +1,81 @@
+#!/usr/bin/python3
+"""study_test.py SARKELO-GROW: bad studies are refused in a line that says where; what a run is called follows from what it
+grows; a report is made of what has finished."""
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+os.environ["SARKELO_GROW"] = sys.argv[1]
+ensemble = pathlib.Path(__file__).resolve().parents[2] / "ensemble"
+sys.path.insert(0, str(ensemble))
+import study as studies
+
+folder = pathlib.Path(tempfile.mkdtemp(prefix="sarkelo-test-"))
+(folder / "broken.toml").write_text("[growth\n")
+(folder / "ring.toml").write_text('[roots]\ndistribution = "Ring: x axis plane"\ncount = 3\n')
+path = folder / "s.yaml"
+
+
+def fault(text):
+    path.write_text(text)
+    try:
+        studies.read(path)
+    except studies.Fault as found:
+        return str(found).replace(f"{folder}/", "")
+    return ""
+
+
+ROWS = [
+    ("particles: 100\nseeds: [3, 1]\nrecipes: [ring.toml]\ngrid:\n  growth.bias: [0, 1]\n", ""),
+    ("", "s.yaml: no study: keys and values are expected"),
+    ("particles: [100", "s.yaml:1: no study: expected ',' or ']', but got '<stream end>'"),
+    ("seeds: 3", "s.yaml:1: particles: a whole number above 0 is expected"),
+    ("particles: 1.5", "s.yaml:1: particles is 1.5, which is of another kind"),
+    ("\nparticle: 10", "s.yaml:2: unknown key particle; known ones are " + ", ".join(studies.KEYS)),
+    ("particles: 10\nseeds: [1, 1]", "s.yaml:2: seeds: one of them stands there twice"),
+    ("particles: 10\nseeds: 0", "s.yaml:2: seeds: how many, or a list of whole numbers from 0 on"),
+    ("particles: 10\ngrid: {growth.bias: 1}", "s.yaml:2: grid.growth.bias: a list of values is expected"),
+    ("particles: 10\ngrid: {growth.seed: [1]}", "s.yaml:2: growth.seed: the study's own key says it"),
+    ("particles: 10\nsettings: {growth.bias: 1}\ngrid:\n  growth.bias: [0]", "s.yaml:4: growth.bias is in the settings as well"),
+    ("particles: 10\ngrid:\n  growth.bias: [1, 1]", "s.yaml:2: two combinations are the same"),
+    ("particles: 10\ngrid:\n\n  growth.bais: [1]",
+     "s.yaml:4: --set growth.bais=1: unknown key growth.bais; the nearest known one is growth.bias"),
+    ("particles: 10\ngrid:\n  source.type: [Sphere, Cube]", None),
+    ("particles: 10\nsettings: {growth.walk: flights}\ngrid:\n  growth.rotation: [0, 1]",
+     's.yaml:4: --set growth.rotation=1: growth.rotation is not 0, and flights cannot be turned; growth.walk "steps" can'),
+    ("particles: 10\nrecipes: [none.toml]", "s.yaml:2: none.toml: no such file"),
+    ("particles: 10\nrecipes: [broken.toml]",
+     "s.yaml:2: broken.toml:1: no recipe: Error while parsing table header: expected ']', saw '\\n'"),
+    ("particles: 1000000000\nseeds: 100000\noutput: there\nkeep: true", None),
+]
+for text, expected in ROWS:
+    found = fault(text)
+    if expected is None:
+        assert found.startswith(("s.yaml:3: ", "s.yaml:4: ")) and ("allowed" in found or "GB are needed" in found), found
+    else:
+        assert found == expected, f"{text}\n{found}"
+os.environ["SARKELO_GROW"] = "/none"
+assert fault("particles: 10") == "/none: No such file or directory; ./run builds it"
+os.environ["SARKELO_GROW"] = sys.argv[1]
+
+# A study that gets more seeds and values keeps the runs that it had.
+path.write_text("particles: 300\nseeds: [2]\nsettings: {growth.walk: flights}\ngrid:\n  growth.bias: [0]\n")
+before = {run.name for run in studies.read(path).runs}
+path.write_text("particles: 300\nsettings: {growth.walk: flights}\nseeds: 3\ngrid:\n  growth.bias: [1, 0]\n")
+study = studies.read(path)
+assert len(study.runs) == 6 and before < {run.name for run in study.runs}
+
+# The report is one of those that are there.
+report = [sys.executable, str(ensemble / "report.py"), str(path)]
+nothing = subprocess.run(report, capture_output=True, text=True)
+assert nothing.returncode == 1 and "nothing has finished yet" in nothing.stderr
+for run in study.runs[:4]:
+    subprocess.run([sys.executable, str(ensemble / "grow.py"), str(path), run.name], check=True)
+subprocess.run(report, check=True)
+assert "4 of 6 aggregates" in (study.output / "report.html").read_text()
+assert "<script" not in (study.output / "report.html").read_text() and "http" not in (study.output / "report.html").read_text()
+lines = (study.output / "table.csv").read_text().splitlines()
+assert len(lines) == 5 and lines[0].endswith(",time_seconds") and "growth.bias" in lines[0]
+subprocess.run(["rm", "-rf", str(folder)], check=True)
