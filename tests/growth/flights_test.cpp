@@ -182,10 +182,10 @@ static double TipShare()
     return 1 - static_cast<double>(std::count(isparent.begin(), isparent.end(), 1)) / ncells;
 }
 
-// Twenty aggregates of each walk; docs/flights.md has the large comparison.
+// Twenty aggregates of each walk, fewer under the sanitizers; docs/flights.md has the large comparison.
 TEST(Flights, GrowWhatStepsGrow)
 {
-    constexpr int kAggregates = SARKELO_HISTORIES / 3;
+    constexpr int kAggregates = std::max(SARKELO_HISTORIES / 3, 6);
     for (const Setting &setting :
          {Setting{"bias 0", 0}, Setting{"bias 1", 1}, Setting{"stickiness 5", 0.1, 1, 5}}) {
         std::vector<double> gyration[2], tips[2];
