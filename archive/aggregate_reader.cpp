@@ -73,6 +73,15 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     ReadCamera(file, stored);
 }
 
+// The format from which on files have a parameter.
+static int FirstVersionWith(const Parameter &parameter)
+{
+    const auto is = [&](const void *field) { return &parameter == &ParameterOf(field); };
+    if (is(&growthstate.launchscale) || is(&growthstate.killingscale))
+        return kVersionWithKilling;
+    return is(&growthstate.walk) ? kVersionWithWalk : 1;
+}
+
 // A value must be what the parameter can have; numbers that stand for names may be any, but for the walk.
 static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
 {
@@ -83,7 +92,7 @@ static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
     for (const Parameter &parameter : Parameters()) {
         const Hdf5Object group = OpenGroup(parameters, parameter.group);
         double value = 0;
-        if (&parameter == walk && version < kVersionWithWalk)
+        if (version < FirstVersionWith(parameter))
             value = parameter.standard;
         else if (std::holds_alternative<int *>(parameter.field))
             value = ReadNumber<int>(group, parameter.key);

@@ -6,9 +6,10 @@
 #include "surface/surface.h"
 
 constexpr const char *kFormatName = "sarkelo aggregate";
-constexpr int kFormatVersion = 2;
-// Files of format 1 know no walk but steps.
+constexpr int kFormatVersion = 3;
+// What files of an older format do not have was at its default.
 constexpr int kVersionWithWalk = 2;
+constexpr int kVersionWithKilling = 3;
 // Short enough to be told without memory.
 constexpr const char *kNoMemory = "out of memory";
 

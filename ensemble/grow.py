@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Grows one aggregate of a study, or goes on with it, and writes its row: every parameter, every statistic, and its radius
-of gyration by number.
+"""Grows one aggregate of a study, or goes on with it, and writes its row: every parameter, every statistic, and what
+ensemble/measures.py finds of its shape.
 
     grow.py STUDY.yaml RUN
 """
@@ -14,6 +14,7 @@ import sys
 import h5py
 import numpy as np
 
+import measures
 import study as studies
 
 CHECKPOINT_MINUTES = 5
@@ -42,15 +43,6 @@ def parameters(file):
     return found
 
 
-def gyration(positions):
-    """The radius of gyration of the first particles, at numbers that double."""
-    counts = np.arange(1, len(positions) + 1)
-    middles = np.cumsum(positions, axis=0) / counts[:, None]
-    squares = np.cumsum((positions**2).sum(1)) / counts - (middles**2).sum(1)
-    numbers = [int(n) for n in np.unique(np.append(2 ** np.arange(6, 60), len(positions))) if n <= len(positions)]
-    return [[n, float(np.sqrt(squares[n - 1]))] for n in numbers]
-
-
 def main():
     study = studies.read(sys.argv[1], check=False)
     run = next(run for run in study.runs if run.name == sys.argv[2])
@@ -68,8 +60,11 @@ def main():
         view = pathlib.Path(program).parent / "sarkelo-view"
         subprocess.run([view, aggregate, "--picture", picture, "--size", "400x400", "--fit", "--force"], check=True)
     with h5py.File(aggregate) as file:
+        positions = file["particles/position"][:]
         content = {"parameters": parameters(file), "statistics": json.loads(statistics.read_text()),
-                   "gyration": gyration(file["particles/position"][:])}
+                   "gyration": measures.gyration(positions), "correlation": measures.correlation(positions),
+                   "penetration": measures.penetration(positions),
+                   "effective_trees": measures.effective_trees(file["particles/parent"][:])}
     unfinished = row.with_suffix(".new")
     unfinished.write_text(json.dumps(content))
     os.replace(unfinished, row)

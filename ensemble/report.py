@@ -6,6 +6,7 @@
 import base64
 import html
 import io
+import os
 import sys
 
 import matplotlib
@@ -22,12 +23,12 @@ table { border-collapse: collapse } td, th { padding: 0.2em 0.8em; border-bottom
 figure { display: inline-block; margin: 0.5em } figure img { width: 16em; background: black } .plot { width: 100% }"""
 
 
-def tidy(rows):
+def tidy(study, rows):
     """A row an aggregate; what time it took stands in columns of its own, at the end."""
     lines = []
     for run, row in rows:
         statistics = row["statistics"]
-        line = {"run": run.name, "recipe": run.recipe, **row["parameters"], "program_version": statistics["program_version"]}
+        line = {"run": run.name, "recipe": run.recipe and os.path.relpath(run.recipe, study.path.parent), **row["parameters"], "program_version": statistics["program_version"]}
         for name in ("particles", "steps", "launches", "radius", "radius_of_gyration"):
             line[name] = statistics[name]
         line |= {f"children_{k}": count for k, count in enumerate(statistics["branch_distribution"])}
@@ -35,6 +36,10 @@ def tidy(rows):
             for key in ("slope", "standard_error", "points"):
                 line[f"{name}_{key}"] = statistics[name][key]
         line |= {f"boxes_{k}": level["count"] for k, level in enumerate(statistics["box_count"]["levels"])}
+        line |= {f"gyration_{n}": radius for n, radius in row["gyration"]}
+        line |= {f"within_{distance:g}": count for distance, count in row["correlation"]}
+        line |= {f"penetration_{name}": depth for name, depth in row["penetration"].items()}
+        line["effective_trees"] = row["effective_trees"]
         line["time_seconds"] = statistics["seconds"]
         lines.append(line)
     return pd.DataFrame(lines)
@@ -143,7 +148,7 @@ def main():
     rows = studies.finished_rows(study)
     if not rows:
         sys.exit(f"{study.path}: nothing has finished yet")
-    table = tidy(rows)
+    table = tidy(study, rows)
     table.to_csv(study.output / "table.csv", index=False)
     table.to_hdf(study.output / "table.h5", key="aggregates", format="table", mode="w")
     by_group = groups(study, rows)

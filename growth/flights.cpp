@@ -17,6 +17,7 @@ constexpr double kLongestFlight = 0.15;
 constexpr double kLargestDrift = 0.05;
 
 static double FlightRadius();
+static double KnownFreeRadius();
 static void Fly(double radius);
 static void MirrorAtLaunchSphere();
 static Vector DrawDirection();
@@ -34,8 +35,7 @@ int WalkUntilStick(int most)
 
 void IterateFlights()
 {
-    const bool launches = growthstate.stepcount % kWalkerLife == 0;
-    const double radius = launches ? 0 : FlightRadius();
+    const double radius = IsLaunchDue() ? 0 : FlightRadius();
     if (radius >= kShortestFlight * growthstate.branchlength)
         Fly(radius);
     else
@@ -45,8 +45,8 @@ void IterateFlights()
 // The radius of the flight that there is room for. Its drift stays within the free ball.
 static double FlightRadius()
 {
-    const double free = FreeRadius();
-    const double radius = std::min(free, kLongestFlight * LaunchRadius());
+    const double free = KnownFreeRadius();
+    const double radius = WalkersLeave() ? free : std::min(free, kLongestFlight * LaunchRadius());
     if (!(growthstate.bias > 0))
         return radius;
     // A flight of radius r drifts by slope r^2.
@@ -55,16 +55,26 @@ static double FlightRadius()
     return std::min(slowed, free / (1 + slope * slowed));
 }
 
+// Outside of the aggregate that is the way to it, wherever the clearance map ends.
+static double KnownFreeRadius()
+{
+    const double distance = WalkersLeave() ? Modulus(growthstate.pos) : 0;
+    if (distance > AggregateReach())
+        return distance - growthstate.radius - growthstate.branchlength;
+    return FreeRadius();
+}
+
 // A walker whose life ends on the way is abandoned: nothing can have stopped it.
 static void Fly(double radius)
 {
     const double lengths = radius / growthstate.branchlength;
-    const double left = kWalkerLife - growthstate.stepcount % kWalkerLife;
+    const double left = WalkersLeave() ? HUGE_VAL : kWalkerLife - growthstate.stepcount % kWalkerLife;
     const double steps = std::min(std::round(lengths * lengths), left);
-    CountSteps(static_cast<int>(steps));
+    CountSteps(static_cast<int>(std::min<double>(steps, kWalkerLife)));
     Drift(steps);
     growthstate.pos = growthstate.pos + radius * DrawDirection();
-    MirrorAtLaunchSphere();
+    if (!WalkersLeave())
+        MirrorAtLaunchSphere();
 }
 
 static void MirrorAtLaunchSphere()

@@ -63,7 +63,7 @@ static void Explain(const char *rejection);
 
 void IterateSystem()
 {
-    if (growthstate.stepcount % kWalkerLife == 0)
+    if (IsLaunchDue())
         LaunchWalker();
     const Vector undo = growthstate.pos;
     CountSteps(1);
@@ -88,6 +88,8 @@ int IterateUntilStick(int most)
 // Takes at most so many steps within the free ball that the last search found, and the one that leaves it. Returns how many.
 static int WalkFreely(int most)
 {
+    if (WalkersLeave())
+        return 0;
     const int age = growthstate.stepcount % kWalkerLife;
     const int limit = age == 0 ? 0 : std::min({most, kWalkerLife - age, INT_MAX - growthstate.stepcount});
     const FreeBall ball = CurrentFreeBall();
@@ -118,7 +120,7 @@ static int WalkFreely(int most)
 {
     const Vector undo = *pos;
     MoveAtRandom(pos);
-    if (IsOutside(*pos)) {
+    if (IsOutside(*pos) && !WalkersLeave()) {
         *pos = undo;
         return false;
     }
@@ -157,9 +159,27 @@ unsigned AggregateNumber()
     return aggregatenumber;
 }
 
-double LaunchRadius()
+bool IsLaunchDue()
+{
+    if (WalkersLeave())
+        return growthstate.stepcount == 0 ||
+               Modulus(growthstate.pos) > growthstate.killingscale * LaunchRadius();
+    return growthstate.stepcount % kWalkerLife == 0;
+}
+
+double AggregateReach()
 {
     return 2 * growthstate.branchlength + growthstate.radius;
+}
+
+double LaunchRadius()
+{
+    return growthstate.launchscale * AggregateReach();
+}
+
+bool WalkersLeave()
+{
+    return growthstate.killingscale > 1;
 }
 
 double AddFlow(int partner)

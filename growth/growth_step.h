@@ -15,7 +15,7 @@ void IterateSystem();
 // Takes steps until a particle has stuck or so many are taken, faster than one by one. Returns how many it took.
 int IterateUntilStick(int most);
 
-// Steps after which a walker that has not stuck is abandoned for a new one.
+// Steps after which a walker that has not stuck is abandoned for a new one, where walkers cannot leave.
 constexpr int kWalkerLife = 10000;
 
 // Adds the flow that a particle brings which sticks to particle `partner`: 1/n along the path of n particles from
@@ -41,5 +41,15 @@ double DriftLength();
 // Moves the walker by the drift of so many steps.
 void Drift(double steps);
 
-// Radius of the sphere about the origin on which walkers start and beyond which they do not go.
+// Whether the walker's life is over, or none has been launched yet.
+bool IsLaunchDue();
+
+// Radius of the sphere about the origin that holds all places where a walker can stick, with a branch length to spare.
+double AggregateReach();
+
+// Radius of the sphere about the origin on which walkers start.
 double LaunchRadius();
+
+// Whether walkers may leave the launch sphere and are abandoned far outside. Else they do not go beyond it and live
+// kWalkerLife steps.
+bool WalkersLeave();

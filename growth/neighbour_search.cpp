@@ -18,7 +18,7 @@ constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
 // More classes than this share one map of clearances.
 constexpr int kMostMaps = 16;
-// Where the maps end, in launch radii; they are made anew when the aggregate outgrows them.
+// Where the maps end, in reaches of the aggregate; they are made anew when the aggregate outgrows them.
 constexpr double kMapRoom = 1.25;
 // The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
 // of two branch lengths with its drift.
@@ -266,7 +266,7 @@ static void Insert(int i)
 
 static bool MapsFit()
 {
-    return LaunchRadius() <= neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
+    return AggregateReach() <= neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
 }
 
 static void MakeMaps()
@@ -274,7 +274,7 @@ static void MakeMaps()
     neighbourindex.maps.clear();
     neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
-    neighbourindex.mapextent = kMapRoom * (LaunchRadius() + growthstate.branchlength);
+    neighbourindex.mapextent = kMapRoom * (AggregateReach() + growthstate.branchlength);
     neighbourindex.mapedge = MapEdge();
     if (!(neighbourindex.mapextent / growthstate.branchlength < kFarthestCube))
         return; // searched without a map
@@ -297,7 +297,7 @@ static double MapEdge()
     const auto count = static_cast<double>(std::bit_floor(static_cast<unsigned>(ncells)));
     const double bytes = (kMapBytes + kMapBytesPerParticle * count) / MapCount();
     double edge = kMapEdge * growthstate.branchlength;
-    while (ClearanceMap::IndexBytes(edge, LaunchRadius()) > bytes)
+    while (ClearanceMap::IndexBytes(edge, AggregateReach()) > bytes)
         edge *= 2;
     return edge;
 }

@@ -159,8 +159,8 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          [](hid_t file) {
              ReplaceTable(file, "roots", {2, 3});
          }},
-        {"written by a newer program, in format 3; this one reads up to 2",
-         [](hid_t file) { SetAttribute<int>(file, ".", "format_version", 3); }},
+        {"written by a newer program, in format 4; this one reads up to 3",
+         [](hid_t file) { SetAttribute<int>(file, ".", "format_version", 4); }},
         {"format_version is no such number",
          [](hid_t file) { SetAttribute<double>(file, ".", "format_version", 1); }},
         {"an HDF5 file, but of another program", [](hid_t file) { H5Adelete(file, "format"); }},
@@ -239,14 +239,18 @@ TEST(AggregateFile, FilesOfFormatOneWereWalkedInSteps)
     WriteSmallAggregate();
     {
         const Hdf5Object file(H5Fopen(kFile.c_str(), H5F_ACC_RDWR, H5P_DEFAULT), H5Fclose, "file");
-        H5Adelete_by_name(file, "parameters/growth", "walk", H5P_DEFAULT);
+        for (const char *later : {"walk", "launch_scale", "killing_scale"})
+            H5Adelete_by_name(file, "parameters/growth", later, H5P_DEFAULT);
         SetAttribute<int>(file, ".", "format_version", 1);
     }
     StoredAggregate stored;
     ASSERT_EQ(ReadAggregate(kFile, &stored).line, "");
     growthstate.walk = kWalkFlights;
+    growthstate.launchscale = growthstate.killingscale = 2;
     ResumeRun(std::move(stored));
     EXPECT_EQ(growthstate.walk, kWalkSteps);
+    EXPECT_EQ(growthstate.launchscale, 1);
+    EXPECT_EQ(growthstate.killingscale, 1);
 }
 
 TEST(AggregateFile, AParameterIsKeptWithItsUnitAndARunWithItsName)

@@ -1,15 +1,20 @@
 #!/usr/bin/python3
 """study_test.py SARKELO-GROW: bad studies are refused in a line that says where; what a run is called follows from what it
 grows; a report is made of what has finished."""
+import math
 import os
 import pathlib
+import random
 import subprocess
 import sys
 import tempfile
 
+import numpy as np
+
 os.environ["SARKELO_GROW"] = sys.argv[1]
 ensemble = pathlib.Path(__file__).resolve().parents[2] / "ensemble"
 sys.path.insert(0, str(ensemble))
+import measures
 import study as studies
 
 folder = pathlib.Path(tempfile.mkdtemp(prefix="sarkelo-test-"))
@@ -59,6 +64,28 @@ for text, expected in ROWS:
 os.environ["SARKELO_GROW"] = "/none"
 assert fault("particles: 10") == "/none: No such file or directory; ./run builds it"
 os.environ["SARKELO_GROW"] = sys.argv[1]
+
+# Shapes, once more without arrays.
+random.seed(1)
+points = [[random.gauss(0, 20) for _ in range(3)] for _ in range(150)]
+parents = [-1, -1] + [random.randrange(k) for k in range(2, 150)]
+array = np.array(points)
+for n, radius in measures.gyration(array):
+    pairs = sum(math.dist(p, q) ** 2 for p in points[:n] for q in points[:n])
+    assert math.isclose(radius, math.sqrt(pairs / 2) / n, rel_tol=1e-9)
+for reach, count in measures.correlation(array):
+    assert math.isclose(count, sum(math.dist(p, q) <= reach for p in points for q in points) / 150 - 1, abs_tol=1e-9)
+for name, along in (("radial", lambda p: math.hypot(*p)), ("z", lambda p: p[2])):
+    depths = [max(0, max(map(along, points[:k])) - along(points[k])) for k in range(76, 150)]
+    assert math.isclose(measures.penetration(array)[name], sum(depths) / len(depths))
+
+
+def root_of(k):
+    return k if parents[k] < 0 else root_of(parents[k])
+
+
+trees = [sum(root_of(k) == root for k in range(150)) for root in (0, 1)]
+assert math.isclose(measures.effective_trees(np.array(parents)), 150**2 / sum(size**2 for size in trees))
 
 # A study that gets more seeds and values keeps the runs that it had.
 path.write_text("particles: 300\nseeds: [2]\nsettings: {growth.walk: flights}\ngrid:\n  growth.bias: [0]\n")

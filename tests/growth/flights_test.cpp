@@ -19,6 +19,7 @@ struct Setting {
     const char *name;
     double bias = 0.1, branchlength = 1, stickiness = 100;
     int association = 0, sourcetype = kSourceSphere;
+    double killingscale = 1;
 };
 } // namespace
 
@@ -31,6 +32,8 @@ static void Start(const Setting &setting, int seed)
     growthstate.stickiness = setting.stickiness;
     growthstate.sourcetype = setting.sourcetype;
     growthstate.association = setting.association;
+    growthstate.killingscale = setting.killingscale;
+    growthstate.launchscale = setting.killingscale > 1 ? 2 : 1;
     growthstate.nroots = setting.association ? 3 : 1;
     growthstate.roottype = setting.association ? kRootRingX : kRootOrigin;
     RestartFromRoots();
@@ -54,7 +57,8 @@ TEST(Flights, FollowFromTheRecordsAlone)
                                 {"short branches", 0.1, 0.3},
                                 {"stickiness 5", 0.1, 1, 5},
                                 {"three associated roots", 0.1, 1, 100, 1},
-                                {"an axis", 0.1, 1, 100, 0, kSourceAxisPlusX}};
+                                {"an axis", 0.1, 1, 100, 0, kSourceAxisPlusX},
+                                {"far away", 0.1, 1, 100, 0, kSourceSphere, 10}};
     for (const Setting &setting : settings) {
         Outcome outcomes[2];
         for (const bool interrupted : {false, true}) {
@@ -69,7 +73,7 @@ TEST(Flights, FollowFromTheRecordsAlone)
                     const double nearest = NearestPartner(), b = growthstate.branchlength;
                     const double free = FreeRadius();
                     ASSERT_LE(free, nearest - b) << setting.name;
-                    if (nearest > 5 * b) {
+                    if (nearest > 5 * b && Modulus(growthstate.pos) < AggregateReach()) {
                         reached += (free + b) / nearest;
                         asked++;
                     }
@@ -141,6 +145,41 @@ TEST(Flights, LeaveTheBallAsAWalkDoes)
     const int launches = nseeds;
     IterateFlights();
     EXPECT_EQ(nseeds, launches + 1);
+}
+
+// The chance that a walker comes near before it is abandoned is that of Brownian motion between two spheres. Walkers that
+// leave are launched anew, on the launch sphere.
+TEST(Flights, WalkersThatLeaveAreAbandoned)
+{
+    constexpr double kRadius = 200;
+    constexpr int kWalkers = 4000;
+    for (const double launchscale : {1.5, 3.0}) {
+        Start({"", 0}, 1);
+        growthstate.launchscale = launchscale;
+        growthstate.killingscale = 4;
+        growthstate.radius = kRadius;
+        ForgetAggregate();
+        const double inner = AggregateReach() + growthstate.branchlength;
+        const double start = LaunchRadius(), outer = 4 * start;
+        int arrived = 0;
+        for (int k = 0; k < kWalkers; k++) {
+            growthstate.stepcount = 0;
+            IterateFlights();
+            ASSERT_NEAR(Modulus(growthstate.pos), start, growthstate.branchlength);
+            const int launches = nseeds;
+            while (!IsLaunchDue() && Modulus(growthstate.pos) > inner)
+                IterateFlights();
+            const bool left = IsLaunchDue();
+            ASSERT_EQ(left, Modulus(growthstate.pos) > outer);
+            arrived += left ? 0 : 1;
+            ASSERT_EQ(nseeds, launches);
+            if (left)
+                IterateFlights();
+            ASSERT_EQ(nseeds, launches + (left ? 1 : 0));
+        }
+        const double chance = (1 / start - 1 / outer) / (1 / inner - 1 / outer);
+        EXPECT_NEAR(arrived / double{kWalkers}, chance, 4 * std::sqrt(chance * (1 - chance) / kWalkers));
+    }
 }
 
 namespace
