@@ -66,29 +66,28 @@ enum RootType {
 };
 
 struct GrowthState {
-    Vector pos;          // the walker
-    int sourcetype;      // SourceType
-    int running;         // nonzero while the aggregate grows
-    double radius;       // largest distance of a particle from the origin, at least what a restart set
-    double branchlength; // length of a walker's step, and the reach within which it sticks
-    int stepcount;       // walker steps since the last particle stuck
-    long steptotal;      // walker steps since the run started
-    double bias;         // drift per step, percent of the step length
-    double maxweight;    // largest weight of any particle
-    double stickiness;   // probability of sticking, percent
-    double thickfrom;    // thickness of the branch with the largest flow
-    double thickto;      // thickness of a tip; the larger default first is kept
-    int seed;            // of both random generators
-    double rotation;     // of the walker about the z axis per step, degrees
-    int nroots;          // number of roots
-    double rootrange;    // extent over which roots are placed
-    int roottype;        // RootType
-    char rootname[128];  // name of the root distribution, or the path of the seed file
-    int association;     // nonzero: a particle attaches only to its own class, index mod nroots
-    int walk;            // Walk
-    double launchscale;  // radius of the launch sphere, in those of the sphere about all places to stick at
-    double
-        killingscale; // where walkers are abandoned, in launch radii; 1: they stay within the launch sphere
+    Vector pos;            // the walker
+    int sourcetype;        // SourceType
+    int running;           // nonzero while the aggregate grows
+    double radius;         // largest distance of a particle from the origin, at least what a restart set
+    double branchlength;   // length of a walker's step, and the reach within which it sticks
+    int stepcount;         // walker steps since the last particle stuck
+    long steptotal;        // walker steps since the run started
+    double bias;           // drift per step, percent of the step length
+    double maxweight;      // largest weight of any particle
+    double stickiness;     // probability of sticking, percent
+    double thickfrom;      // thickness of the branch with the largest flow
+    double thickto;        // thickness of a tip; the larger default first is kept
+    int seed;              // of both random generators
+    double rotation;       // of the walker about the z axis per step, degrees
+    int nroots;            // number of roots
+    double rootrange;      // extent over which roots are placed
+    int roottype;          // RootType
+    char rootname[128];    // name of the root distribution, or the path of the seed file
+    int association;       // nonzero: a particle attaches only to its own class, index mod nroots
+    int walk;              // Walk
+    double launchscale;    // radius of the launch sphere, in reaches of the aggregate
+    double killingscale;   // where walkers are abandoned, in launch radii; 1: they stay within the sphere
     double intersectrange; // self-intersection tolerance, percent of the branch length; 0 is off
     char surfacename[256]; // name of the constraint surface, or "None"
 };
