@@ -47,6 +47,8 @@ def main():
     study = studies.read(sys.argv[1], check=False)
     run = next(run for run in study.runs if run.name == sys.argv[2])
     row, aggregate = studies.row_path(study, run), studies.aggregate_path(study, run)
+    if row.exists():
+        return
     checkpoint = study.output / "checkpoints" / f"{run.name}.sarkelo.h5"
     statistics = study.output / "checkpoints" / f"{run.name}.json"
     for path in (row, aggregate, checkpoint):
