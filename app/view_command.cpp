@@ -85,15 +85,10 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
 
 static bool ReadMode(const void *field, const std::string &name, int *mode)
 {
-    const Parameter &parameter = ParameterOf(field);
-    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++) {
-        const char *known = parameter.name(code);
-        if (known != nullptr && name == known) {
-            *mode = code;
-            return true;
-        }
-    }
-    return false;
+    const std::optional<int> code = FindNamed(ParameterOf(field), name);
+    if (code)
+        *mode = *code;
+    return code.has_value();
 }
 
 static Fault Interpret(const std::string &size, const std::string &where, PictureRequest *picture,
@@ -118,8 +113,8 @@ static Fault Interpret(const std::string &size, const std::string &where, Pictur
     if (!size.empty()) {
         int end = 0;
         const int read = sscanf(size.c_str(), "%dx%d%n", &picture->width, &picture->height, &end);
-        if (read != 2 || size[static_cast<std::size_t>(end)] != '\0' || picture->width < 1 ||
-            picture->height < 1 || picture->width > kLargestSize || picture->height > kLargestSize)
+        if (read != 2 || size[end] != '\0' || picture->width < 1 || picture->height < 1 ||
+            picture->width > kLargestSize || picture->height > kLargestSize)
             return {kRequestFault, "--size " + size + ": WIDTHxHEIGHT up to 8192x8192 is expected"};
     }
     command->picture = *picture;

@@ -1,4 +1,3 @@
-#include <cerrno>
 #include <cstring>
 
 #include "archive/aggregate_file.h"
@@ -203,5 +202,5 @@ static int SaveImage(const Image &image, const std::string &path)
         if (output.Finish())
             return 0;
     }
-    return output.Reason() != 0 ? output.Reason() : EIO;
+    return output.Reason();
 }

@@ -17,13 +17,18 @@ void PrepareRescue(RunRecord (*describe)())
 {
     describerun = describe;
     H5dont_atexit(); // the library would end before the file is written
+    HandleEndSignals([](int number) { caught = number; }, SA_RESTART);
+}
+
+void HandleEndSignals(void (*handler)(int), int flags)
+{
     struct sigaction action = {};
-    action.sa_handler = [](int number) { caught = number; };
-    action.sa_flags = SA_RESTART;
+    action.sa_handler = handler;
+    action.sa_flags = flags;
     for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
         struct sigaction old = {};
         sigaction(number, nullptr, &old);
-        if (old.sa_handler != SIG_IGN) // as nohup leaves it
+        if (old.sa_handler != SIG_IGN)
             sigaction(number, &action, nullptr);
     }
 }

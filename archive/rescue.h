@@ -1,11 +1,14 @@
-// Whatever ends the program other than its user keeps the aggregate first.
+// What ends the program: signals; and whatever does so other than its user keeps the aggregate first.
 
 #pragma once
 
 #include "archive/aggregate_file.h"
 
+// Gives SIGHUP, SIGINT and SIGTERM a handler, with flags of sigaction. One that is ignored stays so, as nohup wants it.
+void HandleEndSignals(void (*handler)(int), int flags = 0);
+
 // From now on the aggregate is to be kept. `describe` says what the run has besides the records. SIGHUP, SIGINT and
-// SIGTERM are noticed (one that is ignored stays so) and wait for EndBySignal.
+// SIGTERM are noticed and wait for EndBySignal.
 void PrepareRescue(RunRecord (*describe)());
 
 // Where the aggregate is to be kept, and has more particles than roots, writes it to sarkelo-rescue-DATE-TIME.sarkelo.h5

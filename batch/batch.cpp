@@ -214,8 +214,7 @@ static Fault Save(const SaveRequest &save)
         if (file.Finish())
             return {};
     }
-    return {kFileFault,
-            "Cannot write \"" + save.path + "\": " + strerror(file.Reason() != 0 ? file.Reason() : EIO)};
+    return {kFileFault, "Cannot write \"" + save.path + "\": " + strerror(file.Reason())};
 }
 
 static Fault WriteSlices(const SliceRequest &slices)

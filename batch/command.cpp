@@ -211,8 +211,8 @@ static Fault ReadSlices(const Arguments &given, Command *command)
     const int read = sscanf(numbers.c_str(), "%lf,%lf,%lf,%lf%n", &number, &n.x, &n.y, &n.z, &end);
     const Parameter &count = ParameterOf(&options.slicecount);
     const double length = Modulus(n);
-    if (read != 4 || numbers[static_cast<std::size_t>(end)] != '\0' || number != std::floor(number) ||
-        number < count.low || number > count.high || !std::isfinite(length) || !(length > 0))
+    if (read != 4 || numbers[end] != '\0' || number != std::floor(number) || number < count.low ||
+        number > count.high || !std::isfinite(length) || !(length > 0))
         return {kRequestFault, "--slices " + numbers +
                                    ": a number of slices from 2 on and a direction are expected: N,X,Y,Z"};
     slices.count = static_cast<int>(number);

@@ -8,6 +8,7 @@
 
 #include <unistd.h>
 
+#include "archive/rescue.h"
 #include "batch/progress.h"
 #include "growth/flights.h"
 
@@ -19,7 +20,6 @@ constexpr double kRetryMinutes = 1;
 static volatile std::sig_atomic_t caught = 0;
 
 static double Now();
-static void HandleSignals(void (*handler)(int));
 static void GrowBurst(long steps, int particles);
 
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
@@ -73,27 +73,14 @@ void CatchSignals()
 {
     signal(SIGXFSZ, SIG_IGN);
     signal(SIGPIPE, SIG_IGN);
-    HandleSignals([](int number) { caught = number; });
+    HandleEndSignals([](int number) { caught = number; });
 }
 
 void EndAtSignals()
 {
-    HandleSignals([](int number) { _exit(128 + number); });
+    HandleEndSignals([](int number) { _exit(128 + number); });
     if (caught != 0)
         _exit(128 + caught);
-}
-
-// Ignored signals stay so, as nohup wants it.
-static void HandleSignals(void (*handler)(int))
-{
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
-        struct sigaction old = {};
-        sigaction(number, nullptr, &old);
-        if (old.sa_handler != SIG_IGN)
-            sigaction(number, &action, nullptr);
-    }
 }
 
 int CaughtSignal()

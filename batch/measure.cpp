@@ -1,6 +1,5 @@
 #include "batch/measure.h"
 
-#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <vector>
@@ -45,8 +44,7 @@ Fault WriteStatistics(const std::string &path, const RunRecord &run)
         if (file.Finish())
             return {};
     }
-    return {kFileFault,
-            "Cannot write \"" + path + "\": " + strerror(file.Reason() != 0 ? file.Reason() : EIO)};
+    return {kFileFault, "Cannot write \"" + path + "\": " + strerror(file.Reason())};
 }
 
 static Json DescribeBoxCount()

@@ -1,6 +1,5 @@
 #include "export/output_file.h"
 
-#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -131,5 +130,5 @@ void OutputFile::Discard()
 void OutputFile::Report() const
 {
     if (!quiet)
-        fprintf(stderr, "Cannot write \"%s\": %s\n", name, strerror(reason != 0 ? reason : EIO));
+        fprintf(stderr, "Cannot write \"%s\": %s\n", name, strerror(Reason()));
 }

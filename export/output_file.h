@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cerrno>
 #include <cstdio>
 #include <string>
 
@@ -23,8 +24,8 @@ public:
     // The stream to write to; nullptr where the file could not be opened, and once it is finished.
     [[nodiscard]] FILE *Stream() const { return stream; }
 
-    // Why it could not be opened: a value of errno.
-    [[nodiscard]] int Reason() const { return reason; }
+    // Why it could not be opened or written: a value of errno, EIO where the system says none.
+    [[nodiscard]] int Reason() const { return reason != 0 ? reason : EIO; }
 
     // Ends the writing. Returns false where something could not be written: where it was written beside, the
     // earlier file stands there as before.

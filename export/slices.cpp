@@ -113,18 +113,18 @@ void WriteVector(FILE *file, Vector a, Vector b)
 // from the youngest child to the oldest, likewise all that grows from it.
 static std::vector<TracedBranch> ListBranches()
 {
-    const std::size_t n = static_cast<std::size_t>(ncells);
+    const std::size_t n = ncells;
     // The children of particle i are children[first[i]] to children[first[i + 1] - 1], oldest first.
     std::vector<int> first(n + 2, 0);
     std::vector<int> children(n);
     for (std::size_t i = 0; i < n; i++)
         if (cells[i].parent >= 0)
-            first[static_cast<std::size_t>(cells[i].parent) + 2]++;
+            first[cells[i].parent + 2]++;
     for (std::size_t i = 2; i < n + 2; i++)
         first[i] += first[i - 1];
     for (std::size_t i = 0; i < n; i++)
         if (cells[i].parent >= 0) {
-            int &next = first[static_cast<std::size_t>(cells[i].parent) + 1];
+            int &next = first[cells[i].parent + 1];
             children[next] = static_cast<int>(i);
             next++;
         }
@@ -140,7 +140,7 @@ static std::vector<TracedBranch> ListBranches()
             const int from = waiting.back();
             waiting.pop_back();
             const int begin = first[from];
-            const int end = first[static_cast<std::size_t>(from) + 1];
+            const int end = first[from + 1];
             for (int k = begin; k < end; k++) {
                 const int to = children[k];
                 branches.push_back({from, to, from == root && k == begin, from != root && k == begin});

@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "export/slices.h"
-#include "growth/parameters.h"
 #include "growth/state.h"
 #include "growth/wait_cursor.h"
 
@@ -14,6 +13,7 @@ constexpr double kShortestNormal = 1e-5;
 FD_sliceform *sliceform = nullptr;
 
 static void Slice();
+static void Change(const PanelObject &object, const Parameter &parameter);
 
 static FD_sliceform panel;
 
@@ -45,15 +45,16 @@ void HandleSlicingPanel(const FL_OBJECT *worked)
         HidePanel(panel.form, &sliceformvisible);
     else if (worked == panel.slice)
         Slice();
-    for (const PanelObject &object : kObjects) {
-        if (object.handle == nullptr || *object.handle != worked)
-            continue;
-        if (double *const *number = std::get_if<double *>(&object.value))
-            SetParameter(ParameterOf(*number), atof(fl_get_input(*object.handle)));
-        else if (int *const *count = std::get_if<int *>(&object.value)) // whole digits alone: "1e1" is 1
-            SetParameter(ParameterOf(*count),
-                         static_cast<double>(strtol(fl_get_input(*object.handle), nullptr, 10)));
-    }
+    else if (const PanelObject *input = FindInput(kObjects, worked))
+        Change(*input, ShownParameter(*input));
+}
+
+// Of a whole number its digits count alone: "1e1" is 1.
+static void Change(const PanelObject &object, const Parameter &parameter)
+{
+    const char *text = fl_get_input(*object.handle);
+    const bool whole = std::holds_alternative<int *>(parameter.field);
+    SetParameter(parameter, whole ? static_cast<double>(strtol(text, nullptr, 10)) : atof(text));
 }
 
 // A normal that is too short to have a direction becomes the z axis, and stays so.

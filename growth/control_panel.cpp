@@ -51,6 +51,22 @@ void HidePanel(FL_FORM *form, int *visible)
     *visible = 0;
 }
 
+const PanelObject *FindInput(std::span<const PanelObject> objects, const FL_OBJECT *worked)
+{
+    for (const PanelObject &object : objects)
+        if (object.handle != nullptr && *object.handle == worked &&
+            (std::holds_alternative<double *>(object.value) || std::holds_alternative<int *>(object.value)))
+            return &object;
+    return nullptr;
+}
+
+const Parameter &ShownParameter(const PanelObject &object)
+{
+    if (double *const *number = std::get_if<double *>(&object.value))
+        return ParameterOf(*number);
+    return ParameterOf(std::get<int *>(object.value));
+}
+
 void SetPanelCursors(int cursor)
 {
     for (const Panel &panel : panels)

@@ -8,6 +8,8 @@
 
 #include <forms.h>
 
+#include "growth/parameters.h"
+
 enum PanelObjectKind {
     kPanelFrame,
     kPanelButton,
@@ -34,6 +36,12 @@ struct PanelObject {
 // Builds a form of the given size, filled by a box of a type of the toolkit (FL_UP_BOX), with its objects in
 // order. Closing its window hides it and clears *visible. The objects stay with the panel.
 FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelObject> objects, int *visible);
+
+// The object that was worked, where it shows a parameter; else nullptr.
+const PanelObject *FindInput(std::span<const PanelObject> objects, const FL_OBJECT *worked);
+
+// The parameter that such an object shows.
+const Parameter &ShownParameter(const PanelObject &object);
 
 // Fills the panels with the current parameters, and shows one of them.
 void ShowPanel(FL_FORM *form, int *visible);

@@ -278,7 +278,7 @@ static void MakeMaps()
     neighbourindex.mapedge = MapEdge();
     if (!(neighbourindex.mapextent / growthstate.branchlength < kFarthestCube))
         return; // searched without a map
-    neighbourindex.maps.resize(static_cast<std::size_t>(MapCount()));
+    neighbourindex.maps.resize(MapCount());
     for (ClearanceMap &map : neighbourindex.maps)
         map.Start(neighbourindex.mapedge, neighbourindex.mapextent);
     for (int i = 0; i < ncells; i++)
@@ -307,7 +307,7 @@ static ClearanceMap *MapOf(int i)
 {
     if (neighbourindex.maps.empty())
         return nullptr;
-    return &neighbourindex.maps[static_cast<std::size_t>(i) % neighbourindex.maps.size()];
+    return &neighbourindex.maps[i % neighbourindex.maps.size()];
 }
 
 static int ScanAll()

@@ -111,6 +111,16 @@ void SetDefaults(const char *group)
             SetParameter(parameter, parameter.standard);
 }
 
+std::optional<int> FindNamed(const Parameter &parameter, std::string_view name)
+{
+    if (parameter.name == nullptr)
+        return std::nullopt;
+    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++)
+        if (const char *known = parameter.name(code); known != nullptr && name == known)
+            return code;
+    return std::nullopt;
+}
+
 const char *SwitchName(int value)
 {
     return value == 0 ? "false" : "true";

@@ -2,7 +2,9 @@
 
 #pragma once
 
+#include <optional>
 #include <span>
+#include <string_view>
 #include <variant>
 
 // What a number becomes that is outside of a parameter's range. Where the parameter is whole, it is first cut
@@ -43,6 +45,9 @@ void SetDefault(const void *field);
 
 // Gives all parameters of a group their defaults.
 void SetDefaults(const char *group);
+
+// The whole number that a name stands for, where the parameter has names and this is one of them.
+std::optional<int> FindNamed(const Parameter &parameter, std::string_view name);
 
 // "false" and "true", as names of 0 and 1.
 const char *SwitchName(int value);

@@ -3,7 +3,6 @@
 #include <cstdlib>
 
 #include "growth/control_panel.h"
-#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "growth/wait_cursor.h"
@@ -49,14 +48,8 @@ void HandleSettingsPanel(const FL_OBJECT *worked)
 {
     if (worked == panel.hide)
         HidePanel(panel.form, &settingformvisible);
-    for (const PanelObject &object : kObjects) {
-        if (object.handle == nullptr || *object.handle != worked)
-            continue;
-        if (double *const *number = std::get_if<double *>(&object.value))
-            Change(object, ParameterOf(*number));
-        else if (int *const *count = std::get_if<int *>(&object.value))
-            Change(object, ParameterOf(*count));
-    }
+    else if (const PanelObject *input = FindInput(kObjects, worked))
+        Change(*input, ShownParameter(*input));
 }
 
 // Where memory does not hold the roots of a run that starts anew, nothing changes.

@@ -286,14 +286,11 @@ static Fault SetParameterKey(const Key &key, const Parameter &parameter, const t
         name = SwitchName(*value.value<bool>());
     else if (parameter.name != SwitchName && value.is_string())
         name = *value.value<std::string>();
-    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++) {
-        const char *known = parameter.name(code);
-        if (known != nullptr && name == known) {
-            *number = code;
-            return {};
-        }
-    }
-    return BadValue(key, value, origin);
+    const std::optional<int> code = FindNamed(parameter, name);
+    if (!code)
+        return BadValue(key, value, origin);
+    *number = *code;
+    return {};
 }
 
 static Fault SetNumber(const Key &key, const toml::node &value, const Origin &origin, bool whole,

@@ -126,10 +126,9 @@ static Fault StartRoots(const Recipe &recipe)
                 return {kFileFault, about + ": root " + std::to_string(i + 1) + " is no place"};
         return {};
     }
-    const Recipe defaults;
     const auto set = [&](const void *field) {
         const Parameter &row = ParameterOf(field);
-        SetParameter(row, recipe.values[static_cast<std::size_t>(&row - Parameters().data())]);
+        SetParameter(row, recipe.values[&row - Parameters().data()]);
     };
     set(&growthstate.roottype);
     HandleRootMenu(growthstate.roottype);

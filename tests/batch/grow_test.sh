@@ -60,14 +60,18 @@ for option in --output --particles --steps --minutes --seed --set --resume --con
     grep -q -- "$option" out || fail "no $option in the help"
 done
 
-# Every option and key is in the documentation.
+# Every option and key is in the documentation, and so is each default.
 grep -oE -- '^ +(-[a-z],)?--[a-z-]+' "$work/out" | grep -oE -- '--[a-z-]+' | while read -r option; do
     grep -qE -- "^\|.*$option\b" "$docs/recipes.md" || fail "$option is not documented"
 done
-"$grow" --print-recipe | awk '/^\[/ { table = substr($1, 2, length($1) - 2) } /^(# )?[a-z_]+ =/ { sub(/^# /, ""); print table "." $1 }' >keys
+"$grow" --print-recipe | awk '/^\[/ { table = substr($1, 2, length($1) - 2); next }
+    /; default: / { standard = $0; sub(/.*; default: /, "", standard) }
+    /^(# )?[a-z_]+ =/ { sub(/^# /, ""); print table "." $1 "|" standard; standard = "" }' >keys
 [ "$(wc -l <keys)" -eq 28 ] || fail "$(wc -l <keys) keys"
-while read -r key; do
-    grep -qF "| \`$key\` |" "$docs/recipes.md" || fail "$key is not documented"
+while IFS='|' read -r key standard; do
+    row=$(grep -F "| \`$key\` |" "$docs/recipes.md") || fail "$key is not documented"
+    [ -z "$standard" ] || [ "$(cut -d '|' -f 4 <<<"$row" | sed 's/`//g; s/^ *//; s/ *$//')" = "$standard" ] ||
+        fail "documented in another way: the default of $key, $standard"
 done <keys
 
 # A recipe that was printed grows the same; so does its seed, set in three ways.
