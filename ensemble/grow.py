@@ -66,6 +66,7 @@ def main():
         content = {"parameters": parameters(file), "statistics": json.loads(statistics.read_text()),
                    "gyration": measures.gyration(positions), "correlation": measures.correlation(positions),
                    "penetration": measures.penetration(positions),
+                   "cubic_anisotropy": measures.cubic_anisotropy(positions),
                    "effective_trees": measures.effective_trees(file["particles/parent"][:])}
     unfinished = row.with_suffix(".new")
     unfinished.write_text(json.dumps(content))

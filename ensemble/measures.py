@@ -35,6 +35,13 @@ def penetration(positions):
     return depths
 
 
+def cubic_anisotropy(positions):
+    """The mean of (x^4 + y^4 + z^4) / r^4, less that of a ball, 3/5: 2/5 along the axes, -4/15 towards the corners of a cube."""
+    squares = (positions**2).sum(1)
+    apart = squares > 0
+    return float(((positions[apart] ** 4).sum(1) / squares[apart] ** 2).mean() - 0.6) if apart.any() else None
+
+
 def effective_trees(parents):
     """How many trees, one a root, the aggregate is made of, small ones counting little: one over the sum of squared shares."""
     ancestors = np.where(parents < 0, np.arange(len(parents)), parents)

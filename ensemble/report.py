@@ -39,7 +39,7 @@ def tidy(study, rows):
         line |= {f"gyration_{n}": radius for n, radius in row["gyration"]}
         line |= {f"within_{distance:g}": count for distance, count in row["correlation"]}
         line |= {f"penetration_{name}": depth for name, depth in row["penetration"].items()}
-        line["effective_trees"] = row["effective_trees"]
+        line |= {name: row[name] for name in ("cubic_anisotropy", "effective_trees")}
         line["time_seconds"] = statistics["seconds"]
         lines.append(line)
     return pd.DataFrame(lines)

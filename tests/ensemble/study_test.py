@@ -78,6 +78,8 @@ for reach, count in measures.correlation(array):
 for name, along in (("radial", lambda p: math.hypot(*p)), ("z", lambda p: p[2])):
     depths = [max(0, max(map(along, points[:k])) - along(points[k])) for k in range(76, 150)]
     assert math.isclose(measures.penetration(array)[name], sum(depths) / len(depths))
+quartics = [sum(x**4 for x in p) / math.hypot(*p) ** 4 for p in points]
+assert math.isclose(measures.cubic_anisotropy(array), sum(quartics) / 150 - 0.6)
 
 
 def root_of(k):
