@@ -131,12 +131,21 @@ static void DrawTubes()
 {
     const BranchThickness thickness;
     const ParticleColours colours(kAggregateTubes);
+    Cone cones[kConesAtOnce];
+    Colour conecolours[kConesAtOnce];
+    int count = 0;
+    const auto draw = [&] {
+        CreateCones(cones, conecolours, count, 0, kTwoPi, kTubeFacets);
+        count = 0;
+    };
     for (int i = 0; i < ncells; i += drawnstride) {
         const int parent = cells[i].parent;
         if (parent < 0)
             continue;
-        SetColour(colours.Of(i));
-        CreateCone(cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i), 0, kTwoPi,
-                   kTubeFacets);
+        cones[count] = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
+        conecolours[count] = colours.Of(i);
+        if (++count == kConesAtOnce)
+            draw();
     }
+    draw();
 }

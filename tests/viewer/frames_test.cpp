@@ -10,6 +10,7 @@
 #include "fakes/recorder.h"
 #include "golden.h"
 #include "growth/camera_home.h"
+#include "growth/colour.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
@@ -80,6 +81,11 @@ static void PrepareFrame()
     Grow(IterateSystem, 24, 1000000);
     stats = {7, {1, 2, 3, 4, 5, 6, 99}, {10, 6.6666, 4}, {3, 12, 0, -1}};
     DrawSTL(options.surfacemode, 1);
+}
+
+static void DrawCone(const Cone &cone, double theta1, double theta2, int m)
+{
+    CreateCones(&cone, nullptr, 1, theta1, theta2, m);
 }
 
 TEST(Frames, EveryModeAndOverlay)
@@ -154,6 +160,31 @@ TEST(Frames, EveryModeAndOverlay)
     ExpectGolden("frames.txt", text);
 }
 
+TEST(Frames, ManyTubesAreDrawnAsEachAlone)
+{
+    PrepareFrame();
+    Grow(IterateSystem, 3 * kConesAtOnce, 10000000);
+    cells[kConesAtOnce].p = cells[cells[kConesAtOnce].parent].p;
+    cells[kConesAtOnce + 1].p = cells[cells[kConesAtOnce + 1].parent].p + Vector{0, 1, 0};
+    for (const int stride : {1, 2}) {
+        drawnstride = stride;
+        std::string alone = Drawn([] { CreateEnvironment(kAggregateTubes); });
+        const BranchThickness thickness;
+        for (int i = 0; i < ncells; i += stride) {
+            const int parent = cells[i].parent;
+            if (parent < 0)
+                continue;
+            const Cone cone = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
+            alone += Drawn([=] {
+                SetColour(ChooseColour(i, kAggregateTubes));
+                DrawCone(cone, 0, kTwoPi, 10);
+            });
+        }
+        EXPECT_EQ(Drawn([] { DrawDLA(kAggregateTubes); }), alone) << "stride " << stride;
+    }
+    drawnstride = 1;
+}
+
 TEST(Frames, StatisticsFadeToBlackAndEnd)
 {
     PrepareFrame();
@@ -194,8 +225,8 @@ TEST(Frames, BodiesAndText)
             add([=] { CreateSimpleSphere({1, 2, 3}, 0.2, n, method); });
     add([] { CreateSimpleSphere({1, 2, 3}, 0, 16, 0); });
     for (const Vector tip : {Vector{1, 2, 3}, Vector{0, 5, 0}, Vector{0, -5, 0}, Vector{0, 0, 0}})
-        add([=] { CreateCone({0, 0, 0}, tip, 0.5, 0.25, 0, kTwoPi, 10); });
-    add([] { CreateCone({0, 0, 0}, {1, 0, 0}, 1, 2, 0.5, 2, 3); });
+        add([=] { DrawCone({{0, 0, 0}, tip, 0.5, 0.25}, 0, kTwoPi, 10); });
+    add([] { DrawCone({{0, 0, 0}, {1, 0, 0}, 1, 2}, 0.5, 2, 3); });
     add([] { DrawGLText(20, 100, "ab\n\rc"); });
     ExpectGolden("bodies.txt", text);
 }
