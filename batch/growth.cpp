@@ -11,6 +11,7 @@
 #include "archive/rescue.h"
 #include "batch/progress.h"
 #include "growth/flights.h"
+#include "growth/flows.h"
 
 // Steps between two looks at the clock: a fraction of a millisecond.
 constexpr long kBurst = 8192;
@@ -32,6 +33,7 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
     double checkpointdue = 60 * plan.checkpointminutes;
     Progress progress(stops, plan.quiet);
     GrowthEnd end = kStopReached;
+    const HeldFlows heldflows;
     while (ncells < particles && growthstate.steptotal < steps) {
         const double elapsed = Now() - start;
         run->seconds = before + elapsed;
@@ -43,6 +45,7 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
         }
         progress.Report(elapsed);
         if (plan.checkpointminutes > 0 && elapsed >= checkpointdue) {
+            SettleFlows();
             double minutes = plan.checkpointminutes;
             if (Fault fault = plan.checkpoint(*run)) {
                 fprintf(stderr, "sarkelo-grow: checkpoint: %s; growth goes on\n", fault.line.c_str());
@@ -53,6 +56,7 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
         const long tostall = plan.stallsteps - growthstate.stepcount;
         GrowBurst(std::min({kBurst, steps - growthstate.steptotal, tostall}), particles);
     }
+    SettleFlows();
     run->seconds = before + Now() - start;
     progress.End();
     return end;

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include "growth/flights.h"
+#include "growth/flows.h"
 #include "growth/generators.h"
 #include "growth/roots.h"
 #include "growth/state.h"
@@ -26,6 +27,7 @@ void GrowDefault(int particles)
 
 long GrowOn(int particles, long most)
 {
+    const HeldFlows heldflows;
     long steps = 0;
     while (ncells < particles && steps < most) {
         const HeldGenerators held;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "growth/array.h"
+#include "growth/flows.h"
 #include "growth/generators.h"
 #include "growth/neighbour_search.h"
 #include "growth/sources.h"
@@ -24,21 +25,10 @@ struct Extent {
     int count;
     double maxweight, radius;
 };
-
-// Of the way from a particle to its root.
-struct Path {
-    int length;   // how many particles the flow counts on it
-    int ancestor; // the particle so many up as there are kStrides, or -1
-};
 } // namespace
 static Extent extent = {-1, 0, 0};
 
 static unsigned aggregatenumber = 0;
-
-// By particle, known for the first of them.
-static std::vector<Path> paths;
-// A long path is walked in so many strides at once: their loads do not wait for each other.
-constexpr int kStrides = 8;
 
 // Steps of the growth step, in the order in which they are taken.
 static void LaunchWalker();
@@ -54,8 +44,6 @@ static bool CutsSurface(int partner);
 static bool PokesThroughGap();
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
-static double AddFlowPlainly(int partner);
-static bool KnowPaths(int count);
 static void UpdateExtent(double largestflow);
 
 static void StopGrowth();
@@ -142,7 +130,7 @@ static void MeetAggregate(Vector undo)
         growthstate.pos = undo;
         return;
     }
-    UpdateExtent(AddFlow(partner));
+    UpdateExtent(BringFlow());
     growthstate.stepcount = 0;
 }
 
@@ -150,7 +138,7 @@ void ForgetAggregate()
 {
     DropNeighbourIndex();
     extent.count = -1;
-    paths.clear();
+    ForgetPaths();
     aggregatenumber++;
 }
 
@@ -180,68 +168,6 @@ double LaunchRadius()
 bool WalkersLeave()
 {
     return growthstate.killingscale > 1;
-}
-
-double AddFlow(int partner)
-{
-    if (!KnowPaths(partner + 1))
-        return AddFlowPlainly(partner);
-    const double share = 1.0 / paths[partner].length;
-    double largest = 0;
-    const auto add = [&](int i) {
-        cells[i].weight += share;
-        largest = std::max(largest, cells[i].weight);
-    };
-    int at[kStrides];
-    at[0] = partner;
-    for (int k = 1; k < kStrides; k++)
-        at[k] = at[k - 1] < 0 ? -1 : cells[at[k - 1]].parent;
-    while (at[kStrides - 1] >= 0) {
-        for (int &i : at) {
-            add(i);
-            i = paths[i].ancestor;
-        }
-    }
-    for (const int i : at)
-        if (i >= 0)
-            add(i);
-    return largest;
-}
-
-// The same without the memory that it takes to be fast.
-static double AddFlowPlainly(int partner)
-{
-    int n = 1;
-    int i = partner;
-    do {
-        n++;
-        i = cells[i].parent;
-    } while (i > 0);
-    double largest = 0;
-    for (i = partner; i >= 0; i = cells[i].parent) {
-        cells[i].weight += 1.0 / n;
-        largest = std::max(largest, cells[i].weight);
-    }
-    return largest;
-}
-
-// Finds the paths of the first `count` particles. Returns false where there is no memory for them.
-static bool KnowPaths(int count)
-{
-    try {
-        for (int i = static_cast<int>(paths.size()); i < count; i++) {
-            if (paths.size() == paths.capacity())
-                paths.reserve(paths.size() / 8 * 9 + 1000);
-            const int parent = cells[i].parent;
-            int ancestor = i;
-            for (int k = 0; k < kStrides && ancestor >= 0; k++)
-                ancestor = cells[ancestor].parent;
-            paths.push_back({parent > 0 ? paths[parent].length + 1 : 2, ancestor});
-        }
-        return true;
-    } catch (const std::bad_alloc &) {
-        return false;
-    }
 }
 
 // The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
@@ -415,12 +341,21 @@ static void UpdateExtent(double largestflow)
         growthstate.maxweight = std::max(growthstate.maxweight, largestflow);
         growthstate.radius = std::max(growthstate.radius, Modulus(cells[ncells - 1].p));
     } else {
+        SettleFlows();
         for (int i = 0; i < ncells; i++) {
             growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
             growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
         }
     }
     extent = {ncells, growthstate.maxweight, growthstate.radius};
+}
+
+void RaiseLargestFlow(double flow)
+{
+    const bool wasknown = extent.maxweight == growthstate.maxweight;
+    growthstate.maxweight = std::max(growthstate.maxweight, flow);
+    if (wasknown)
+        extent.maxweight = growthstate.maxweight;
 }
 
 // For lack of memory. The step is refused, with one message; the user may try again.

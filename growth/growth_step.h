@@ -18,11 +18,6 @@ int IterateUntilStick(int most);
 // Steps after which a walker that has not stuck is abandoned for a new one, where walkers cannot leave.
 constexpr int kWalkerLife = 10000;
 
-// Adds the flow that a particle brings which sticks to particle `partner`: 1/n along the path of n particles from
-// it to its root. The walk that counts n stops at index 0 and the walk that adds passes through it (kept): paths
-// that end in root 0 get a slightly larger share. Returns the largest flow on the path.
-double AddFlow(int partner);
-
 // Drops what growth remembers of the particles. Call after replacing the particles of cells rather than
 // appending to them.
 void ForgetAggregate();
@@ -30,7 +25,10 @@ void ForgetAggregate();
 // Number of calls of ForgetAggregate: it differs between an aggregate and the one before it.
 unsigned AggregateNumber();
 
-// Parts of the step that flights share (growth/flights.h) ------------------------------------------------------
+// Parts of the step that flights and flows share (growth/flights.h, growth/flows.h) -----------------------
+
+// Raises growthstate.maxweight to a flow that a particle has now, if it is larger.
+void RaiseLargestFlow(double flow);
 
 // Counts so many steps of the walker, at most kWalkerLife.
 void CountSteps(int steps);

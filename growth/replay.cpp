@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "growth/flows.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
 

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <random>
 
 #include <gtest/gtest.h>
 
+#include "growth/flows.h"
 #include "growth/growth_step.h"
 #include "growth/neighbour_search.h"
 #include "growth/roots.h"
@@ -91,9 +93,15 @@ TEST(Flights, FollowFromTheRecordsAlone)
 
 TEST(Flights, PinnedRun)
 {
-    Start({"default"}, 12345);
-    Grow(IterateFlights, 20000, 100000000);
-    EXPECT_EQ(HashParticles(20000), 15076729422143229395ULL);
+    for (const bool held : {false, true}) {
+        Start({"default"}, 12345);
+        std::optional<HeldFlows> flows;
+        if (held)
+            flows.emplace();
+        Grow(IterateFlights, 20000, 100000000);
+        flows.reset();
+        EXPECT_EQ(HashParticles(20000), 15076729422143229395ULL) << held;
+    }
 }
 
 // From one place again and again: onto a sphere that is shifted by the drift, uniformly; and inwards at the launch sphere.

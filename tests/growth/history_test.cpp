@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "growth/array.h"
+#include "growth/flows.h"
 #include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/reference_step.h"
@@ -19,6 +20,7 @@
 
 static void GrowHeld(int steps)
 {
+    const HeldFlows flows;
     for (int left = steps; left > 0; left -= 100) {
         const HeldGenerators held;
         for (int i = 0; i < 100 && i < left; i++)
