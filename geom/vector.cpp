@@ -1,7 +1,5 @@
 #include "geom/vector.h"
 
-#include <algorithm>
-
 // Two coordinates nearer than this are the same vertex.
 constexpr double kSamePoint = 1e-6;
 // Below this a line has no direction, two lines or a line and a plane are parallel.
@@ -13,12 +11,6 @@ int VectorEqual(Vector a, Vector b)
 {
     return std::fabs(a.x - b.x) <= kSamePoint && std::fabs(a.y - b.y) <= kSamePoint &&
            std::fabs(a.z - b.z) <= kSamePoint;
-}
-
-void MinMaxXYZ(Vector *min, Vector *max, Vector p)
-{
-    *min = {std::min(min->x, p.x), std::min(min->y, p.y), std::min(min->z, p.z)};
-    *max = {std::max(max->x, p.x), std::max(max->y, p.y), std::max(max->z, p.z)};
 }
 
 Vector RotateX(Vector p, double theta)

@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 
 struct Vector {
@@ -69,7 +70,11 @@ inline void Normalise(Vector *v)
 int VectorEqual(Vector a, Vector b);
 
 // *min and *max become the componentwise minimum and maximum of themselves and p.
-void MinMaxXYZ(Vector *min, Vector *max, Vector p);
+inline void MinMaxXYZ(Vector *min, Vector *max, Vector p)
+{
+    *min = {std::min(min->x, p.x), std::min(min->y, p.y), std::min(min->z, p.z)};
+    *max = {std::max(max->x, p.x), std::max(max->y, p.y), std::max(max->z, p.z)};
+}
 
 // Rotations -----------------------------------------------------------------------------------------------
 

@@ -42,6 +42,7 @@ static void MeetAggregate(Vector undo);
 static bool MeetsBranch(int partner);
 static bool CutsSurface(int partner);
 static bool PokesThroughGap();
+static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection);
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
 static void UpdateExtent(double largestflow);
@@ -275,37 +276,33 @@ static bool MeetsBranch(int partner)
 // Whether the new branch crosses a face of the constraint surface.
 static bool CutsSurface(int partner)
 {
-    const std::vector<int> *faces = FacesNear(growthstate.pos, cells[partner].p, 0);
-    if (faces == nullptr) {
-        StopGrowth();
-        return true;
-    }
-    for (const int i : *faces) {
+    const auto crosses = [](int face, Vector p1, Vector p2) {
         Vector hit;
-        if (LinePlaneIntersect(i, &hit, growthstate.pos, cells[partner].p)) {
-            Explain("*** Cuts constraint surface\n");
-            return true;
-        }
-    }
-    return false;
+        return LinePlaneIntersect(face, &hit, p1, p2) != 0;
+    };
+    return IsRefused(cells[partner].p, 0, crosses, "*** Cuts constraint surface\n");
 }
 
 // Whether the walker is within a branch length of an edge of a face and on the outer side of that face: it
 // may have come through the gap between two faces.
 static bool PokesThroughGap()
 {
-    const std::vector<int> *faces = FacesNear(growthstate.pos, growthstate.pos, growthstate.branchlength);
-    if (faces == nullptr) {
+    const auto isbeyond = [](int face, Vector pos, Vector) {
+        const Triangle &t = stltri[face];
+        return DotProduct(pos - t.midpoint, t.n) > 0 && IsNearEdge(t);
+    };
+    return IsRefused(growthstate.pos, growthstate.branchlength, isbeyond, "*** Gap poke through\n");
+}
+
+// Whether a face within reach of the segment from the walker to `end` refuses it.
+static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection)
+{
+    const FaceSearch found = FindFaceNear(growthstate.pos, end, reach, test);
+    if (found == FaceSearch::kFound)
+        Explain(rejection);
+    if (found == FaceSearch::kOutOfMemory)
         StopGrowth();
-        return true;
-    }
-    for (const int i : *faces) {
-        if (DotProduct(growthstate.pos - stltri[i].midpoint, stltri[i].n) > 0 && IsNearEdge(stltri[i])) {
-            Explain("*** Gap poke through\n");
-            return true;
-        }
-    }
-    return false;
+    return found != FaceSearch::kNone;
 }
 
 static bool IsNearEdge(const Triangle &t)

@@ -1,5 +1,6 @@
 #include "surface/surface.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -11,6 +12,13 @@
 constexpr double kParallel = 1e-5;
 // Degrees by which the angles around a point inside a face may miss the full circle.
 constexpr double kFullCircleTolerance = 1e-5;
+// In squares of a face's longest side. Where a point of its plane forms triangles of twice this area or more with the
+// sides, rounding decides nothing: the angles close the circle, or miss it, by far more than the tolerance.
+constexpr double kClearArea = 0.001;
+// That holds for faces of at least twice this area,
+constexpr double kClearFace = 0.01;
+// and coordinates of at most so many longest sides.
+constexpr double kClearDistance = 1e6;
 // Bounds of nothing: every coordinate of a real surface lies within.
 constexpr double kUnbounded = 1e32;
 
@@ -20,6 +28,12 @@ Vector stlmin = {kUnbounded, kUnbounded, kUnbounded};
 Vector stlmax = {-kUnbounded, -kUnbounded, -kUnbounded};
 Vector stlmid = {0, 0, 0};
 
+namespace
+{
+enum class Place { kInside, kOutside, kUnclear };
+} // namespace
+
+static Place PlaceInFace(const Triangle &t, Vector p, double farthest2);
 static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles);
 static void RemoveBadFaces();
 static bool IsBadFace(const Triangle &t);
@@ -76,6 +90,9 @@ int LinePlaneIntersect(int index, Vector *hit, Vector p1, Vector p2)
     *hit = p1 + mu * (p2 - p1);
     if (mu < 0 || mu > 1)
         return 0;
+    const double farthest2 = std::max(DotProduct(p1, p1), DotProduct(p2, p2));
+    if (const Place place = PlaceInFace(t, *hit, farthest2); place != Place::kUnclear)
+        return place == Place::kInside;
 
     Vector u[3];
     for (int i = 0; i < 3; i++) {
@@ -91,6 +108,26 @@ double PointPlaneDist(int index, Vector point)
 {
     const Triangle &t = stltri[index];
     return t.A * point.x + t.B * point.y + t.C * point.z + t.D;
+}
+
+// Where a point of the face's plane is, if that is clear without the angles. The point comes from coordinates of
+// which the squares add up to at most farthest2.
+static Place PlaceInFace(const Triangle &t, Vector p, double farthest2)
+{
+    const Vector a = t.p[1] - t.p[0];
+    const Vector b = t.p[2] - t.p[0];
+    const Vector c = p - t.p[0];
+    const double longest2 = std::max({DotProduct(a, a), DotProduct(b, b), DotProduct(b - a, b - a)});
+    const double area = DotProduct(t.n, CrossProduct(a, b));
+    if (!(area > kClearFace * longest2 && farthest2 < kClearDistance * kClearDistance * longest2))
+        return Place::kUnclear;
+    const double besidea = DotProduct(t.n, CrossProduct(a, c));
+    const double besideb = DotProduct(t.n, CrossProduct(c, b));
+    const double opposite = area - besidea - besideb;
+    const double clear = kClearArea * longest2;
+    if (besidea > clear && besideb > clear && opposite > clear)
+        return Place::kInside;
+    return besidea < -clear || besideb < -clear || opposite < -clear ? Place::kOutside : Place::kUnclear;
 }
 
 static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles)

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <new>
+#include <vector>
 
 #include "surface/surface.h"
 
@@ -12,8 +13,10 @@
 constexpr double kTolerance = 1e-3;
 // and by this share of its coordinates, more than they lose in single precision.
 constexpr double kPrecision = 1e-6;
-// Faces of a node that is not divided further.
-constexpr int kLeafFaces = 8;
+// Parts that a node is divided into, and faces of one that is not divided further.
+constexpr int kParts = 8;
+// The most nodes that a search has before it: the parts of a node on each of 11 levels.
+constexpr int kMostOpen = 11 * kParts;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
@@ -30,12 +33,24 @@ struct Entry {
     int face;
 };
 
-// A node of a binary tree of boxes (a bounding volume hierarchy, divided at the median of the longest side).
-// Nodes are divided when a search first comes to them: a surface far larger than the aggregate costs little.
+// Entries that stand side by side.
+struct Range {
+    int first, count;
+};
+
+// A node of a tree of boxes (a bounding volume hierarchy, divided at medians of the longest side). Nodes are divided
+// when a search first comes to them: a surface far larger than the aggregate costs little.
 struct Node {
-    Box box;
     int first, count; // its entries
-    int children;     // the first of two, which stand side by side; 0 while it is not divided
+    int family;       // its parts; -1 while it is not divided
+};
+
+// Boxes side by side, so that all are looked at in a few instructions: those of nodes or those of faces.
+struct alignas(64) Family {
+    float min[3][kParts];
+    float max[3][kParts];
+    int members[kParts]; // the nodes or the faces
+    int count;
 };
 
 struct SurfaceIndex {
@@ -43,38 +58,43 @@ struct SurfaceIndex {
     int count = -1;
     std::vector<Entry> entries; // by node
     std::vector<Node> nodes;
+    std::vector<Family> families;
     std::vector<int> unbounded; // faces of which a coordinate does not fit a box: near everything
-    std::vector<int> found;     // by the last search
-    std::vector<int> open;      // nodes that it has still to look at
 };
 } // namespace
 
 static SurfaceIndex surfaceindex;
 
 static void Build();
-static void Search(const Box &wanted);
+template<typename Test>
+static bool Search(const Box &wanted, Test test);
+static int ListMeeting(const Family &family, const Box &wanted, int *list);
+static int FamilyOf(int n);
+static bool HoldsFaces(const Node &node);
 static void Divide(int n);
+static Range SplitOff(Range *range, int multiple);
 static int AddNode(int first, int count);
+static void AddMember(Family *family, int member, const Box &box);
+static Box BoxOfEntries(Range range);
 static Box BoxOf(const Vector *points, int count, double margin);
 static bool Fits(const Box &box);
-static bool Meet(const Box &a, const Box &b);
 static void Enclose(Box *box, const Box &part);
 
-const std::vector<int> *FacesNear(Vector p1, Vector p2, double reach)
+FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test)
 {
-    const Vector ends[] = {p1, p2};
+    if (nstltri <= 0)
+        return FaceSearch::kNone;
     try {
-        surfaceindex.found.clear();
-        if (nstltri > 0) {
-            if (surfaceindex.array != stltri || surfaceindex.count != nstltri)
-                Build();
-            Search(BoxOf(ends, 2, reach));
-        }
+        if (surfaceindex.array != stltri || surfaceindex.count != nstltri)
+            Build();
+        const Vector ends[] = {p1, p2};
+        const Box wanted = BoxOf(ends, 2, reach);
+        const auto holds = [=](int face) { return test(face, p1, p2); };
+        return Search(wanted, holds) ? FaceSearch::kFound : FaceSearch::kNone;
     } catch (const std::bad_alloc &) {
         surfaceindex = SurfaceIndex();
-        return nullptr;
+        return FaceSearch::kOutOfMemory;
     }
-    return &surfaceindex.found;
 }
 
 void DropSurfaceIndex()
@@ -87,6 +107,7 @@ static void Build()
     surfaceindex.entries.clear();
     surfaceindex.entries.reserve(static_cast<std::size_t>(nstltri));
     surfaceindex.nodes.clear();
+    surfaceindex.families.clear();
     surfaceindex.unbounded.clear();
     for (int i = 0; i < nstltri; i++) {
         const Box box = BoxOf(stltri[i].p, 3, 0);
@@ -100,55 +121,128 @@ static void Build()
     surfaceindex.count = nstltri;
 }
 
-static void Search(const Box &wanted)
+// Whether the test holds for a face whose box meets the wanted one.
+template<typename Test>
+static bool Search(const Box &wanted, Test test)
 {
-    surfaceindex.found = surfaceindex.unbounded;
-    surfaceindex.open.assign(1, 0);
-    while (!surfaceindex.open.empty()) {
-        const int n = surfaceindex.open.back();
-        surfaceindex.open.pop_back();
-        if (!Meet(surfaceindex.nodes[n].box, wanted))
-            continue;
-        Divide(n);
-        const Node &node = surfaceindex.nodes[n];
-        if (node.children > 0) {
-            surfaceindex.open.push_back(node.children);
-            surfaceindex.open.push_back(node.children + 1);
+    for (const int face : surfaceindex.unbounded)
+        if (test(face))
+            return true;
+    int open[kMostOpen]; // nodes that are still to be looked at
+    open[0] = 0;
+    int count = 1;
+    while (count > 0) {
+        const int n = open[--count];
+        const Family &family = surfaceindex.families[FamilyOf(n)];
+        if (!HoldsFaces(surfaceindex.nodes[n])) {
+            count += ListMeeting(family, wanted, open + count);
             continue;
         }
-        const Entry *entry = surfaceindex.entries.data() + node.first;
-        for (int k = 0; k < node.count; k++)
-            if (Meet(entry[k].box, wanted))
-                surfaceindex.found.push_back(entry[k].face);
+        int faces[kParts];
+        const int found = ListMeeting(family, wanted, faces);
+        for (int k = 0; k < found; k++)
+            if (test(faces[k]))
+                return true;
     }
+    return false;
 }
 
+// Lists the members of which the box meets the wanted one; a bound that is not a number meets everything. Returns how
+// many they are. Without a branch for each: which they are is hard to foresee. The list has room for all.
+static int ListMeeting(const Family &family, const Box &wanted, int *list)
+{
+    int apart[kParts];
+    for (int k = 0; k < kParts; k++) {
+        apart[k] = family.min[0][k] > wanted.max[0] ? 1 : 0;
+        apart[k] |= family.max[0][k] < wanted.min[0] ? 1 : 0;
+        apart[k] |= family.min[1][k] > wanted.max[1] ? 1 : 0;
+        apart[k] |= family.max[1][k] < wanted.min[1] ? 1 : 0;
+        apart[k] |= family.min[2][k] > wanted.max[2] ? 1 : 0;
+        apart[k] |= family.max[2][k] < wanted.min[2] ? 1 : 0;
+    }
+    int count = 0;
+    for (int k = 0; k < family.count; k++) {
+        list[count] = family.members[k];
+        count += 1 - apart[k];
+    }
+    return count;
+}
+
+// The family of a node, which is divided where it is not yet.
+static int FamilyOf(int n)
+{
+    if (surfaceindex.nodes[n].family < 0)
+        Divide(n);
+    return surfaceindex.nodes[n].family;
+}
+
+static bool HoldsFaces(const Node &node)
+{
+    return node.count <= kParts;
+}
+
+// Into as few parts as there can be, all full but one. Full are those of 1, 8, 64... faces.
 static void Divide(int n)
 {
     const Node node = surfaceindex.nodes[n];
-    if (node.children > 0 || node.count <= kLeafFaces)
-        return;
+    int full = 1;
+    while (full < (node.count - 1) / kParts + 1)
+        full *= kParts;
+    Range parts[kParts] = {{node.first, node.count}};
+    int count = node.count > 0 ? 1 : 0;
+    for (int k = 0; k < count; k++)
+        while (parts[k].count > full)
+            parts[count++] = SplitOff(&parts[k], full);
+    Family family = {};
+    for (int k = 0; k < count; k++) {
+        const auto [first, size] = parts[k];
+        AddMember(&family, full == 1 ? surfaceindex.entries[first].face : AddNode(first, size),
+                  BoxOfEntries(parts[k]));
+    }
+    surfaceindex.nodes[n].family = static_cast<int>(surfaceindex.families.size());
+    surfaceindex.families.push_back(family);
+}
+
+// Divides a range at the median of the longest side, to a multiple of some entries. Returns what is beyond.
+static Range SplitOff(Range *range, int multiple)
+{
+    const Box box = BoxOfEntries(*range);
     int axis = 0;
     for (const int other : {1, 2})
-        if (node.box.max[other] - node.box.min[other] > node.box.max[axis] - node.box.min[axis])
+        if (box.max[other] - box.min[other] > box.max[axis] - box.min[axis])
             axis = other;
-    const int half = node.count / 2;
-    const auto begin = surfaceindex.entries.begin() + node.first;
-    std::nth_element(begin, begin + half, begin + node.count, [axis](const Entry &a, const Entry &b) {
+    const auto [first, count] = *range;
+    const int half = ((count - 1) / multiple + 1) / 2 * multiple;
+    const auto begin = surfaceindex.entries.begin() + first;
+    std::nth_element(begin, begin + half, begin + count, [axis](const Entry &a, const Entry &b) {
         return a.box.min[axis] + a.box.max[axis] < b.box.min[axis] + b.box.max[axis];
     });
-    const int children = AddNode(node.first, half);
-    AddNode(node.first + half, node.count - half);
-    surfaceindex.nodes[n].children = children;
+    range->count = half;
+    return {first + half, count - half};
 }
 
 static int AddNode(int first, int count)
 {
-    Node node = {Box(), first, count, 0};
-    for (int k = first; k < first + count; k++)
-        Enclose(&node.box, surfaceindex.entries[k].box);
-    surfaceindex.nodes.push_back(node);
+    surfaceindex.nodes.push_back({first, count, -1});
     return static_cast<int>(surfaceindex.nodes.size()) - 1;
+}
+
+static void AddMember(Family *family, int member, const Box &box)
+{
+    family->members[family->count] = member;
+    for (int axis = 0; axis < 3; axis++) {
+        family->min[axis][family->count] = box.min[axis];
+        family->max[axis][family->count] = box.max[axis];
+    }
+    family->count++;
+}
+
+static Box BoxOfEntries(Range range)
+{
+    Box box;
+    for (int k = range.first; k < range.first + range.count; k++)
+        Enclose(&box, surfaceindex.entries[k].box);
+    return box;
 }
 
 // A box about some points and all within a margin of them.
@@ -176,13 +270,6 @@ static bool Fits(const Box &box)
         if (!std::isfinite(box.min[axis]) || !std::isfinite(box.max[axis]))
             return false;
     return true;
-}
-
-// Whether two boxes meet; one with a bound that is not a number meets everything.
-static bool Meet(const Box &a, const Box &b)
-{
-    return !(a.min[0] > b.max[0] || a.max[0] < b.min[0] || a.min[1] > b.max[1] || a.max[1] < b.min[1] ||
-             a.min[2] > b.max[2] || a.max[2] < b.min[2]);
 }
 
 static void Enclose(Box *box, const Box &part)

@@ -2,15 +2,16 @@
 
 #pragma once
 
-#include <vector>
-
 #include "geom/vector.h"
 
-// The faces whose bounding box comes within `reach` of the bounding box of the segment p1-p2, along each
-// axis, and perhaps others; in no order. With reach 0 these are all faces that the segment can cross; with p1
-// = p2, all of which an edge can be within reach of the point. Valid until the next call; nullptr when memory
-// does not suffice.
-const std::vector<int> *FacesNear(Vector p1, Vector p2, double reach);
+// A test of a face with the segment p1-p2.
+using FaceTest = bool (*)(int face, Vector p1, Vector p2);
+enum class FaceSearch { kNone, kFound, kOutOfMemory };
+
+// Whether the test holds for a face whose bounding box comes within `reach` of the bounding box of the segment p1-p2,
+// along each axis; perhaps others are tested, too. With reach 0 these are all faces that the segment can cross; with p1
+// = p2, all of which an edge can be within reach of the point.
+FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test);
 
 // Corners of faces have changed: the index is built anew at the next search. UpdateSTL calls this.
 void DropSurfaceIndex();
