@@ -80,7 +80,12 @@ TEST(Flights, FollowFromTheRecordsAlone)
                         asked++;
                     }
                 }
+                const Vector before = growthstate.pos;
                 IterateFlights();
+                const double b = growthstate.branchlength;
+                if (!interrupted && move % 10 == 0 && VectorLength(before, growthstate.pos) > 1.9 * b) {
+                    ASSERT_GE(NearestPartner(), b * (1 - 1e-9)) << setting.name;
+                }
             }
             if (!interrupted) { // of the distance to the nearest particle
                 EXPECT_GT(reached / asked, 0.5) << setting.name;
