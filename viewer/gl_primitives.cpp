@@ -94,6 +94,12 @@ void CreateSimpleSphere(Vector centre, double radius, int n, int method)
     }
 }
 
+void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, double theta2, int m)
+{
+    const Cone cone = {p1, p2, r1, r2};
+    CreateCones(&cone, nullptr, 1, theta1, theta2, m);
+}
+
 void CreateCones(const Cone *cones, const Colour *colours, int count, double theta1, double theta2, int m)
 {
     Frames frames;

@@ -17,17 +17,21 @@ void CreateBox(Vector lower, Vector upper, int mode);
 // any other method: nothing. A point where the radius is 0 or |n| is below 4.
 void CreateSimpleSphere(Vector centre, double radius, int n, int method);
 
-// A truncated cone from p1 (radius r1) to p2 (radius r2).
+constexpr int kMostFacets = 11;
+
+// The side of a truncated cone from p1 (radius r1) to p2 (radius r2), swept from theta1 to theta2 radians
+// about its axis in m facets (at most kMostFacets), with purely radial normals and texture coordinates. The ends are
+// open.
+void CreateCone(Vector p1, Vector p2, double r1, double r2, double theta1, double theta2, int m);
+
 struct Cone {
     Vector p1, p2;
     double r1, r2;
 };
 constexpr int kConesAtOnce = 64;
-constexpr int kMostFacets = 11;
 
-// The sides of up to kConesAtOnce cones, swept from theta1 to theta2 radians about their axes in m facets (at most
-// kMostFacets), with purely radial normals and texture coordinates. The ends are open. Each cone has its colour;
-// without colours (null) all have the current one. Many cones at once take less time than one by one.
+// CreateCone for up to kConesAtOnce of them, which takes less time than one by one. Each has its colour; without colours
+// (null) all have the current one.
 void CreateCones(const Cone *cones, const Colour *colours, int count, double theta1, double theta2, int m);
 
 // A colour, a vertex and a normal, passed to GL in single precision.

@@ -83,11 +83,6 @@ static void PrepareFrame()
     DrawSTL(options.surfacemode, 1);
 }
 
-static void DrawCone(const Cone &cone, double theta1, double theta2, int m)
-{
-    CreateCones(&cone, nullptr, 1, theta1, theta2, m);
-}
-
 TEST(Frames, EveryModeAndOverlay)
 {
     const struct {
@@ -180,7 +175,7 @@ TEST(Frames, ManyTubesAreDrawnAsEachAlone)
             const Cone cone = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
             alone += Drawn([=] {
                 SetColour(ChooseColour(i, kAggregateTubes));
-                DrawCone(cone, 0, kTwoPi, 10);
+                CreateCone(cone.p1, cone.p2, cone.r1, cone.r2, 0, kTwoPi, 10);
             });
         }
         EXPECT_EQ(Drawn([] { DrawDLA(kAggregateTubes); }), alone) << "stride " << stride;
@@ -228,8 +223,8 @@ TEST(Frames, BodiesAndText)
             add([=] { CreateSimpleSphere({1, 2, 3}, 0.2, n, method); });
     add([] { CreateSimpleSphere({1, 2, 3}, 0, 16, 0); });
     for (const Vector tip : {Vector{1, 2, 3}, Vector{0, 5, 0}, Vector{0, -5, 0}, Vector{0, 0, 0}})
-        add([=] { DrawCone({{0, 0, 0}, tip, 0.5, 0.25}, 0, kTwoPi, 10); });
-    add([] { DrawCone({{0, 0, 0}, {1, 0, 0}, 1, 2}, 0.5, 2, 3); });
+        add([=] { CreateCone({0, 0, 0}, tip, 0.5, 0.25, 0, kTwoPi, 10); });
+    add([] { CreateCone({0, 0, 0}, {1, 0, 0}, 1, 2, 0.5, 2, 3); });
     add([] { DrawGLText(20, 100, "ab\n\rc"); });
     ExpectGolden("bodies.txt", text);
 }
