@@ -124,8 +124,8 @@ static void Append(std::vector<int> *list, int number)
 
 void ForgetPaths()
 {
-    lengths.clear();
-    ancestors.clear();
+    lengths = std::vector<int>();
+    ancestors = std::vector<int>();
     held.from = ncells;
 }
 

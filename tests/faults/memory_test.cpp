@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -14,6 +15,7 @@
 #include "fakes/recorder.h"
 #include "faults/failing_memory.h"
 #include "growth/camera_home.h"
+#include "growth/flows.h"
 #include "growth/growth_step.h"
 #include "growth/neighbour_search.h"
 #include "growth/parameters.h"
@@ -303,4 +305,42 @@ TEST(FailingMemory, GrowthStopsAndKeepsWhatHasGrown)
     growthstate.running = 1;
     Grow(IterateSystem, 60, 1000000);
     EXPECT_EQ(ncells, 60);
+}
+
+// The flows of an aggregate once more, in the order in which its particles came. Returns the hash of all.
+static unsigned long long BringFlowsAnew(bool held, bool fails)
+{
+    const int all = ncells;
+    for (int i = 0; i < all; i++)
+        cells[i].weight = 0;
+    ForgetPaths();
+    {
+        std::optional<HeldFlows> flows;
+        ncells = growthstate.nroots;
+        if (held)
+            flows.emplace();
+        if (fails)
+            FailAllocations(1, true);
+        while (ncells < all) {
+            ncells++;
+            BringFlow();
+        }
+    }
+    if (fails) {
+        EXPECT_GT(EndOfFailures(), 0);
+    }
+    return HashParticles(all);
+}
+
+TEST(FailingMemory, FlowsAreTheSameWithoutMemoryForPaths)
+{
+    StartAfresh();
+    growthstate.roottype = kRootRingX;
+    growthstate.nroots = 3;
+    ASSERT_TRUE(RestartFromRoots());
+    Grow(IterateSystem, 500, 10000000);
+    const unsigned long long hash = HashParticles(500);
+    for (const bool held : {false, true})
+        for (const bool fails : {false, true})
+            EXPECT_EQ(BringFlowsAnew(held, fails), hash) << held << fails;
 }
