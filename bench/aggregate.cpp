@@ -1,6 +1,7 @@
 #include "aggregate.h"
 
 #include <chrono>
+#include <ctime>
 
 #include "growth/flights.h"
 #include "growth/flows.h"
@@ -13,6 +14,13 @@ constexpr int kStepsPerCall = 100;
 double Now()
 {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+double ProcessorSeconds()
+{
+    timespec time;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 void GrowDefault(int particles)

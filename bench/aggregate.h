@@ -1,9 +1,12 @@
-// What the benchmarks share: a clock, and the default aggregate.
+// What the benchmarks share: clocks, and the default aggregate.
 
 #pragma once
 
 // Seconds of a steady clock.
 double Now();
+
+// Seconds that this thread has had of the processor: others at work on the machine do not count.
+double ProcessorSeconds();
 
 // Grows the default aggregate from its start to that many particles, and pauses growth.
 void GrowDefault(int particles);

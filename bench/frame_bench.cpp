@@ -2,8 +2,6 @@
 // makes as many calls with constant arguments. Both run in turn, frame by frame, and the processor's time counts: others at
 // work on the machine take theirs at any moment.
 
-#include <ctime>
-
 #include <GL/gl.h>
 #include <benchmark/benchmark.h>
 
@@ -63,11 +61,6 @@ static bool HasAggregate(int count)
     return true;
 }
 
-static double ProcessorTime()
-{
-    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
-}
-
 static void DrawFrame(benchmark::State &state)
 {
     const int mode = static_cast<int>(state.range(0));
@@ -77,12 +70,12 @@ static void DrawFrame(benchmark::State &state)
     }
     double drawing = 0, constant = 0;
     for (auto _ : state) {
-        const double start = ProcessorTime();
+        const double start = ProcessorSeconds();
         DrawDLA(mode);
-        const double middle = ProcessorTime();
+        const double middle = ProcessorSeconds();
         DrawConstants(mode);
         drawing += middle - start;
-        constant += ProcessorTime() - middle;
+        constant += ProcessorSeconds() - middle;
     }
     const double branches = static_cast<double>(state.iterations()) * (ncells - 1);
     state.counters["ns a branch"] = 1e9 * drawing / branches;

@@ -4,7 +4,6 @@
 #include <climits>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -79,14 +78,6 @@ static void BM_Growth(benchmark::State &state, Setting setting, int from, int to
         state.counters["ratio"] = growth / floor;
         state.counters["to_chain"] = growth / chain;
     }
-}
-
-// Of this thread: other processes do not count.
-static double ProcessorSeconds()
-{
-    timespec time;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 
 // Steps with a surface against steps without one, to 20,000 particles each, in turns of a million steps.

@@ -28,7 +28,8 @@ def tidy(study, rows):
     lines = []
     for run, row in rows:
         statistics = row["statistics"]
-        line = {"run": run.name, "recipe": run.recipe and os.path.relpath(run.recipe, study.path.parent), **row["parameters"], "program_version": statistics["program_version"]}
+        recipe = run.recipe and os.path.relpath(run.recipe, study.path.parent)
+        line = {"run": run.name, "recipe": recipe, **row["parameters"], "program_version": statistics["program_version"]}
         for name in ("particles", "steps", "launches", "radius", "radius_of_gyration"):
             line[name] = statistics[name]
         line |= {f"children_{k}": count for k, count in enumerate(statistics["branch_distribution"])}
