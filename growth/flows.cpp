@@ -29,6 +29,7 @@ struct {
     std::vector<Share> shares;
     std::vector<Junction> junctions;
     std::vector<double> amounts; // of a list
+    std::size_t most = 0;        // that there is memory for
 } held;
 } // namespace
 
@@ -37,14 +38,16 @@ struct {
 static std::vector<int> lengths, ancestors;
 // A long path is walked in so many strides at once: their loads do not wait for each other.
 constexpr int kStrides = 8;
-// Flows that are held at most.
-constexpr int kMostHeld = 65536;
+// Flows are held until there are so many, or one for so many particles of a larger aggregate.
+constexpr std::size_t kLeastHeld = 65536;
+constexpr std::size_t kParticlesPerHeld = 32;
 // Particles of a path to which a list is added at once.
 constexpr int kTogether = 8;
 
 static double AddFlowPlainly(int partner);
 static bool KnowPaths(int count, bool withancestors);
 static void Append(std::vector<int> *list, int number);
+static void MakeRoom();
 static double AddHeldFlows(int from);
 static void CountLists(int from);
 static int MergeLists(int a, int b);
@@ -133,17 +136,29 @@ void ForgetPaths()
 
 HeldFlows::HeldFlows()
 {
-    try {
-        held.shares.reserve(kMostHeld);
-        held.junctions.reserve(kMostHeld);
-        held.amounts.reserve(kMostHeld);
-    } catch (const std::bad_alloc &) {
+    MakeRoom();
+    if (held.most == 0)
         return;
-    }
     for (int i = 0; i < ncells; i++)
         cells[i].visited = 0;
     held.from = ncells;
     held.exist = true;
+}
+
+// For the flows that are to be held. Where there is no memory for more, it stays as it is.
+static void MakeRoom()
+{
+    const std::size_t wanted = std::max(kLeastHeld, static_cast<std::size_t>(ncells) / kParticlesPerHeld);
+    if (wanted <= held.most)
+        return;
+    try {
+        held.shares.reserve(wanted);
+        held.junctions.reserve(wanted);
+        held.amounts.reserve(wanted);
+        held.most = wanted;
+    } catch (const std::bad_alloc &) {
+        // as many as before
+    }
 }
 
 HeldFlows::~HeldFlows()
@@ -156,8 +171,10 @@ double BringFlow()
 {
     if (!held.exist)
         return AddFlow(cells[ncells - 1].parent);
-    if (ncells - held.from >= kMostHeld)
+    if (static_cast<std::size_t>(ncells - held.from) >= held.most) {
         SettleFlows();
+        MakeRoom();
+    }
     return 0;
 }
 

@@ -23,9 +23,9 @@ constexpr double kMapRoom = 1.25;
 // The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
 // of two branch lengths with its drift.
 constexpr double kMapEdge = 1.03;
-// Bytes that may find the maps' bricks, together: for themselves and per particle. The edge doubles where it must.
-constexpr double kMapBytes = 16e6;
-constexpr double kMapBytesPerParticle = 16;
+// Bytes that may find the maps' blocks, together: for themselves and per particle. The edge doubles where it must.
+constexpr double kMapBytes = 1e6;
+constexpr double kMapBytesPerParticle = 1;
 
 // The scan -----------------------------------------------------------------------------------------------
 
@@ -117,8 +117,11 @@ static bool NewestIsUnmoved();
 static bool Prepare();
 static void Build();
 static void Insert(int i);
+static void List(int i);
+static bool IsFinite(Vector p);
 static bool MapsFit();
 static void MakeMaps();
+static bool ExtendMaps();
 static int MapCount();
 static double MapEdge();
 static ClearanceMap *MapOf(int i);
@@ -172,7 +175,7 @@ static double AskMap(Vector pos)
 
 void AddToNeighbourIndex()
 {
-    if (!neighbourindex.usable || neighbourindex.count != ncells - 1 || neighbourindex.lists.IsFull()) {
+    if (!neighbourindex.usable || neighbourindex.count != ncells - 1) {
         DropNeighbourIndex();
         return;
     }
@@ -246,15 +249,18 @@ static void Build()
     neighbourindex.newest = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
 }
 
-// A particle that is not at a finite place is nobody's partner and is left out.
 static void Insert(int i)
 {
     const Vector p = cells[i].p;
-    const bool finite = std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-    neighbourindex.usable = neighbourindex.usable && (!finite || neighbourindex.lists.Holds(p));
+    neighbourindex.usable = neighbourindex.usable && (!IsFinite(p) || neighbourindex.lists.Holds(p));
     if (!neighbourindex.usable)
         return;
-    neighbourindex.lists.Append(p, finite);
+    if (neighbourindex.lists.IsFull()) {
+        neighbourindex.lists.Start(growthstate.branchlength, i);
+        for (int k = 0; k < i; k++)
+            List(k);
+    }
+    List(i);
     if (ClearanceMap *map = MapOf(i); map != nullptr)
         map->Mark(p);
     neighbourindex.count = i + 1;
@@ -264,6 +270,17 @@ static void Insert(int i)
     neighbourindex.isasked = false;
 }
 
+// A particle that is not at a finite place is nobody's partner and is left out.
+static void List(int i)
+{
+    neighbourindex.lists.Append(cells[i].p, IsFinite(cells[i].p));
+}
+
+static bool IsFinite(Vector p)
+{
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
 static bool MapsFit()
 {
     return AggregateReach() <= neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
@@ -271,18 +288,31 @@ static bool MapsFit()
 
 static void MakeMaps()
 {
-    neighbourindex.maps.clear();
     neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
     neighbourindex.mapextent = kMapRoom * (AggregateReach() + growthstate.branchlength);
-    neighbourindex.mapedge = MapEdge();
-    if (!(neighbourindex.mapextent / growthstate.branchlength < kFarthestCube))
+    const bool covers = neighbourindex.mapextent / growthstate.branchlength < kFarthestCube;
+    const double edge = MapEdge();
+    if (covers && edge == neighbourindex.mapedge && ExtendMaps())
+        return;
+    neighbourindex.mapedge = edge;
+    neighbourindex.maps.clear();
+    if (!covers)
         return; // searched without a map
     neighbourindex.maps.resize(MapCount());
     for (ClearanceMap &map : neighbourindex.maps)
-        map.Start(neighbourindex.mapedge, neighbourindex.mapextent);
+        map.Start(edge, neighbourindex.mapextent);
     for (int i = 0; i < ncells; i++)
         MapOf(i)->Mark(cells[i].p);
+}
+
+// Returns false where there is no map, or one that cannot be extended.
+static bool ExtendMaps()
+{
+    for (ClearanceMap &map : neighbourindex.maps)
+        if (!map.Extend(neighbourindex.mapextent))
+            return false;
+    return !neighbourindex.maps.empty();
 }
 
 static int MapCount()
