@@ -96,6 +96,24 @@ TEST(Flights, FollowFromTheRecordsAlone)
     }
 }
 
+// A radius that does not reach all particles, which no run leaves: the next particle puts it right.
+TEST(Flights, KeepClearOfParticlesBeyondTheRadius)
+{
+    Start({"default"}, 1);
+    Grow(IterateFlights, 10000, 10000000);
+    FreeNeighbourIndex();
+    growthstate.radius = 5;
+    Grow(IterateFlights, 10001, 10000000);
+    ASSERT_GT(growthstate.radius, 30);
+    std::mt19937 random(1);
+    std::uniform_real_distribution<double> offset(-2, 2);
+    for (int k = 0; k < 1000; k++) {
+        const Vector p = cells[random() % static_cast<unsigned>(ncells)].p;
+        growthstate.pos = p + Vector{offset(random), offset(random), offset(random)};
+        ASSERT_LE(FreeRadius(), std::max(NearestPartner() - growthstate.branchlength, -1.0));
+    }
+}
+
 TEST(Flights, PinnedRun)
 {
     for (const bool held : {false, true}) {
