@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include <hdf5.h>
 
@@ -47,50 +49,23 @@ inline void Require(bool holds, std::string_view about, std::string_view what = 
 }
 
 // The library's types of what we store. Files have the little-endian ones on every machine.
-template<typename T>
-hid_t MemoryType();
-template<>
-inline hid_t MemoryType<double>()
-{
-    return H5T_NATIVE_DOUBLE;
-}
-template<>
-inline hid_t MemoryType<int>()
-{
-    return H5T_NATIVE_INT32;
-}
-template<>
-inline hid_t MemoryType<uint32_t>()
-{
-    return H5T_NATIVE_UINT32;
-}
-template<>
-inline hid_t MemoryType<uint64_t>()
-{
-    return H5T_NATIVE_UINT64;
-}
+struct Hdf5Types {
+    hid_t memory, file;
+};
 
 template<typename T>
-hid_t FileType();
-template<>
-inline hid_t FileType<double>()
+Hdf5Types TypesOf()
 {
-    return H5T_IEEE_F64LE;
-}
-template<>
-inline hid_t FileType<int>()
-{
-    return H5T_STD_I32LE;
-}
-template<>
-inline hid_t FileType<uint32_t>()
-{
-    return H5T_STD_U32LE;
-}
-template<>
-inline hid_t FileType<uint64_t>()
-{
-    return H5T_STD_U64LE;
+    if constexpr (std::is_same_v<T, double>)
+        return {H5T_NATIVE_DOUBLE, H5T_IEEE_F64LE};
+    else if constexpr (std::is_same_v<T, int>)
+        return {H5T_NATIVE_INT32, H5T_STD_I32LE};
+    else if constexpr (std::is_same_v<T, uint32_t>)
+        return {H5T_NATIVE_UINT32, H5T_STD_U32LE};
+    else {
+        static_assert(std::is_same_v<T, uint64_t>);
+        return {H5T_NATIVE_UINT64, H5T_STD_U64LE};
+    }
 }
 
 // Writes an attribute of one number, or of a row of numbers.
@@ -100,8 +75,8 @@ void WriteAttribute(hid_t object, const std::string &name, const T *values, hsiz
     const Hdf5Object space(count == 1 ? H5Screate(H5S_SCALAR) : H5Screate_simple(1, &count, nullptr),
                            H5Sclose, name);
     const Hdf5Object attribute(
-        H5Acreate2(object, name.c_str(), FileType<T>(), space, H5P_DEFAULT, H5P_DEFAULT), H5Aclose, name);
-    Require(H5Awrite(attribute, MemoryType<T>(), values) >= 0, name);
+        H5Acreate2(object, name.c_str(), TypesOf<T>().file, space, H5P_DEFAULT, H5P_DEFAULT), H5Aclose, name);
+    Require(H5Awrite(attribute, TypesOf<T>().memory, values) >= 0, name);
 }
 
 template<typename T>
@@ -130,10 +105,10 @@ void ReadAttribute(hid_t object, const std::string &name, T *values, hssize_t co
     const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose, name, " cannot be read");
     const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name, " cannot be read");
     const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name, " cannot be read");
-    Require(H5Tget_class(type) == H5Tget_class(FileType<T>()) && H5Tget_size(type) <= sizeof(T) &&
+    Require(H5Tget_class(type) == H5Tget_class(TypesOf<T>().file) && H5Tget_size(type) <= sizeof(T) &&
                 H5Sget_simple_extent_npoints(space) == count,
             name, " is no such number");
-    Require(H5Aread(attribute, MemoryType<T>(), values) >= 0, name, " cannot be read");
+    Require(H5Aread(attribute, TypesOf<T>().memory, values) >= 0, name, " cannot be read");
 }
 
 template<typename T>

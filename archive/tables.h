@@ -44,8 +44,8 @@ void WriteTable(hid_t file, const char *name, hsize_t count, std::initializer_li
                     H5Pset_deflate(settings, kDeflateLevel) >= 0 && H5Pset_fletcher32(settings) >= 0,
                 name);
     }
-    const Hdf5Object table(H5Dcreate2(file, name, FileType<T>(), space, H5P_DEFAULT, settings, H5P_DEFAULT),
-                           H5Dclose, name);
+    const Hdf5Object table(
+        H5Dcreate2(file, name, TypesOf<T>().file, space, H5P_DEFAULT, settings, H5P_DEFAULT), H5Dclose, name);
     std::vector<T> numbers(chunk * length);
     std::vector<hsize_t> start(shape.size());
     for (hsize_t first = 0; first < count; first += chunk) {
@@ -56,7 +56,7 @@ void WriteTable(hid_t file, const char *name, hsize_t count, std::initializer_li
         const Hdf5Object memory(H5Screate_simple(rank, shape.data(), nullptr), H5Sclose, name);
         Require(H5Sselect_hyperslab(space, H5S_SELECT_SET, start.data(), nullptr, shape.data(), nullptr) >= 0,
                 name);
-        Require(H5Dwrite(table, MemoryType<T>(), memory, space, H5P_DEFAULT, numbers.data()) >= 0, name);
+        Require(H5Dwrite(table, TypesOf<T>().memory, memory, space, H5P_DEFAULT, numbers.data()) >= 0, name);
     }
 }
 
@@ -74,7 +74,7 @@ hsize_t CountRows(hid_t file, const char *name, std::initializer_list<hsize_t> r
     const Hdf5Object type(H5Dget_type(table), H5Tclose, wrong);
     const Hdf5Object space(H5Dget_space(table), H5Sclose, wrong);
     std::array<hsize_t, 1 + 2> shape = {};
-    Require(H5Tget_class(type) == H5Tget_class(FileType<T>()) && H5Tget_size(type) <= sizeof(T) &&
+    Require(H5Tget_class(type) == H5Tget_class(TypesOf<T>().file) && H5Tget_size(type) <= sizeof(T) &&
                 H5Sget_simple_extent_ndims(space) == static_cast<int>(1 + row.size()),
             wrong);
     Require(H5Sget_simple_extent_dims(space, shape.data(), nullptr) >= 0, wrong);
@@ -103,7 +103,8 @@ void ReadTable(hid_t file, const char *name, hsize_t count, std::initializer_lis
         const Hdf5Object memory(H5Screate_simple(rank, shape.data(), nullptr), H5Sclose, damaged);
         Require(H5Sselect_hyperslab(space, H5S_SELECT_SET, start.data(), nullptr, shape.data(), nullptr) >= 0,
                 damaged);
-        Require(H5Dread(table, MemoryType<T>(), memory, space, H5P_DEFAULT, numbers.data()) >= 0, damaged);
+        Require(H5Dread(table, TypesOf<T>().memory, memory, space, H5P_DEFAULT, numbers.data()) >= 0,
+                damaged);
         for (hsize_t i = 0; i < shape[0]; i++)
             take(first + i, &numbers[i * length]);
     }

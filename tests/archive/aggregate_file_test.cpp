@@ -94,9 +94,9 @@ static void SetInTable(hid_t file, const char *name, hsize_t index, T value)
     const Hdf5Object table(H5Dopen2(file, name, H5P_DEFAULT), H5Dclose, name);
     const Hdf5Object space(H5Dget_space(table), H5Sclose, name);
     std::vector<T> numbers(static_cast<size_t>(H5Sget_simple_extent_npoints(space)));
-    H5Dread(table, MemoryType<T>(), H5S_ALL, H5S_ALL, H5P_DEFAULT, numbers.data());
+    H5Dread(table, TypesOf<T>().memory, H5S_ALL, H5S_ALL, H5P_DEFAULT, numbers.data());
     numbers.at(index) = value;
-    H5Dwrite(table, MemoryType<T>(), H5S_ALL, H5S_ALL, H5P_DEFAULT, numbers.data());
+    H5Dwrite(table, TypesOf<T>().memory, H5S_ALL, H5S_ALL, H5P_DEFAULT, numbers.data());
 }
 
 template<typename T>
