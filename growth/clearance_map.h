@@ -79,13 +79,16 @@ public:
         const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
         const auto clearlevels = [&](int s) { return scales[s].ClearLevels(cube >> scales[s].shift); };
         // Walkers move little between two questions: the search starts at the last answer's scale.
-        const int top = static_cast<int>(scales.size()) - 1;
         int s = last;
         int levels = clearlevels(s);
-        while (levels == 0 && s > 0)
-            levels = clearlevels(--s);
-        for (int above = levels; above == kLevels && s < top && (above = clearlevels(s + 1)) > 0; s++)
-            levels = above;
+        if (levels == 0) {
+            while (levels == 0 && s > 0)
+                levels = clearlevels(--s);
+        } else {
+            const int top = static_cast<int>(scales.size()) - 1;
+            for (int above = levels; above == kLevels && s < top && (above = clearlevels(s + 1)) > 0; s++)
+                levels = above;
+        }
         last = s;
         return levels == 0 ? 0 : scales[s].distances[levels - 1];
     }

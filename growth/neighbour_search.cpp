@@ -18,7 +18,7 @@ constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
 // More classes than this share one map of clearances.
 constexpr int kMostMaps = 16;
-// Where the maps end, in reaches of the aggregate; they are made anew when the aggregate outgrows them.
+// Where the maps end, in reaches of the aggregate; they are extended when the aggregate outgrows them.
 constexpr double kMapRoom = 1.25;
 // The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
 // of two branch lengths with its drift.
