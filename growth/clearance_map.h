@@ -127,7 +127,8 @@ private:
         // Those of one z, in the two by two bricks that they meet.
         using Slice = std::array<Words, 4>;
 
-        explicit Stencil(std::array<int, kLevels> squaredreaches) : slices(kSlices * kPlaces)
+        explicit Stencil(std::array<int, kLevels> squaredreaches)
+            : slices(static_cast<std::size_t>(kSlices) * kPlaces)
         {
             const auto gap2 = [](int d) { return d * d > 1 ? (std::abs(d) - 1) * (std::abs(d) - 1) : 0; };
             for (int place = 0; place < kPlaces; place++)
@@ -145,7 +146,8 @@ private:
         // The slices of increasing z whose corner is there.
         [[nodiscard]] const Slice *SlicesAt(Cube corner) const
         {
-            return &slices[((corner.y & 7) * 8 + (corner.x & 7)) * kSlices];
+            const std::size_t place = (corner.y & 7) * 8 + (corner.x & 7);
+            return &slices[place * kSlices];
         }
 
         std::vector<Slice> slices; // by place in the brick
@@ -168,10 +170,11 @@ private:
             const std::vector<uint32_t> indexbefore = std::move(index);
             fromorigin = static_cast<int>((cubes + Stencil::kReach + 1) / kBlockEdge) + 1;
             index.assign(8 * static_cast<std::size_t>(fromorigin) * fromorigin * fromorigin, 0);
+            const auto row = 2 * static_cast<std::ptrdiff_t>(before);
             auto number = indexbefore.begin();
             for (int z = -before; z < before; z++)
-                for (int y = -before; y < before; y++, number += 2 * before)
-                    std::copy(number, number + 2 * before, index.begin() + Place({-before, y, z}));
+                for (int y = -before; y < before; y++, number += row)
+                    std::copy(number, number + row, index.begin() + Place({-before, y, z}));
         }
 
         // Marks what a finer scale, of half the edge, has marked.
