@@ -11,7 +11,9 @@
 #include <utility>
 #include <vector>
 
+#include "growth/chunked_vector.h"
 #include "growth/cube_grid.h"
+#include "growth/large_pages.h"
 
 // Cubes of several scales that meet at the origin, each scale's edge twice the one below; and on each scale two levels,
 // one for a near reach and one for a far one. A cube's bit is set on a level when a particle lies in it or in a cube that
@@ -34,6 +36,7 @@ public:
         edge = smallestedge;
         inverse = 1 / edge;
         scales.clear();
+        blocks = BlockPool();
         last = 0;
         iscomplete = true;
         Extend(wantedextent);
@@ -52,7 +55,7 @@ public:
              shift == 0 || CubesFromOrigin(shift - 1) >= kBrickEdge; shift++) {
             scales.push_back(Scale(edge, shift, CubesFromOrigin(shift)));
             if (shift > 0)
-                scales.back().OccupyAs(scales[shift - 1]);
+                scales.back().OccupyAs(scales[shift - 1], &blocks);
         }
         return true;
     }
@@ -65,7 +68,7 @@ public:
             return;
         const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
         for (Scale &scale : scales)
-            if (!scale.Occupy(cube >> scale.shift))
+            if (!scale.Occupy(cube >> scale.shift, &blocks))
                 return; // and so are the cubes around it, and on the scales above
     }
 
@@ -77,7 +80,9 @@ public:
             return 0;
         const Vector c = inverse * p;
         const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
-        const auto clearlevels = [&](int s) { return scales[s].ClearLevels(cube >> scales[s].shift); };
+        const auto clearlevels = [&](int s) {
+            return scales[s].ClearLevels(cube >> scales[s].shift, blocks);
+        };
         // Walkers move little between two questions: the search starts at the last answer's scale.
         int s = last;
         int levels = clearlevels(s);
@@ -119,6 +124,21 @@ private:
     using Block = std::array<Part, kBricks>;
     static int InBlock(Cube brick) { return (brick.z & 1) * 4 + (brick.y & 1) * 2 + (brick.x & 1); }
 
+    // The blocks of all scales; the first has no bit.
+    struct BlockPool {
+        BlockPool() { Add(); }
+
+        uint32_t Add()
+        {
+            marked.push_back({});
+            occupied.push_back({});
+            return static_cast<uint32_t>(marked.size() - 1);
+        }
+
+        ChunkedVector<Block<Brick>> marked;  // a particle lies within the reach
+        ChunkedVector<Block<Bits>> occupied; // a particle lies in the cube
+    };
+
     // The cubes that come nearer to one than the reaches of the levels.
     struct Stencil {
         static constexpr int kReach = 3; // cubes along each axis, at most
@@ -154,8 +174,7 @@ private:
     };
 
     struct Scale {
-        Scale(double smallestedge, int steps, double cubes)
-            : shift(steps), stencil(SquaredReaches(steps)), bricks(1), occupied(1)
+        Scale(double smallestedge, int steps, double cubes) : shift(steps), stencil(SquaredReaches(steps))
         {
             for (int level = 0; level < kLevels; level++)
                 distances[level] =
@@ -167,7 +186,7 @@ private:
         void Cover(double cubes)
         {
             const int before = fromorigin;
-            const std::vector<uint32_t> indexbefore = std::move(index);
+            const LargeVector<uint32_t> indexbefore = std::move(index);
             fromorigin = static_cast<int>((cubes + Stencil::kReach + 1) / kBlockEdge) + 1;
             index.assign(8 * static_cast<std::size_t>(fromorigin) * fromorigin * fromorigin, 0);
             const auto row = 2 * static_cast<std::ptrdiff_t>(before);
@@ -178,57 +197,58 @@ private:
         }
 
         // Marks what a finer scale, of half the edge, has marked.
-        void OccupyAs(const Scale &finer)
+        void OccupyAs(const Scale &finer, BlockPool *pool)
         {
             const int end = finer.fromorigin;
             for (int z = -end; z < end; z++)
                 for (int y = -end; y < end; y++)
                     for (int x = -end; x < end; x++)
                         if (finer.index[finer.Place({x, y, z})] != 0)
-                            OccupyAs(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z});
+                            OccupyAs(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z}, pool);
         }
 
         // In the block with a corner.
-        void OccupyAs(const Scale &finer, Cube corner)
+        void OccupyAs(const Scale &finer, Cube corner, BlockPool *pool)
         {
             for (int z = corner.z; z < corner.z + kBlockEdge; z++)
                 for (int y = corner.y; y < corner.y + kBlockEdge; y++)
                     for (int x = corner.x; x < corner.x + kBlockEdge; x++)
-                        if (finer.IsOccupied({x, y, z}))
-                            Occupy({x >> 1, y >> 1, z >> 1});
+                        if (finer.IsOccupied({x, y, z}, *pool))
+                            Occupy({x >> 1, y >> 1, z >> 1}, pool);
         }
 
         static std::array<int, kLevels> SquaredReaches(int steps) { return {steps == 0 ? 1 : 5, 9}; }
 
         // On how many levels the cube is not marked, the near one first.
-        [[nodiscard]] int ClearLevels(Cube c) const
+        [[nodiscard]] int ClearLevels(Cube c, const BlockPool &pool) const
         {
-            const Words &words = bricks[index[Place(c >> 4)]][InBlock(c >> 3)].marked[c.z & 7];
+            const Brick &brick = pool.marked[index[Place(c >> 4)]][InBlock(c >> 3)];
+            const Words &words = brick.marked[c.z & 7];
             return ((words[0] & Bit(c)) == 0 ? 1 : 0) + ((words[1] & Bit(c)) == 0 ? 1 : 0);
         }
 
-        [[nodiscard]] bool IsOccupied(Cube c) const
+        [[nodiscard]] bool IsOccupied(Cube c, const BlockPool &pool) const
         {
-            return (occupied[index[Place(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
+            return (pool.occupied[index[Place(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
         }
 
         // A particle lies in the cube, which may be outside of the map. Returns false where that was known.
-        bool Occupy(Cube c)
+        bool Occupy(Cube c, BlockPool *pool)
         {
             if (Contains(c >> 4)) {
-                uint64_t &word = occupied[MakeBlock(c >> 4)][InBlock(c >> 3)][c.z & 7];
+                uint64_t &word = pool->occupied[BlockAt(c >> 4, pool)][InBlock(c >> 3)][c.z & 7];
                 if ((word & Bit(c)) != 0)
                     return false;
                 word |= Bit(c);
             }
             const Cube corner = {c.x - Stencil::kReach, c.y - Stencil::kReach, c.z - Stencil::kReach};
             for (int k = 0; k < 4; k++)
-                MarkColumn(k, corner);
+                MarkColumn(k, corner, pool);
             return true;
         }
 
         // In one of the two by two columns of bricks that the cubes from a corner on meet.
-        void MarkColumn(int column, Cube corner)
+        void MarkColumn(int column, Cube corner, BlockPool *pool)
         {
             const Stencil::Slice *slice = stencil.SlicesAt(corner);
             Brick *brick = nullptr;
@@ -238,7 +258,7 @@ private:
                     continue;
                 if (brick == nullptr || (z & 7) == 0) {
                     const Cube at = {(corner.x >> 3) + column % 2, (corner.y >> 3) + column / 2, z >> 3};
-                    brick = Contains(at >> 1) ? &bricks[MakeBlock(at >> 1)][InBlock(at)] : nullptr;
+                    brick = Contains(at >> 1) ? &pool->marked[BlockAt(at >> 1, pool)][InBlock(at)] : nullptr;
                 }
                 for (int level = 0; brick != nullptr && level < kLevels; level++)
                     brick->marked[z & 7][level] |= words[level];
@@ -251,19 +271,12 @@ private:
             return inside(block.x) && inside(block.y) && inside(block.z);
         }
 
-        // The place of a block, which is made where there is none.
-        uint32_t MakeBlock(Cube block)
+        // The place of a block, which is added where there is none.
+        uint32_t BlockAt(Cube block, BlockPool *pool)
         {
             uint32_t &number = index[Place(block)];
-            if (number == 0) {
-                if (bricks.size() == bricks.capacity()) {
-                    bricks.reserve(bricks.size() / 8 * 9 + 8);
-                    occupied.reserve(bricks.capacity());
-                }
-                bricks.push_back({});
-                occupied.push_back({});
-                number = static_cast<uint32_t>(bricks.size() - 1);
-            }
+            if (number == 0)
+                number = pool->Add();
             return number;
         }
 
@@ -277,10 +290,8 @@ private:
         int shift;                             // the edge is the smallest one times two to this
         std::array<double, kLevels> distances; // what a cube without a mark is sure to be clear of
         Stencil stencil;
-        int fromorigin = 0;                // blocks that the scale goes from the origin
-        std::vector<uint32_t> index;       // by block of space: its place in the following, or 0
-        std::vector<Block<Brick>> bricks;  // a particle lies within the reach; the first has no bit
-        std::vector<Block<Bits>> occupied; // a particle lies in the cube
+        int fromorigin = 0;          // blocks that the scale goes from the origin
+        LargeVector<uint32_t> index; // by block of space: its place among the blocks, or 0
     };
 
     [[nodiscard]] bool Covers(Vector p) const
@@ -292,6 +303,7 @@ private:
     [[nodiscard]] double CubesFromOrigin(int shift) const { return std::ldexp(extent * inverse, -shift); }
 
     std::vector<Scale> scales; // the smallest edge first
+    BlockPool blocks;
     double extent = 0;
     double edge = 0; // of the smallest cubes
     double inverse = 0;

@@ -1,106 +1,200 @@
-// Lists of particles by cube of space, newest first. Part of the neighbour search: docs/neighbour-search.md.
+// Lists of particles by cube of space. Part of the neighbour search: docs/neighbour-search.md.
 
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstddef>
-#include <vector>
+#include <cstdint>
 
+#include "growth/chunked_vector.h"
 #include "growth/cube_grid.h"
+#include "growth/large_pages.h"
 
+// A list remembers roughly where in the cube its particles are, so that the particles themselves need not be looked at
+// where they are clearly beyond the reach. It consists of buckets of four, the newest first.
 class CubeLists
 {
 public:
-    // The eight lists that hold every particle within the reach of a point, and perhaps others. A list may
-    // occur twice.
-    using Lists = std::array<int, 8>;
-
-    void Start(double reach, int count)
+    void Start(double reach, int expected)
     {
         inverse = 1 / (2 * kMargin * reach);
+        count = 0;
         std::size_t size = kSmallest;
-        while (size < 2 * static_cast<std::size_t>(count))
+        while (size < 2 * static_cast<std::size_t>(expected))
             size *= 2;
-        heads.assign(size, -1);
-        next.clear();
-        next.reserve(static_cast<std::size_t>(count));
+        heads.assign(size, 0);
+        buckets = ChunkedVector<Bucket>();
+        buckets.push_back(Bucket());
     }
 
-    [[nodiscard]] bool IsFull() const { return next.size() >= heads.size(); }
+    [[nodiscard]] bool IsFull() const { return count >= heads.size(); }
 
     [[nodiscard]] bool Holds(Vector p) const { return HasCube(inverse * p); }
 
-    // Appends the next particle; one that is in no list has no cube.
-    void Append(Vector p, bool listed)
+    // Lists particle i, which is at p.
+    void Insert(int i, Vector p)
     {
-        const int i = static_cast<int>(next.size());
-        next.push_back(-1);
-        if (!listed)
-            return;
-        int &head = heads[Slot(Cube(p.x, 0), Cube(p.y, 0), Cube(p.z, 0))];
-        next.back() = head;
-        head = i;
+        const Vector c = inverse * p;
+        const int x = Floor(c.x), y = Floor(c.y), z = Floor(c.z);
+        uint32_t &head = heads[Slot(x, y, z)];
+        if (head == 0 || buckets[head].IsFull()) {
+            buckets.push_back(Bucket(head));
+            head = static_cast<uint32_t>(buckets.size() - 1);
+        }
+        const int place = Part(c.x - x) | Part(c.y - y) << kPlaceBits | Part(c.z - z) << 2 * kPlaceBits;
+        buckets[head].Add(i, place);
+        count++;
     }
 
-    // The cubes of edge 2 reaches that the ball about p can meet: two along each axis.
-    [[nodiscard]] Lists Around(Vector p) const
-    {
-        const int x = Cube(p.x, 0.5);
-        const int y = Cube(p.y, 0.5);
-        const int z = Cube(p.z, 0.5);
-        Lists lists;
-        for (int k = 0; k < 8; k++)
-            lists[k] = heads[Slot(x + k % 2, y + k / 2 % 2, z + k / 4)];
-        return lists;
-    }
-
-    // Calls visit(q) for the particles q newer than i within a radius of p, and perhaps others, until it
-    // returns false. Returns false, without a visit, where that would mean more lists than there are
-    // particles.
+    // Calls visit(i) for the particles i within the reach of p, and perhaps for others, or twice.
     template<typename Visit>
-    bool VisitNewer(Vector p, double radius, int i, Visit visit) const
+    void VisitNear(Vector p, Visit visit) const
+    {
+        // The cubes, of two reaches' edge, that the ball about p can meet: two along each axis.
+        const Vector c = inverse * p;
+        const int x = Floor(c.x - 0.5), y = Floor(c.y - 0.5), z = Floor(c.z - 0.5);
+        struct Neighbour {
+            uint32_t list;
+            Vector within; // where p is, in cubes from the cube's corner
+        };
+        std::array<Neighbour, 8> neighbours;
+        for (int k = 0; k < 8; k++) {
+            const int nx = x + (k & 1), ny = y + (k >> 1 & 1), nz = z + (k >> 2);
+            neighbours[k] = {heads[Slot(nx, ny, nz)], {c.x - nx, c.y - ny, c.z - nz}};
+            __builtin_prefetch(&buckets[neighbours[k].list]);
+        }
+        for (const auto &[list, within] : neighbours)
+            for (uint32_t at = list; at != 0; at = buckets[at].Next())
+                buckets[at].VisitNear(within, visit);
+    }
+
+    // Calls visit(i) for the particles i within a radius of p, and perhaps for others, until it returns false. Returns
+    // false, without a visit, where that would mean more lists than there are particles.
+    template<typename Visit>
+    bool VisitAround(Vector p, double radius, Visit visit) const
     {
         const double span = radius * inverse * kMargin;
         const int n = static_cast<int>(2 * span) + 2;
-        if (std::pow(n, 3) > static_cast<double>(next.size()))
+        if (std::pow(n, 3) > static_cast<double>(count))
             return false;
-        const int x0 = Cube(p.x, span);
-        const int y0 = Cube(p.y, span);
-        const int z0 = Cube(p.z, span);
+        const Vector c = inverse * p;
+        const int x0 = Floor(c.x - span), y0 = Floor(c.y - span), z0 = Floor(c.z - span);
         for (int z = z0; z < z0 + n; z++)
             for (int y = y0; y < y0 + n; y++)
                 for (int x = x0; x < x0 + n; x++)
-                    for (int q = heads[Slot(x, y, z)]; q > i; q = Next(q))
-                        if (!visit(q))
+                    for (uint32_t at = heads[Slot(x, y, z)]; at != 0; at = buckets[at].Next())
+                        if (!buckets[at].VisitAll(visit))
                             return true;
         return true;
     }
 
-    [[nodiscard]] int Next(int i) const { return next[i]; }
-
 private:
     static constexpr std::size_t kSmallest = 1024;
+    // A place in a cube: so many bits of each coordinate.
+    static constexpr int kPlaceBits = 10;
+    static constexpr int kPlaces = 1 << kPlaceBits;
+    // Instead of a place. Both are beyond the reach of whatever asks for the cube.
+    static constexpr int kNobody = 0x7ffffffe; // no particle yet
+    static constexpr int kMore = 0x7fffffff;   // the number is that of the list's next bucket
 
-    [[nodiscard]] int Cube(double coordinate, double shift) const
+    class alignas(32) Bucket
     {
-        return Floor(coordinate * inverse - shift);
-    }
+    public:
+        Bucket() = default;
+
+        // One that comes before another, if that is not 0.
+        explicit Bucket(uint32_t next)
+        {
+            if (next == 0)
+                return;
+            places[kEntries - 1] = kMore;
+            numbers[kEntries - 1] = next;
+        }
+
+        [[nodiscard]] bool IsFull() const { return FirstFree() == kEntries; }
+
+        void Add(int i, int place)
+        {
+            const int entry = FirstFree();
+            places[entry] = place;
+            numbers[entry] = static_cast<uint32_t>(i);
+        }
+
+        [[nodiscard]] uint32_t Next() const
+        {
+            return places[kEntries - 1] == kMore ? numbers[kEntries - 1] : 0;
+        }
+
+        // The particles that may be within the reach of a point, which is given in cubes from the corner of this one.
+        template<typename Visit>
+        void VisitNear(Vector point, Visit visit) const
+        {
+            // A place is known to half of its size.
+            constexpr auto kReach = static_cast<float>(kPlaces / (2 * kMargin) + 2);
+            const auto distance = [](Integers place, double coordinate) {
+                return __builtin_convertvector(place, Floats) -
+                       static_cast<float>(kPlaces * coordinate - 0.5);
+            };
+            const Floats x = distance(places & (kPlaces - 1), point.x);
+            const Floats y = distance(places >> kPlaceBits & (kPlaces - 1), point.y);
+            const Floats z = distance(places >> 2 * kPlaceBits, point.z);
+            const Integers isnear = x * x + y * y + z * z < kReach * kReach;
+            const auto halves = reinterpret_cast<Halves>(isnear);
+            if ((halves[0] | halves[1]) == 0)
+                return;
+            for (int k = 0; k < kEntries; k++)
+                if (isnear[k] != 0)
+                    visit(static_cast<int>(numbers[k]));
+        }
+
+        // Returns false where a visit did.
+        template<typename Visit>
+        bool VisitAll(Visit visit) const
+        {
+            for (int k = 0; k < kEntries; k++)
+                if (places[k] < kNobody && !visit(static_cast<int>(numbers[k])))
+                    return false;
+            return true;
+        }
+
+    private:
+        static constexpr int kEntries = 4;
+        using Integers = int32_t __attribute__((vector_size(16)));
+        using Floats = float __attribute__((vector_size(16)));
+        using Halves = int64_t __attribute__((vector_size(16)));
+
+        [[nodiscard]] int FirstFree() const
+        {
+            int entry = 0;
+            while (entry < kEntries && places[entry] != kNobody)
+                entry++;
+            return entry;
+        }
+
+        Integers places = {kNobody, kNobody, kNobody, kNobody};
+        std::array<uint32_t, kEntries> numbers = {}; // of the particles
+    };
+
+    static int Part(double within) { return std::min(static_cast<int>(kPlaces * within), kPlaces - 1); }
 
     // Blocks of 4 x 4 x 4 cubes lie together in memory; blocks that share a slot share their lists. A slot is
     // made of a part for each coordinate.
     [[nodiscard]] std::size_t Slot(int x, int y, int z) const
     {
-        return (Part(x, 73856093U, 0) ^ Part(y, 19349663U, 2) ^ Part(z, 83492791U, 4)) & (heads.size() - 1);
+        return (Mix(x, 73856093U, 0) ^ Mix(y, 19349663U, 2) ^ Mix(z, 83492791U, 4)) & (heads.size() - 1);
     }
 
-    static std::size_t Part(int coordinate, std::size_t factor, int shift)
+    static std::size_t Mix(int coordinate, std::size_t factor, int shift)
     {
         const auto block = static_cast<std::size_t>(coordinate >> 2);
         const auto within = static_cast<std::size_t>(coordinate & 3);
         return block * factor << 6 | within << shift;
     }
 
-    double inverse = 0;     // cubes per unit of length
-    std::vector<int> heads; // by slot: the newest particle of the list, or -1
-    std::vector<int> next;  // by particle: the next older one of its list, or -1
+    double inverse = 0;            // cubes per unit of length
+    std::size_t count = 0;         // of particles
+    LargeVector<uint32_t> heads;   // by slot: the newest bucket of its list, or 0
+    ChunkedVector<Bucket> buckets; // the first of all is nobody's
 };

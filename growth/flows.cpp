@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "growth/growth_step.h"
+#include "growth/large_pages.h"
 #include "growth/state.h"
 
 namespace
@@ -35,7 +36,7 @@ struct {
 
 // By particle, known for the first of them: how many particles the flow counts on the path to its root, and which
 // particle is so many up as there are kStrides, or -1.
-static std::vector<int> lengths, ancestors;
+static LargeVector<int> lengths, ancestors;
 // A long path is walked in so many strides at once: their loads do not wait for each other.
 constexpr int kStrides = 8;
 // Flows are held until there are so many, or one for so many particles of a larger aggregate.
@@ -46,7 +47,7 @@ constexpr int kTogether = 8;
 
 static double AddFlowPlainly(int partner);
 static bool KnowPaths(int count, bool withancestors);
-static void Append(std::vector<int> *list, int number);
+static void Append(LargeVector<int> *list, int number);
 static void MakeRoom();
 static double AddHeldFlows(int from);
 static void CountLists(int from);
@@ -118,7 +119,7 @@ static bool KnowPaths(int count, bool withancestors)
 }
 
 // To a vector that grows by an eighth.
-static void Append(std::vector<int> *list, int number)
+static void Append(LargeVector<int> *list, int number)
 {
     if (list->size() == list->capacity())
         list->reserve(list->size() / 8 * 9 + 1000);
@@ -127,8 +128,8 @@ static void Append(std::vector<int> *list, int number)
 
 void ForgetPaths()
 {
-    lengths = std::vector<int>();
-    ancestors = std::vector<int>();
+    lengths = LargeVector<int>();
+    ancestors = LargeVector<int>();
     held.from = ncells;
 }
 

@@ -273,7 +273,8 @@ static void Insert(int i)
 // A particle that is not at a finite place is nobody's partner and is left out.
 static void List(int i)
 {
-    neighbourindex.lists.Append(cells[i].p, IsFinite(cells[i].p));
+    if (IsFinite(cells[i].p))
+        neighbourindex.lists.Insert(i, cells[i].p);
 }
 
 static bool IsFinite(Vector p)
@@ -356,14 +357,10 @@ static int NewestWithinReach(int below)
 {
     const Scan scan;
     int newest = -1;
-    for (int i : neighbourindex.lists.Around(scan.pos)) {
-        for (; i > newest; i = neighbourindex.lists.Next(i)) {
-            if (i < below && scan.SquaredDistance(i) < scan.reach2 && scan.IsEligible(i)) {
-                newest = i;
-                break;
-            }
-        }
-    }
+    neighbourindex.lists.VisitNear(scan.pos, [&](int i) {
+        if (i > newest && i < below && scan.SquaredDistance(i) < scan.reach2 && scan.IsEligible(i))
+            newest = i;
+    });
     return newest;
 }
 
@@ -380,8 +377,8 @@ static int PartnerInOrder(int newest)
             return i;
         bool contested = false;
         bool passedover = false;
-        const bool searched = neighbourindex.lists.VisitNewer(scan.pos, std::sqrt(difference), i, [&](int q) {
-            if (!scan.IsEligible(q) || !(scan.SquaredDistance(q) < difference))
+        const bool searched = neighbourindex.lists.VisitAround(scan.pos, std::sqrt(difference), [&](int q) {
+            if (q <= i || !scan.IsEligible(q) || !(scan.SquaredDistance(q) < difference))
                 return true;
             contested = true;
             passedover = scan.LargestDifference(q) <= scan.reach2;

@@ -14,6 +14,7 @@
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "faults/failing_memory.h"
+#include "growth/array.h"
 #include "growth/camera_home.h"
 #include "growth/flows.h"
 #include "growth/growth_step.h"
@@ -305,6 +306,30 @@ TEST(FailingMemory, GrowthStopsAndKeepsWhatHasGrown)
     growthstate.running = 1;
     Grow(IterateSystem, 60, 1000000);
     EXPECT_EQ(ncells, 60);
+}
+
+// An index of so many particles has tables of more than a large page.
+TEST(FailingMemory, SearchesAreTheSameWithoutMemoryForTables)
+{
+    StartAfresh();
+    constexpr int kSide = 52;
+    ncells = kSide * kSide * kSide;
+    ASSERT_TRUE(ResizeArray(&cells, ncells));
+    for (int i = 0; i < ncells; i++)
+        cells[i] = {3.0 * Vector{i % kSide - 25.0, i / kSide % kSide - 25.0, i / kSide / kSide - 25.0}, 0, -1,
+                    0};
+    growthstate.radius = 150;
+    constexpr int kNear = 70000;
+    growthstate.pos = cells[kNear].p + Vector{0.5, 0.5, 0.5};
+    long tried = 0;
+    for (long k = 1; k <= tried + 1; k++) {
+        FreeNeighbourIndex();
+        FailAllocations(k, false);
+        const int partner = FindPartner();
+        tried = EndOfFailures();
+        ASSERT_EQ(partner, kNear) << k;
+    }
+    EXPECT_GT(tried, 40);
 }
 
 // The flows of an aggregate once more, in the order in which its particles came. Returns the hash of all.

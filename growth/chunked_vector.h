@@ -1,0 +1,40 @@
+// A vector that grows without moving what it holds.
+
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "growth/large_pages.h"
+
+// Elements stand in chunks of a large page: growth copies no more than the first chunk, and never needs room for all
+// elements twice.
+template<typename T>
+class ChunkedVector
+{
+public:
+    [[nodiscard]] std::size_t size() const { return count; }
+
+    T &operator[](std::size_t i) { return chunks[i / kChunk][i % kChunk]; }
+    const T &operator[](std::size_t i) const { return chunks[i / kChunk][i % kChunk]; }
+
+    void push_back(const T &element)
+    {
+        if (count == chunks.size() * kChunk) {
+            LargeVector<T> chunk;
+            if (count > 0)
+                chunk.reserve(kChunk);
+            chunks.push_back(std::move(chunk));
+        }
+        chunks.back().push_back(element);
+        count++;
+    }
+
+private:
+    static constexpr std::size_t kChunk = std::bit_floor(kLargePage / sizeof(T));
+
+    std::vector<LargeVector<T>> chunks; // all are full but the last
+    std::size_t count = 0;
+};
