@@ -7,10 +7,21 @@
 
 #include <hdf5.h>
 
+#include "growth/growth_step.h"
+
+namespace
+{
+// Which aggregate was last marked as saved, and its number of particles then.
+struct SavedAggregate {
+    unsigned aggregate;
+    int particles;
+};
+} // namespace
+static SavedAggregate saved = {0, -1};
+
 static RunRecord (*describerun)() = nullptr; // nullptr: nothing is kept
 static volatile std::sig_atomic_t caught = 0;
 
-static bool HasGrown();
 static bool KeepIn(const char *folder);
 
 void PrepareRescue(RunRecord (*describe)())
@@ -48,9 +59,20 @@ void EndBySignal()
     raise(number);
 }
 
+void MarkAggregateSaved()
+{
+    saved = {AggregateNumber(), ncells};
+}
+
+bool HasUnsavedParticles()
+{
+    const bool hasgrown = ncells > 0 && cells[ncells - 1].parent >= 0; // roots come first
+    return hasgrown && (saved.aggregate != AggregateNumber() || saved.particles != ncells);
+}
+
 void KeepAggregate()
 {
-    if (describerun == nullptr || !HasGrown())
+    if (describerun == nullptr || !HasUnsavedParticles())
         return;
     const char *home = getenv("HOME");
     try {
@@ -60,11 +82,6 @@ void KeepAggregate()
         fprintf(stderr, "Not enough memory to keep the aggregate\n");
     }
     LeaveAggregate();
-}
-
-static bool HasGrown()
-{
-    return ncells > 0 && cells[ncells - 1].parent >= 0; // roots come first
 }
 
 static bool KeepIn(const char *folder)

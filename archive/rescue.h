@@ -11,13 +11,19 @@ void HandleEndSignals(void (*handler)(int), int flags = 0);
 // SIGTERM are noticed and wait for EndBySignal.
 void PrepareRescue(RunRecord (*describe)());
 
-// Where the aggregate is to be kept, and has more particles than roots, writes it to sarkelo-rescue-DATE-TIME.sarkelo.h5
+// Where the aggregate is to be kept, and has unsaved particles, writes it to sarkelo-rescue-DATE-TIME.sarkelo.h5
 // in the current directory or, where that cannot be written, the home directory, and tells on standard error the line
 // that opens it again; once.
 void KeepAggregate();
 
 // The user ends the program: nothing is kept.
 void LeaveAggregate();
+
+// The aggregate is in a file as it is now: it has just been opened or saved.
+void MarkAggregateSaved();
+
+// Whether the aggregate has more particles than roots and differs from what was last marked as saved.
+bool HasUnsavedParticles();
 
 // Where a signal has come, keeps the aggregate and ends the program by the same signal. Call several times a second
 // from where the records are not being changed.

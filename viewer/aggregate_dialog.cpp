@@ -6,6 +6,7 @@
 #include <forms.h>
 #include <unistd.h>
 
+#include "archive/rescue.h"
 #include "growth/camera_home.h"
 #include "growth/control_panel.h"
 #include "growth/wait_cursor.h"
@@ -28,6 +29,7 @@ void ShowAggregate(StoredAggregate stored)
 {
     windowrun = stored.run;
     ResumeRun(std::move(stored));
+    MarkAggregateSaved();
     growthstate.running = 0;
     CameraHome();
     if (windowrun.fromwindow) {
@@ -70,6 +72,8 @@ void SaveAggregate()
         return;
     if (const Fault fault = WithWaitCursor([&] { return WriteAggregate(path, DescribeWindowRun()); }))
         fl_show_message("File Error", fault.line.c_str(), "");
+    else
+        MarkAggregateSaved();
 }
 
 // Returns nullptr where the user cancels; else it is valid until the next question.
