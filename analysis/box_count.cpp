@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "analysis/box_grid.h"
+#include "geom/elementary.h"
 #include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
@@ -63,8 +64,8 @@ LineFit FitBoxCount(int first)
 {
     std::vector<double> x, y;
     for (int level = first; level < kBoxLevels && stats.boxcount[level] > 0; level++) {
-        x.push_back(std::log(1 / stats.boxsize[level]));
-        y.push_back(std::log(stats.boxcount[level]));
+        x.push_back(Logarithm(1 / stats.boxsize[level]));
+        y.push_back(Logarithm(stats.boxcount[level]));
     }
     return FitLine(x, y);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "geom/elementary.h"
 #include "growth/state.h"
 
 // Points a decade.
@@ -77,7 +78,7 @@ std::vector<Gyration> GyrationByNumber(int least)
             continue;
         curve.push_back({number, spread.Radius()});
         while (next <= number)
-            next = std::round(least * std::pow(10, ++points / kPerDecade));
+            next = std::round(least * PowerOfTen(++points / kPerDecade));
     }
     return curve;
 }

@@ -7,7 +7,6 @@
 #include "app/panels.h"
 #include "geom/clock.h"
 #include "growth/flights.h"
-#include "growth/generators.h"
 #include "growth/state.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
@@ -65,7 +64,6 @@ static void Grow()
     const Clock::time_point start = Clock::now();
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
-    const HeldGenerators held;
     for (int left = kMovesPerCall; left > 0;)
         left -= WalkUntilStick(left);
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();

@@ -22,7 +22,7 @@ struct RunRecord {
     Camera view = {};        // where the aggregate is looked at from
 };
 
-// Writes the global records, beside the file first. Both generators must not be held. The earlier file stays
+// Writes the global records, beside the file first. The earlier file stays
 // where the new one cannot be written whole.
 Fault WriteAggregate(const std::string &path, const RunRecord &run);
 

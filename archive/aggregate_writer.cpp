@@ -32,7 +32,6 @@ static void WriteCamera(hid_t file, const RunRecord &run);
 static Fault WriteAll(const std::string &path, const RunRecord &run);
 static void MakeImage(const RunRecord &run, Image *image);
 static int SaveImage(const Image &image, const std::string &path);
-static GeneratorState TakeGenerators();
 
 Fault WriteAggregate(const std::string &path, const RunRecord &run)
 {
@@ -167,19 +166,11 @@ static void WriteWalk(hid_t file)
     WriteAttribute(walk, "launches", nseeds);
     WriteAttribute(walk, "radius", growthstate.radius);
     WriteAttribute(walk, "largest_flow", growthstate.maxweight);
-    const GeneratorState held = TakeGenerators();
     uint32_t words[kFeedbackWords]; // the oldest first
     for (int i = 0; i < kFeedbackWords; i++)
-        words[i] = held.words[(held.oldest + i) % kFeedbackWords];
-    WriteAttribute(walk, "drand48", held.congruence);
+        words[i] = generators.words[(generators.oldest + i) % kFeedbackWords];
+    WriteAttribute(walk, "drand48", generators.congruence);
     WriteAttribute(walk, "rand", words, kFeedbackWords);
-}
-
-static GeneratorState TakeGenerators()
-{
-    const HeldGenerators now;
-    Require(generators.held, "the generators, which are not those of the GNU C library");
-    return generators;
 }
 
 static void WriteCamera(hid_t file, const RunRecord &run)

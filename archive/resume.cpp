@@ -40,8 +40,6 @@ void ResumeRun(StoredAggregate stored)
     nseeds = stored.launchcount;
     ForgetAggregate();
 
-    const HeldGenerators now;
-    stored.generators.held = generators.held;
     generators = stored.generators;
 }
 

@@ -65,7 +65,6 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
 // Takes so many steps, or fewer where there are so many particles.
 static void GrowBurst(long steps, int particles)
 {
-    const HeldGenerators held;
     // A flight counts as many steps: only the last may pass the end.
     const long turn = growthstate.walk == kWalkFlights ? 1 : steps;
     const long end = growthstate.steptotal + steps;

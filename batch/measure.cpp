@@ -9,6 +9,7 @@
 #include "analysis/box_count.h"
 #include "analysis/dimension.h"
 #include "export/output_file.h"
+#include "geom/elementary.h"
 
 // The first level whose boxes see the inside of the aggregate, and the least number of particles whose radius of
 // gyration is fitted.
@@ -75,8 +76,8 @@ static Json DescribeGyration()
         if (x.empty())
             first = at.number;
         last = at.number;
-        x.push_back(std::log(at.radius));
-        y.push_back(std::log(at.number));
+        x.push_back(Logarithm(at.radius));
+        y.push_back(Logarithm(at.number));
     }
     return DescribeFit(FitLine(x, y), first, last);
 }

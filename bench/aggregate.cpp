@@ -5,7 +5,6 @@
 
 #include "growth/flights.h"
 #include "growth/flows.h"
-#include "growth/generators.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 
@@ -38,7 +37,6 @@ long GrowOn(int particles, long most)
     const HeldFlows heldflows;
     long steps = 0;
     while (ncells < particles && steps < most) {
-        const HeldGenerators held;
         for (int left = kStepsPerCall; left > 0;)
             left -= WalkUntilStick(left);
         steps += kStepsPerCall;

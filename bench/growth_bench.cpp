@@ -117,8 +117,7 @@ static void BM_SurfaceInPlace(benchmark::State &state, Setting with)
             const std::vector<Particle> grown(cells, cells + ncells);
             const GrowthState grownstate = growthstate;
             for (const int surface : {0, 1, 0, 1}) {
-                srand(1);
-                srand48(1);
+                SeedGenerators(1);
                 nstltri = surface ? faces : 0;
                 GrowOn(INT_MAX, 100); // brings the index up to date
                 const double start = ProcessorSeconds();

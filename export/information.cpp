@@ -1,8 +1,8 @@
 #include "export/information.h"
 
-#include <cmath>
 #include <cstdarg>
 
+#include "geom/elementary.h"
 #include "growth/description.h"
 
 namespace
@@ -55,6 +55,6 @@ static void WriteStatistics(LinePrinter &out)
         const double size = stats.boxsize[level];
         const int count = stats.boxcount[level];
         if (count > 0 && size > 0)
-            out.Print("   %lf %d %lf %lf", size, count, std::log(1 / size), std::log(count));
+            out.Print("   %lf %d %lf %lf", size, count, Logarithm(1 / size), Logarithm(count));
     }
 }

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -107,13 +108,14 @@ static Counts CountTubes(const Heirs &heirs)
 
 static void WriteVertices(TextWriter &out, const std::vector<Ring> &tube)
 {
+    const std::span<const SineCosine> angles = DivideCircle(kRingPoints, kRingPoints);
     Vector across = {0, 0, 0};
     for (std::size_t k = 0; k < tube.size(); k++) {
         const RingFrame frame = MakeRingFrame(Along(tube, k), across);
         across = frame.across; // rings are not twisted against each other
         const Ring &ring = tube[k];
         for (int j = 0; j < ring.Points(); j++) {
-            const Vector p = RingPoint(frame, ring.centre, ring.radius, j, kRingPoints);
+            const Vector p = RingPoint(frame, ring.centre, ring.radius, angles[j]);
             for (const double coordinate : {p.x, p.y, p.z})
                 out.PutBinary(static_cast<float>(coordinate));
             for (const double part : {ring.colour.r, ring.colour.g, ring.colour.b})

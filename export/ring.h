@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cmath>
+#include <span>
 
 #include "geom/vector.h"
 
@@ -24,9 +25,11 @@ inline RingFrame MakeRingFrame(Vector along, Vector previous)
     return {across, CrossProduct(along, across)};
 }
 
-// Point k of `count` on a ring, counterclockwise seen from the tip of the line.
-inline Vector RingPoint(const RingFrame &frame, Vector centre, double radius, int k, int count)
+// The point of a ring at an angle, counterclockwise seen from the tip of the line.
+inline Vector RingPoint(const RingFrame &frame, Vector centre, double radius, SineCosine angle)
 {
-    const double angle = kTwoPi * k / count;
-    return centre + radius * (std::cos(angle) * frame.across + std::sin(angle) * frame.side);
+    return centre + radius * (angle.cosine * frame.across + angle.sine * frame.side);
 }
+
+// The first `points` multiples of the `parts`th part of the circle, from 0 on: made once, valid for good.
+std::span<const SineCosine> DivideCircle(int points, int parts);

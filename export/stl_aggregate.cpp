@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "export/branches.h"
@@ -58,8 +59,9 @@ static void ForEachFacetOfCap(const RingCorners &ring, bool up, Emit emit)
 static RingCorners MakeRing(const RingFrame &frame, Vector centre, double radius)
 {
     RingCorners ring;
+    static const std::span<const SineCosine> angles = DivideCircle(kRingPoints, kRingPoints);
     for (int k = 0; k < kRingPoints; k++)
-        ring[k] = ToCorner(RingPoint(frame, centre, radius, k, kRingPoints));
+        ring[k] = ToCorner(RingPoint(frame, centre, radius, angles[k]));
     return ring;
 }
 
@@ -94,12 +96,16 @@ static void ForEachFacetOfSphere(Vector centre, double radius, double smallest, 
     if (radius < smallest)
         return;
     const RingFrame frame = {{1, 0, 0}, {0, 1, 0}};
+    static const std::array<SineCosine, kSphereRings> latitudes = [] {
+        std::array<SineCosine, kSphereRings> found;
+        for (int i = 0; i < kSphereRings; i++)
+            found[i] = FindSineCosine(kTwoPi / 2 * (i + 1) / (kSphereRings + 1) - kTwoPi / 4);
+        return found;
+    }();
     std::array<RingCorners, kSphereRings> rings;
-    for (int i = 0; i < kSphereRings; i++) {
-        const double latitude = kTwoPi / 2 * (i + 1) / (kSphereRings + 1) - kTwoPi / 4;
+    for (int i = 0; i < kSphereRings; i++)
         rings[i] =
-            MakeRing(frame, centre + Vector{0, 0, radius * std::sin(latitude)}, radius * std::cos(latitude));
-    }
+            MakeRing(frame, centre + Vector{0, 0, radius * latitudes[i].sine}, radius * latitudes[i].cosine);
     ForEachFacetOfCone(rings.front(), ToCorner(centre - Vector{0, 0, radius}), false, emit);
     for (int i = 0; i + 1 < kSphereRings; i++)
         ForEachFacetOfRings(rings[i], rings[i + 1], emit);

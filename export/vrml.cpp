@@ -5,12 +5,14 @@
 #include <cstdlib>
 #include <initializer_list>
 #include <map>
+#include <span>
 #include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include "export/branches.h"
+#include "export/ring.h"
 
 constexpr double kPi = kTwoPi / 2;
 constexpr int kFewestPoints = 4;
@@ -18,16 +20,8 @@ constexpr Colour kSurfaceColour = {0.5, 0.5, 0.5};
 // Resolution of a sphere that is no mesh.
 constexpr int kNoMesh = 0;
 
-namespace
-{
-// Sine and cosine of an angle.
-struct Angle {
-    double sine, cosine;
-};
-} // namespace
-
 static void WriteWorld(TextWriter &out, int coneresolution, int sphereresolution);
-static const std::vector<Angle> &DivideCircle(int points, int parts);
+static const std::vector<SineCosine> &DivideMeridian(int bands);
 static const std::string &SphereIndices(int bands);
 static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap);
 static void AppendIndices(std::string *text, std::initializer_list<int> indices, const char *end);
@@ -116,15 +110,15 @@ void WRLSphere(TextWriter &out, Vector centre, Colour colour, double radius)
 void WRLSphere3(TextWriter &out, int resolution, Vector centre, Colour colour, double radius)
 {
     const int bands = std::max(std::abs(resolution), kFewestPoints) / 2;
-    const std::vector<Angle> &circle = DivideCircle(2 * bands, 2 * bands - 1);
+    const std::vector<SineCosine> &meridian = DivideMeridian(bands);
+    const std::span<const SineCosine> circle = DivideCircle(2 * bands, 2 * bands - 1);
     radius = std::fabs(radius);
 
     BeginMesh(out, colour);
     for (int j = 0; j <= bands; j++) {
-        const double phi = j * kPi / bands - kPi / 2;
-        const double ringradius = radius * std::cos(phi);
-        const double y = centre.y + radius * std::sin(phi);
-        for (const Angle &theta : circle) {
+        const double ringradius = radius * meridian[j].cosine;
+        const double y = centre.y + radius * meridian[j].sine;
+        for (const SineCosine &theta : circle) {
             const bool last = j == bands && &theta == &circle.back();
             out.Print(last ? "    %g %g %g\n" : "    %g %g %g,\n", centre.x + ringradius * theta.cosine, y,
                       centre.z + ringradius * theta.sine);
@@ -167,7 +161,7 @@ void WRLCone2(TextWriter &out, int resolution, bool caps, Vector p1, Vector p2, 
     Normalise(&b);
 
     BeginMesh(out, colour);
-    for (const Angle &theta : DivideCircle(resolution, resolution)) {
+    for (const SineCosine &theta : DivideCircle(resolution, resolution)) {
         Vector u = theta.sine * a + theta.cosine * b;
         Normalise(&u);
         out.Print("    %g %g %g,\n    %g %g %g,\n", p2 + r2 * u, p1 + r1 * u);
@@ -180,16 +174,14 @@ void WRLCone2(TextWriter &out, int resolution, bool caps, Vector p1, Vector p2, 
 
 // What all meshes of one kind have in common is made once -------------------------------------------------
 
-// The first `points` multiples of the `parts`th part of the circle, from 0 on.
-static const std::vector<Angle> &DivideCircle(int points, int parts)
+// The latitudes from pole to pole, in so many bands.
+static const std::vector<SineCosine> &DivideMeridian(int bands)
 {
-    static std::map<std::pair<int, int>, std::vector<Angle>> circles;
-    std::vector<Angle> &circle = circles[{points, parts}];
-    for (int k = static_cast<int>(circle.size()); k < points; k++) {
-        const double theta = kTwoPi * k / parts;
-        circle.push_back({std::sin(theta), std::cos(theta)});
-    }
-    return circle;
+    static std::map<int, std::vector<SineCosine>> meridians;
+    std::vector<SineCosine> &meridian = meridians[bands];
+    for (int k = static_cast<int>(meridian.size()); k <= bands; k++)
+        meridian.push_back(FindSineCosine(k * kPi / bands - kPi / 2));
+    return meridian;
 }
 
 // Two triangles between each point of a ring, its next, and the two above them.

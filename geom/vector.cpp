@@ -15,30 +15,46 @@ int VectorEqual(Vector a, Vector b)
 
 Vector RotateX(Vector p, double theta)
 {
-    const double c = std::cos(theta);
-    const double s = std::sin(theta);
-    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
+    return RotateX(p, FindSineCosine(theta));
 }
 
 Vector RotateY(Vector p, double theta)
 {
-    const double c = std::cos(theta);
-    const double s = std::sin(theta);
-    return {c * p.x - s * p.z, p.y, s * p.x + c * p.z};
+    return RotateY(p, FindSineCosine(theta));
 }
 
 Vector RotateZ(Vector p, double theta)
 {
-    const double c = std::cos(theta);
-    const double s = std::sin(theta);
+    return RotateZ(p, FindSineCosine(theta));
+}
+
+Vector RotateX(Vector p, SineCosine theta)
+{
+    const auto [s, c] = theta;
+    return {p.x, c * p.y + s * p.z, c * p.z - s * p.y};
+}
+
+Vector RotateY(Vector p, SineCosine theta)
+{
+    const auto [s, c] = theta;
+    return {c * p.x - s * p.z, p.y, s * p.x + c * p.z};
+}
+
+Vector RotateZ(Vector p, SineCosine theta)
+{
+    const auto [s, c] = theta;
     return {c * p.x + s * p.y, c * p.y - s * p.x, p.z};
 }
 
 Vector ArbitraryRotate(Vector p, double theta, Vector r)
 {
+    return ArbitraryRotate(p, FindSineCosine(theta), r);
+}
+
+Vector ArbitraryRotate(Vector p, SineCosine theta, Vector r)
+{
     Normalise(&r);
-    const double c = std::cos(theta);
-    const double s = std::sin(theta);
+    const auto [s, c] = theta;
     const double t = 1 - c;
     return {(c + t * r.x * r.x) * p.x + (t * r.x * r.y - s * r.z) * p.y + (t * r.x * r.z + s * r.y) * p.z,
             (t * r.x * r.y + s * r.z) * p.x + (c + t * r.y * r.y) * p.y + (t * r.y * r.z - s * r.x) * p.z,

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "geom/elementary.h"
+
 struct Vector {
     double x, y, z;
 };
@@ -84,10 +86,16 @@ Vector RotateX(Vector p, double theta);
 Vector RotateY(Vector p, double theta);
 Vector RotateZ(Vector p, double theta);
 
+// The same for many points turned by one angle.
+Vector RotateX(Vector p, SineCosine theta);
+Vector RotateY(Vector p, SineCosine theta);
+Vector RotateZ(Vector p, SineCosine theta);
+
 // p rotated by theta radians about the axis through the origin in the direction r, counterclockwise seen from
 // the tip of r (the matrix form of Rodrigues' formula). r need not have unit length; a zero axis leaves only
 // the scaling of p by cos(theta).
 Vector ArbitraryRotate(Vector p, double theta, Vector r);
+Vector ArbitraryRotate(Vector p, SineCosine theta, Vector r);
 
 // Normals, lines and planes -------------------------------------------------------------------------------
 

@@ -35,13 +35,13 @@ FlowLogs::FlowLogs()
 }
 
 BranchThickness::BranchThickness()
-    : scale((growthstate.thickfrom - growthstate.thickto) / std::log(growthstate.maxweight + 1))
+    : scale((growthstate.thickfrom - growthstate.thickto) / Logarithm(growthstate.maxweight + 1))
 {
 }
 
 ParticleColours::ParticleColours(int mode)
     : byroot(growthstate.association && growthstate.nroots > 1 && mode >= 1 && mode <= kAggregateLines),
-      flows(0, std::log(growthstate.maxweight / 3 + 1))
+      flows(0, Logarithm(growthstate.maxweight / 3 + 1))
 {
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "geom/colour.h"
+#include "geom/elementary.h"
 #include "growth/state.h"
 
 // A map from blue through cyan, green and yellow to red over a range.
@@ -97,7 +98,7 @@ inline double FlowLogs::Of(int index) const
     Remembered &last = remembered[index];
     const double weight = cells[index].weight;
     if (last.weight != weight)
-        last = {weight, std::log(weight + 1)};
+        last = {weight, Logarithm(weight + 1)};
     return last.log;
 }
 

@@ -77,7 +77,7 @@ public:
     {
         const double span = radius * inverse * kMargin;
         const int n = static_cast<int>(2 * span) + 2;
-        if (std::pow(n, 3) > static_cast<double>(count))
+        if (static_cast<double>(n) * n * n > static_cast<double>(count))
             return false;
         const Vector c = inverse * p;
         const int x0 = Floor(c.x - span), y0 = Floor(c.y - span), z0 = Floor(c.z - span);

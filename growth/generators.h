@@ -1,10 +1,5 @@
-// The two random generators of growth, drand48 and rand, and a way to draw from them without a library call
-// per draw.
-//
-// The sequences are the C library's own. While a HeldGenerators exists, the library's states are held here
-// and the draws are computed inline; when it goes, the states go back, and the library draws on from where
-// the run has come to. Where the library's generators are not the two known ones (checked once, by comparing
-// draws), holding does nothing.
+// The two random generators of growth, drand48 and rand, written out: the same draws on every machine, and no state of
+// the C library.
 //
 //   drand48: x = (0x5DEECE66D x + 0xB) mod 2^48, and x / 2^48 is the draw (POSIX).
 //   rand:    r[i] = (r[i - 31] + r[i - 3]) mod 2^32, and r[i] / 2, rounded down, is the draw: the additive
@@ -14,35 +9,23 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdlib>
 
 constexpr int kFeedbackWords = 31;
 constexpr int kFeedbackLag = 3;
 
 struct GeneratorState {
-    bool held;                      // the states below are the current ones
     uint64_t congruence;            // x, 48 bits
     uint32_t words[kFeedbackWords]; // the last 31 values r, a ring
     int oldest;                     // index of r[i - 31]
 };
 extern GeneratorState generators;
 
-// Holds the library's states as long as it exists. Nothing may call the library's generators meanwhile. Do
-// not nest.
-class HeldGenerators
-{
-public:
-    HeldGenerators();
-    ~HeldGenerators();
-    HeldGenerators(const HeldGenerators &) = delete;
-    HeldGenerators &operator=(const HeldGenerators &) = delete;
-};
+// Starts both as srand48 and srand do.
+void SeedGenerators(int seed);
 
 // The next draw of drand48: uniform in [0, 1).
 inline double DrawUniform()
 {
-    if (!generators.held)
-        return drand48();
     constexpr uint64_t mask = (uint64_t{1} << 48) - 1;
     generators.congruence = (generators.congruence * 0x5DEECE66DU + 0xB) & mask;
     return static_cast<double>(static_cast<int64_t>(generators.congruence)) * 0x1p-48;
@@ -51,8 +34,6 @@ inline double DrawUniform()
 // The next draw of rand: 0 to 2^31 - 1.
 inline int DrawInteger()
 {
-    if (!generators.held)
-        return rand();
     const int oldest = generators.oldest;
     int recent = oldest - kFeedbackLag;
     if (recent < 0)

@@ -248,8 +248,15 @@ void Drift(double steps)
 
 static void Rotate(Vector *pos)
 {
-    if (growthstate.rotation != 0)
-        *pos = ArbitraryRotate(*pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
+    if (growthstate.rotation == 0)
+        return;
+    static double known = 0;
+    static SineCosine theta = {0, 1};
+    if (growthstate.rotation != known) {
+        known = growthstate.rotation;
+        theta = FindSineCosine(known * kDegreesToRadians);
+    }
+    *pos = ArbitraryRotate(*pos, theta, Vector{0, 0, 1});
 }
 
 // Whether the line of the new branch comes too near to the line of another.

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "growth/array.h"
+#include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/memory.h"
 #include "growth/parameters.h"
@@ -42,7 +43,6 @@ static const Distribution kDistributions[] = {
     {"Ring: z axis plane", kCosine, kSine, kZero},
 };
 
-static void SeedGenerators();
 static int CountPlacedRoots();
 static int CountWantedRoots();
 static void PlaceRoots(Particle *placed);
@@ -75,7 +75,7 @@ void InitialiseGrowth()
     }
     growthstate.stepcount = 0;
     growthstate.maxweight = 0;
-    SeedGenerators();
+    SeedGenerators(growthstate.seed);
     stats.timestep = 0;
     nseeds = 0;
     growthstate.steptotal = 0;
@@ -140,12 +140,6 @@ SeedFileResult ReadSeedFile(const char *path)
     return result;
 }
 
-static void SeedGenerators()
-{
-    srand(static_cast<unsigned>(growthstate.seed));
-    srand48(growthstate.seed);
-}
-
 // The roots at the start of cells that a restart keeps: kRootOrigin places one root whatever nroots is.
 static int CountPlacedRoots()
 {
@@ -180,7 +174,7 @@ static void PlaceRoots(Particle *placed)
     if (count > 0)
         SetRootName(distribution.name);
     ReplaceCells(placed, count);
-    SeedGenerators();
+    SeedGenerators(growthstate.seed);
     nseeds = 0;
     growthstate.steptotal = 0;
 }
@@ -245,11 +239,11 @@ static double PlaceCoordinate(Coordinate coordinate, double theta)
     case kZero:
         return 0;
     case kRandom:
-        return (drand48() - 0.5) * growthstate.rootrange;
+        return (DrawUniform() - 0.5) * growthstate.rootrange;
     case kCosine:
-        return growthstate.rootrange * std::cos(theta);
+        return growthstate.rootrange * FindSineCosine(theta).cosine;
     case kSine:
-        return growthstate.rootrange * std::sin(theta);
+        return growthstate.rootrange * FindSineCosine(theta).sine;
     }
     return 0;
 }

@@ -63,6 +63,7 @@ static bool AddFan(double radius, int step, double z);
 static bool AddSphere(UpperHalf upper);
 static bool AddPlane();
 static bool AddFace(Vector a, Vector b, Vector c);
+static SineCosine OfDegrees(int degrees);
 static Vector OnCircle(double radius, int degrees, double z);
 static Vector OnSphere(int latitude, int longitude, double height);
 
@@ -180,16 +181,20 @@ static bool AddFace(Vector a, Vector b, Vector c)
     return AppendToArray(&stltri, &nstltri, Triangle{{a, b, c}, {}, {}, 0, 0, 0, 0});
 }
 
+static SineCosine OfDegrees(int degrees)
+{
+    return FindSineCosine(degrees * kDegreesToRadians);
+}
+
 static Vector OnCircle(double radius, int degrees, double z)
 {
-    const double theta = degrees * kDegreesToRadians;
-    return {radius * std::cos(theta), radius * std::sin(theta), z};
+    const SineCosine theta = OfDegrees(degrees);
+    return {radius * theta.cosine, radius * theta.sine, z};
 }
 
 static Vector OnSphere(int latitude, int longitude, double height)
 {
-    const double lambda = latitude * kDegreesToRadians;
-    const double phi = longitude * kDegreesToRadians;
-    return {kRadius * std::cos(lambda) * std::cos(phi), kRadius * std::cos(lambda) * std::sin(phi),
-            height * std::sin(lambda)};
+    const SineCosine lambda = OfDegrees(latitude);
+    const SineCosine phi = OfDegrees(longitude);
+    return {kRadius * lambda.cosine * phi.cosine, kRadius * lambda.cosine * phi.sine, height * lambda.sine};
 }

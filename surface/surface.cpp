@@ -31,10 +31,15 @@ Vector stlmid = {0, 0, 0};
 namespace
 {
 enum class Place { kInside, kOutside, kUnclear };
+
+// About the three axes.
+struct Rotation {
+    SineCosine x, y, z;
+};
 } // namespace
 
 static Place PlaceInFace(const Triangle &t, Vector p, double farthest2);
-static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles);
+static Vector TransformPoint(Vector p, Vector scale, Vector shift, const Rotation &angles);
 static void RemoveBadFaces();
 static bool IsBadFace(const Triangle &t);
 static void DeriveFaceData(Triangle *t);
@@ -73,7 +78,9 @@ void TransformSTL(Vector scale, Vector shift, Vector rotate)
         fprintf(stderr, "Shift  : %g,%g,%g\n", shift.x, shift.y, shift.z);
         fprintf(stderr, "Rotate : %g,%g,%g\n", rotate.x, rotate.y, rotate.z);
     }
-    const Vector angles = kDegreesToRadians * rotate;
+    const Rotation angles = {FindSineCosine(kDegreesToRadians * rotate.x),
+                             FindSineCosine(kDegreesToRadians * rotate.y),
+                             FindSineCosine(kDegreesToRadians * rotate.z)};
     for (int i = 0; i < nstltri; i++)
         for (Vector &corner : stltri[i].p)
             corner = TransformPoint(corner, scale, shift, angles);
@@ -99,8 +106,8 @@ int LinePlaneIntersect(int index, Vector *hit, Vector p1, Vector p2)
         u[i] = t.p[i] - *hit;
         Normalise(&u[i]);
     }
-    const double sum = std::acos(DotProduct(u[0], u[1])) + std::acos(DotProduct(u[1], u[2])) +
-                       std::acos(DotProduct(u[0], u[2]));
+    const double sum = ArcCosine(DotProduct(u[0], u[1])) + ArcCosine(DotProduct(u[1], u[2])) +
+                       ArcCosine(DotProduct(u[0], u[2]));
     return std::fabs(sum * kRadiansToDegrees - 360) <= kFullCircleTolerance;
 }
 
@@ -130,7 +137,7 @@ static Place PlaceInFace(const Triangle &t, Vector p, double farthest2)
     return besidea < -clear || besideb < -clear || opposite < -clear ? Place::kOutside : Place::kUnclear;
 }
 
-static Vector TransformPoint(Vector p, Vector scale, Vector shift, Vector angles)
+static Vector TransformPoint(Vector p, Vector scale, Vector shift, const Rotation &angles)
 {
     p = RotateX(p, angles.x);
     p = RotateY(p, angles.y);

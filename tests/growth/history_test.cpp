@@ -9,7 +9,6 @@
 
 #include "growth/array.h"
 #include "growth/flows.h"
-#include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/reference_step.h"
 #include "growth/roots.h"
@@ -18,17 +17,14 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 
-static void GrowHeld(int steps)
+static void GrowWithHeldFlows(int steps)
 {
     const HeldFlows flows;
-    for (int left = steps; left > 0; left -= 100) {
-        const HeldGenerators held;
-        for (int i = 0; i < 100 && i < left; i++)
-            IterateSystem();
-    }
+    for (int i = 0; i < steps; i++)
+        IterateSystem();
 }
 
-static void GrowUnheld(int steps)
+static void GrowPlainly(int steps)
 {
     for (int i = 0; i < steps; i++)
         IterateSystem();
@@ -153,7 +149,7 @@ TEST(History, LeavesWhatThePlainReferenceLeaves)
     for (unsigned seed = first; seed < first + count; seed++) {
         RunHistory(seed, GrowByReference);
         const Outcome expected = TakeOutcome();
-        stuck += RunHistory(seed, seed % 3 == 0 ? GrowUnheld : GrowHeld);
+        stuck += RunHistory(seed, seed % 3 == 0 ? GrowPlainly : GrowWithHeldFlows);
         const Outcome grown = TakeOutcome();
         EXPECT_EQ(Difference(expected, grown), "") << "SARKELO_HISTORY_SEED=" << seed;
     }
@@ -173,7 +169,7 @@ TEST(History, LargeAggregatesGrowAsByThePlainReference)
             growthstate.seed = 77;
             InitialiseGrowth();
             while (ncells < 2500)
-                (plain ? GrowByReference : GrowHeld)(1000);
+                (plain ? GrowByReference : GrowWithHeldFlows)(1000);
             outcomes[plain] = TakeOutcome();
         }
         EXPECT_EQ(Difference(outcomes[1], outcomes[0]), "") << branchlength;
@@ -212,7 +208,7 @@ TEST(History, TheIndexFollowsChangedParticles)
     StartAfresh();
     for (const bool told : {false, true}) {
         RestartFromRoots();
-        GrowHeld(50000);
+        GrowWithHeldFlows(50000);
         ASSERT_GT(ncells, 10);
         const int moved = told ? 0 : ncells - 1;
         cells[moved].p = {100, 100, 100};

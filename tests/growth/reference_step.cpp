@@ -3,8 +3,9 @@
 #include <array>
 #include <climits>
 #include <cmath>
-#include <cstdlib>
 
+#include "geom/elementary.h"
+#include "growth/generators.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 
@@ -52,30 +53,30 @@ Triple Launch()
     const double s = 0.1 * growthstate.branchlength;
     Triple d;
     if (type == 17 && nstltri >= 1) {
-        const int k = rand() % nstltri;
+        const int k = DrawInteger() % nstltri;
         d = From(stltri[k].midpoint);
     } else if (type >= 2 && type <= 10) {
         const int axis = (type - 2) / 3;
         const int kind = (type - 2) % 3;
         for (int c = 0; c < 3; c++) {
             if (c != axis)
-                d[c] = (drand48() - 0.5) * s;
+                d[c] = (DrawUniform() - 0.5) * s;
             else if (kind == 0)
                 d[c] = 1;
             else if (kind == 1)
                 d[c] = -1;
             else
-                d[c] = drand48() < 0.5 ? -1.0 : 1.0;
+                d[c] = DrawUniform() < 0.5 ? -1.0 : 1.0;
         }
     } else if (type >= 11 && type <= 13) {
         for (int c = 0; c < 3; c++)
-            d[c] = c == type - 11 ? 1 : 2 * drand48() - 1;
+            d[c] = c == type - 11 ? 1 : 2 * DrawUniform() - 1;
     } else if (type >= 14 && type <= 16) {
         for (int c = 0; c < 3; c++)
-            d[c] = c == type - 14 ? 0.5 * drand48() : drand48() - 0.5;
+            d[c] = c == type - 14 ? 0.5 * DrawUniform() : DrawUniform() - 0.5;
     } else {
         for (int c = 0; c < 3; c++)
-            d[c] = drand48() - 0.5;
+            d[c] = DrawUniform() - 0.5;
     }
     d = Unit(d);
     for (double &c : d)
@@ -124,7 +125,7 @@ bool Crosses(const Triangle &t, const Triple &p1, const Triple &p2)
     const Triple u1 = Unit(Minus(From(t.p[1]), hit));
     const Triple u2 = Unit(Minus(From(t.p[2]), hit));
     const double sum =
-        (std::acos(Dot(u0, u1)) + std::acos(Dot(u1, u2)) + std::acos(Dot(u0, u2))) * 57.29577951308232;
+        (ArcCosine(Dot(u0, u1)) + ArcCosine(Dot(u1, u2)) + ArcCosine(Dot(u0, u2))) * 57.29577951308232;
     return std::fabs(sum - 360) <= 1e-5;
 }
 
@@ -164,7 +165,7 @@ void ReferenceStep()
     Triple pos = From(before);
     Triple d;
     for (double &c : d)
-        c = drand48() - 0.5;
+        c = DrawUniform() - 0.5;
     d = Unit(d);
     for (int c = 0; c < 3; c++)
         pos[c] = pos[c] + d[c] * b;
@@ -182,7 +183,7 @@ void ReferenceStep()
                 target = From(cells[root].p);
         } else {
             for (int c = 0; c < 3; c++)
-                target[c] = From(cells[rand() % placed].p)[c];
+                target[c] = From(cells[DrawInteger() % placed].p)[c];
         }
         if (drifts) {
             const double shift = b * growthstate.bias * 0.01;
@@ -193,7 +194,7 @@ void ReferenceStep()
     }
     if (growthstate.rotation != 0) {
         const double angle = growthstate.rotation * 0.017453292519943295;
-        const double c = std::cos(angle), s = std::sin(angle);
+        const auto [s, c] = FindSineCosine(angle);
         // The zeros of the z axis stay in the sums: they matter where a coordinate is infinite.
         const double x = c * pos[0] + (0 - s) * pos[1] + 0 * pos[2];
         const double y = s * pos[0] + c * pos[1] + 0 * pos[2];
@@ -219,7 +220,7 @@ void ReferenceStep()
     }
     if (!(dmin < b * b))
         partner = -1;
-    const double r = drand48();
+    const double r = DrawUniform();
     if (partner < 0 || r > growthstate.stickiness * 0.01)
         return;
 

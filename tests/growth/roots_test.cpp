@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "golden.h"
+#include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
 #include "temporary_file.h"
@@ -24,14 +25,14 @@ TEST(Roots, ArePlacedAsRightBefore)
             HandleRootMenu(roottype);
             growthstate.nroots = nroots;
             growthstate.rootrange = 30;
-            srand48(99);
+            SeedGenerators(99);
             text << "type " << growthstate.roottype << " " << growthstate.rootname << ", ";
             ResetSeeds();
             text << growthstate.rootname << ":\n";
             for (int i = 0; i < ncells; i++)
                 text << ' ' << Plain(cells[i].p.x) << ' ' << Plain(cells[i].p.y) << ' ' << Plain(cells[i].p.z)
                      << ' ' << cells[i].parent << ' ' << cells[i].weight << '\n';
-            text << drand48() << ' ' << rand() << '\n';
+            text << DrawUniform() << ' ' << DrawInteger() << '\n';
         }
     }
     ExpectGolden("roots.txt", text.str());
@@ -104,7 +105,7 @@ TEST(SeedFile, GivesWhatItGaveRightBefore)
             if (!restarted)
                 InitialiseGrowth();
         }
-        text << ' ' << rand() << ' ' << drand48() << '\n';
+        text << ' ' << DrawInteger() << ' ' << DrawUniform() << '\n';
     }
     ExpectGolden("seed_files.txt", text.str());
     EXPECT_EQ(ReadSeedFile("/"), kSeedFileEmpty); // a directory opens, and holds no record

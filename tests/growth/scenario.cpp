@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "growth/array.h"
+#include "growth/generators.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "surface/surface.h"
@@ -51,8 +52,8 @@ Outcome TakeOutcome()
     o.maxweight = growthstate.maxweight;
     o.stepcount = growthstate.stepcount;
     o.nseeds = nseeds;
-    o.nextrand = rand();
-    o.nextdrand = drand48();
+    o.nextrand = DrawInteger();
+    o.nextdrand = DrawUniform();
     return o;
 }
 
