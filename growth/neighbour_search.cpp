@@ -18,8 +18,8 @@ constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
 // More classes than this share one map of clearances.
 constexpr int kMostMaps = 16;
-// Where the maps end, in reaches of the aggregate; they are extended when the aggregate outgrows them.
-constexpr double kMapRoom = 1.25;
+// The maps end at a power of this, in branch lengths; they are extended when the aggregate outgrows them.
+constexpr double kMapGrowth = 1.25;
 // The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
 // of two branch lengths with its drift.
 constexpr double kMapEdge = 1.03;
@@ -98,7 +98,7 @@ struct NeighbourIndex {
     CubeLists lists;
     // A map for each class, or one for all particles. None: nothing is known to be clear.
     std::vector<ClearanceMap> maps;
-    double mapextent = 0;    // what they were made to cover
+    double mapextent = 0;    // what they cover
     double mapedge = 0;      // of their smallest cubes
     bool arefitting = false; // nothing has come since they were found to fit
 
@@ -123,6 +123,7 @@ static bool MapsFit();
 static void MakeMaps();
 static bool ExtendMaps();
 static int MapCount();
+static double MapExtent();
 static double MapEdge();
 static ClearanceMap *MapOf(int i);
 static double AskMap(Vector pos);
@@ -284,17 +285,18 @@ static bool IsFinite(Vector p)
 
 static bool MapsFit()
 {
-    return AggregateReach() <= neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
+    return MapExtent() == neighbourindex.mapextent && MapEdge() == neighbourindex.mapedge;
 }
 
 static void MakeMaps()
 {
     neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
-    neighbourindex.mapextent = kMapRoom * (AggregateReach() + growthstate.branchlength);
+    const bool islarger = MapExtent() >= neighbourindex.mapextent;
+    neighbourindex.mapextent = MapExtent();
     const bool covers = neighbourindex.mapextent / growthstate.branchlength < kFarthestCube;
     const double edge = MapEdge();
-    if (covers && edge == neighbourindex.mapedge && ExtendMaps())
+    if (covers && islarger && edge == neighbourindex.mapedge && ExtendMaps())
         return;
     neighbourindex.mapedge = edge;
     neighbourindex.maps.clear();
@@ -319,6 +321,16 @@ static bool ExtendMaps()
 static int MapCount()
 {
     return neighbourindex.classes <= kMostMaps ? neighbourindex.classes : 1;
+}
+
+// Where the maps end, from the origin along each axis: beyond what walkers can reach. It follows from the aggregate alone,
+// as the edge does, so that what is known far outside does not depend on when the maps were made.
+static double MapExtent()
+{
+    double extent = growthstate.branchlength;
+    while (extent < AggregateReach() + growthstate.branchlength)
+        extent *= kMapGrowth;
+    return extent;
 }
 
 // The edge of the smallest cubes. It follows from the aggregate alone, so that a run that is resumed makes the maps that
