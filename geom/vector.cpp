@@ -51,16 +51,6 @@ Vector ArbitraryRotate(Vector p, double theta, Vector r)
     return ArbitraryRotate(p, FindSineCosine(theta), r);
 }
 
-Vector ArbitraryRotate(Vector p, SineCosine theta, Vector r)
-{
-    Normalise(&r);
-    const auto [s, c] = theta;
-    const double t = 1 - c;
-    return {(c + t * r.x * r.x) * p.x + (t * r.x * r.y - s * r.z) * p.y + (t * r.x * r.z + s * r.y) * p.z,
-            (t * r.x * r.y + s * r.z) * p.x + (c + t * r.y * r.y) * p.y + (t * r.y * r.z - s * r.x) * p.z,
-            (t * r.x * r.z - s * r.y) * p.x + (t * r.y * r.z + s * r.x) * p.y + (c + t * r.z * r.z) * p.z};
-}
-
 Vector CalcNormal(Vector p1, Vector p2, Vector p3)
 {
     Vector n = CrossProduct(p2 - p1, p3 - p1);

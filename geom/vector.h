@@ -95,7 +95,15 @@ Vector RotateZ(Vector p, SineCosine theta);
 // the tip of r (the matrix form of Rodrigues' formula). r need not have unit length; a zero axis leaves only
 // the scaling of p by cos(theta).
 Vector ArbitraryRotate(Vector p, double theta, Vector r);
-Vector ArbitraryRotate(Vector p, SineCosine theta, Vector r);
+inline Vector ArbitraryRotate(Vector p, SineCosine theta, Vector r)
+{
+    Normalise(&r);
+    const auto [s, c] = theta;
+    const double t = 1 - c;
+    return {(c + t * r.x * r.x) * p.x + (t * r.x * r.y - s * r.z) * p.y + (t * r.x * r.z + s * r.y) * p.z,
+            (t * r.x * r.y + s * r.z) * p.x + (c + t * r.y * r.y) * p.y + (t * r.y * r.z - s * r.x) * p.z,
+            (t * r.x * r.z - s * r.y) * p.x + (t * r.y * r.z + s * r.x) * p.y + (c + t * r.z * r.z) * p.z};
+}
 
 // Normals, lines and planes -------------------------------------------------------------------------------
 

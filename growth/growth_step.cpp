@@ -114,7 +114,8 @@ static int WalkFreely(int most)
         return false;
     }
     DriftBy(DriftLength(), pos);
-    Rotate(pos);
+    if (growthstate.rotation != 0)
+        Rotate(pos);
     return true;
 }
 
@@ -190,7 +191,7 @@ void CountSteps(int steps)
     growthstate.steptotal += steps;
 }
 
-static void MoveAtRandom(Vector *pos)
+[[gnu::always_inline]] static inline void MoveAtRandom(Vector *pos)
 {
     Vector step;
     step.x = DrawUniform() - 0.5;
@@ -248,8 +249,6 @@ void Drift(double steps)
 
 static void Rotate(Vector *pos)
 {
-    if (growthstate.rotation == 0)
-        return;
     static double known = 0;
     static SineCosine theta = {0, 1};
     if (growthstate.rotation != known) {
