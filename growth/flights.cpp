@@ -55,13 +55,13 @@ static double FlightRadius()
     return std::min(slowed, free / (1 + slope * slowed));
 }
 
-// Outside of the aggregate that is the way to it, wherever the clearance map ends.
+// Beyond the aggregate that is the distance to the sphere about it, wherever the clearance map ends.
 static double KnownFreeRadius()
 {
-    const double distance = WalkersLeave() ? Modulus(growthstate.pos) : 0;
-    if (distance > AggregateReach())
-        return distance - growthstate.radius - growthstate.branchlength;
-    return FreeRadius();
+    const double distance = Modulus(growthstate.pos);
+    const bool isbeyond = distance > AggregateReach();
+    const double way = isbeyond ? distance - growthstate.radius - growthstate.branchlength : 0;
+    return isbeyond && WalkersLeave() ? way : std::max(way, FreeRadius());
 }
 
 // A walker whose life ends on the way is abandoned: nothing can have stopped it.
