@@ -23,23 +23,23 @@ constexpr int kFirstBoxes = 1000;
 static int boxroom;
 
 // The count under way.
-static double radius; // of the aggregate when the count started
+static double radius; // of the aggregate, up to which the boxes are arranged
 static double scale;  // edge of the current level's boxes
 static int depth;     // the current level
 // The level's boxes, part after part in the order of counting, and the next one.
 static std::vector<BoxGrid> parts;
 static std::size_t part;
 static std::size_t next;
-// The aggregate of which the parts know.
-static Branches branches;
-static unsigned taken; // its number
+// The aggregate of which the parts know, and its number of particles.
+static unsigned filledaggregate;
+static int filledcount;
 // Drawing modes to go back to.
 static int save1, save2;
 
 static int TestNextBox();
 static void BeginLevel(double start);
+static void ArrangeBoxes(Vector first);
 static void FillParts();
-static bool AreBranchesTaken();
 static Corners ListCorners(double start);
 static void CountBox(const BoxGrid &grid, std::size_t index);
 static bool Advance();
@@ -83,7 +83,6 @@ int StartBoxCount()
     radius = growthstate.radius;
     scale = radius / 2;
     depth = 0;
-    branches = {};
     std::fill(stats.boxcount, stats.boxcount + kBoxLevels, -1);
     stats.timestep = ncells;
     try {
@@ -110,11 +109,16 @@ int CountNextBox()
 
 static int TestNextBox()
 {
+    if (growthstate.radius != radius) {
+        radius = growthstate.radius;
+        if (!parts.empty())
+            ArrangeBoxes(parts[part].Lower(next));
+    }
     if (parts.empty()) { // a radius that is no number has no boxes
         EndCount();
         return 1;
     }
-    if (!AreBranchesTaken())
+    if (filledaggregate != AggregateNumber() || filledcount != ncells)
         FillParts();
     if (parts[part].IsOccupied(next))
         CountBox(parts[part], next);
@@ -135,46 +139,45 @@ static int TestNextBox()
     return 0;
 }
 
-// The first corner of a level may lie lower than the grid that follows: the first box of all stands at
-// `start` in each coordinate; z, y and x come back to -R - scale, each after its own first run.
 static void BeginLevel(double start)
 {
     stats.boxsize[depth] = scale;
     stats.boxcount[depth] = 0;
     nboxes = 0;
+    ArrangeBoxes({start, start, start});
+}
+
+// The boxes of the level from the one with a given lower corner on. It need not lie in the grid that follows: z, y and x
+// come back to -R - scale, each after its own first run.
+static void ArrangeBoxes(Vector first)
+{
     parts.clear();
     part = next = 0;
     if (!std::isfinite(radius) || radius <= 0)
         return;
-    const Corners first = ListCorners(start);
+    const Corners x = ListCorners(first.x);
+    const Corners y = ListCorners(first.y);
     const Corners rest = ListCorners(-radius - scale);
-    const Corners head(first.begin(), first.begin() + 2);
-    const Corners tail(first.begin() + 1, first.end());
-    parts.emplace_back(head, head, first);
-    parts.emplace_back(head, tail, rest);
-    parts.emplace_back(tail, rest, rest);
+    const auto head = [](const Corners &corners) { return Corners(corners.begin(), corners.begin() + 2); };
+    const auto tail = [](const Corners &corners) { return Corners(corners.begin() + 1, corners.end()); };
+    parts.emplace_back(head(x), head(y), ListCorners(first.z));
+    parts.emplace_back(head(x), tail(y), rest);
+    parts.emplace_back(tail(x), rest, rest);
     FillParts();
 }
 
 static void FillParts()
 {
-    if (!AreBranchesTaken()) {
-        branches.Take(radius);
-        taken = AggregateNumber();
-    }
     for (BoxGrid &grid : parts)
-        grid.Fill(branches);
+        grid.Fill();
+    filledaggregate = AggregateNumber();
+    filledcount = ncells;
 }
 
-static bool AreBranchesTaken()
-{
-    return taken == AggregateNumber() && branches.parent.size() == static_cast<std::size_t>(ncells);
-}
-
-// Corners of boxes along an axis: the last box is the last whose lower corner does not exceed the radius.
+// Corners of boxes along an axis: the last box is the first, or the last whose lower corner does not exceed the radius.
 static Corners ListCorners(double start)
 {
-    Corners corners = {start};
+    Corners corners = {start, start + scale};
     while (corners.back() <= radius)
         corners.push_back(corners.back() + scale);
     return corners;
@@ -211,7 +214,6 @@ static void AbandonLevel()
 static void EndCount()
 {
     parts.clear();
-    branches = {};
     options.boxcountrequest = 0;
     options.surfacemode = save1;
     options.dlamode = save2;

@@ -1,6 +1,7 @@
 #include "export/model.h"
 
 #include <new>
+#include <utility>
 
 #include "export/csv.h"
 #include "export/geom.h"
@@ -12,8 +13,11 @@
 #include "export/stl_aggregate.h"
 #include "export/vrml.h"
 #include "export/vtp.h"
+#include "growth/state.h"
 
 static void WriteReport(TextWriter &out);
+template<void (*write)(TextWriter &)>
+static void WriteWithoutBranches(TextWriter &out);
 
 // The ids are not in the order of the menu (kept).
 static const ModelKind kKinds[] = {
@@ -42,9 +46,31 @@ static const ModelKind kKinds[] = {
     {"info", kFormatInformation, kModeSegments, 0, nullptr, "Text file", "txt", WriteReport},
 };
 
+// Modes that no command asks for: only POV-Ray has chains.
+static const ModelKind kKindsWithoutBranches[] = {
+    {nullptr, kFormatVRML, kModeChains, 0, nullptr, "VRML file", "wrl", WriteWithoutBranches<WriteVRML>},
+    {nullptr, kFormatGEOM, kModeChains, 0, nullptr, "GEOM file", "geom", WriteWithoutBranches<WriteGEOM>},
+    {nullptr, kFormatPointDXF, kModeChains, 0, nullptr, "POINT DXF file", "dxf",
+     WriteWithoutBranches<WritePointDXF>},
+    {nullptr, kFormatPointGEOM, kModeChains, 0, nullptr, "POINT GEOM file", "geom",
+     WriteWithoutBranches<WritePointGEOM>},
+};
+
 static void WriteReport(TextWriter &out)
 {
     WriteInformation(out.Stream());
+}
+
+// Header, trailer and surface of a format: those of an aggregate without particles.
+template<void (*write)(TextWriter &)>
+static void WriteWithoutBranches(TextWriter &out)
+{
+    struct HiddenParticles {
+        int count = std::exchange(ncells, 0);
+        ~HiddenParticles() { ncells = count; }
+    };
+    const HiddenParticles hidden;
+    write(out);
 }
 
 std::span<const ModelKind> ModelKinds()
@@ -52,12 +78,23 @@ std::span<const ModelKind> ModelKinds()
     return kKinds;
 }
 
+const ModelKind *FindModelKind(int format, int mode)
+{
+    const auto find = [format](std::span<const ModelKind> kinds, int known) -> const ModelKind * {
+        for (const ModelKind &kind : kinds)
+            if (kind.format == format && kind.mode == known)
+                return &kind;
+        return nullptr;
+    };
+    if (const ModelKind *kind = find(kKinds, mode); kind != nullptr)
+        return kind;
+    return mode > kModeSegments ? find(kKinds, kModeSegments) : find(kKindsWithoutBranches, mode);
+}
+
 int WriteModel(FILE *file, int format, int mode)
 {
-    for (const ModelKind &kind : kKinds)
-        if (kind.format == format && kind.mode == mode)
-            return WriteModel(file, kind);
-    return 0;
+    const ModelKind *kind = FindModelKind(format, mode);
+    return kind != nullptr ? WriteModel(file, *kind) : 0;
 }
 
 int WriteModel(FILE *file, const ModelKind &kind)

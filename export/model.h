@@ -46,6 +46,10 @@ struct ModelKind {
 // All kinds, those of the menu in its order.
 std::span<const ModelKind> ModelKinds();
 
+// The kind of a ModelFormat and any mode from 0 on, or nullptr: without branches where the format has no chains, and
+// kModeSegments where it does not know the mode.
+const ModelKind *FindModelKind(int format, int mode);
+
 // Writes the model to an open file. Returns 1, or 0 when there is no such kind or memory does not suffice:
 // the file is not whole then. Errors of writing show in the file.
 int WriteModel(FILE *file, int format, int mode);

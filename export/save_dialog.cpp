@@ -17,9 +17,10 @@ static const char *AskForName(const char *title);
 
 void SaveModel(int format, int mode)
 {
-    for (const ModelKind &kind : ModelKinds())
-        if (kind.format == format && kind.mode == mode)
-            return Save(kind);
+    if (format > kFormatPointGEOM)
+        return; // those of commands
+    if (const ModelKind *kind = FindModelKind(format, mode); kind != nullptr)
+        Save(*kind);
 }
 
 void HandleSaveMenu(int id)

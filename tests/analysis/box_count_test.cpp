@@ -16,7 +16,8 @@ namespace
 {
 // A count written as it is described: one box after the other, each looked at through all particles.
 struct PlainCount {
-    double scale, radius = growthstate.radius;
+    const double &radius = growthstate.radius; // as it is at each step
+    double scale;
     int depth = 0;
     Vector p0;
     double boxsize[10] = {};
@@ -62,12 +63,15 @@ struct PlainCount {
 };
 } // namespace
 
-static void ExpectSameCount(const char *what)
+// With the radius changed to `later` after so many boxes, where that is not 0.
+static void ExpectSameCount(const char *what, double later = 0, int after = 0)
 {
     stats.boxcount[9] = 77; // left from before
     PlainCount plain;
     StartBoxCount();
     for (bool ended = false; !ended;) {
+        if (later != 0 && after-- == 0)
+            growthstate.radius = later;
         ended = plain.Step();
         ASSERT_EQ(CountNextBox(), ended) << what;
         ASSERT_EQ(memcmp(stats.boxcount, plain.boxcount, sizeof plain.boxcount), 0)
@@ -152,6 +156,12 @@ TEST_F(BoxCount, EqualsThePlainCount)
         RestartFromRoots();
         Grow(IterateSystem, 300, 10000000);
         ExpectSameCount("grown");
+        const double radius = growthstate.radius;
+        for (const double later : {0.3 * radius, 0.99 * radius, 1.7 * radius}) {
+            growthstate.radius = radius;
+            ExpectSameCount("grown, the radius changes", later, static_cast<int>(500 + later));
+        }
+        growthstate.radius = radius;
     }
 }
 

@@ -4,6 +4,7 @@
 #include <functional>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -64,6 +65,20 @@ protected:
                       Triangle{{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0});
     }
 };
+
+// Only POV-Ray has chains; modes that a format does not know are those of a segment a particle.
+TEST_F(Exports, ModesThatNoMenuAsksFor)
+{
+    options.surfacemode = kSurfaceSolid;
+    for (const int format : {kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM}) {
+        const std::string chains = Model(format, kModeChains);
+        EXPECT_EQ(Model(format, kModeFineMesh + 1), Model(format, kModeSegments)) << format;
+        const int all = std::exchange(ncells, 2); // the roots
+        EXPECT_EQ(chains, Model(format, kModeSegments)) << format;
+        ncells = all;
+        EXPECT_NE(chains, Model(format, kModeSegments)) << format;
+    }
+}
 
 TEST_F(Exports, EveryFormatToTheByte)
 {

@@ -97,6 +97,7 @@ TEST(Menus, EveryEntryDoesWhatItDidRightBefore)
     ForgetCalls();
     SaveModel(99, 1); // no such formats
     SaveModel(-1, 1);
+    SaveModel(kFormatVTP, kModeSegments); // a command's
     EXPECT_TRUE(calls.empty());
     EXPECT_EXIT(HandleMainMenu(kCommandQuit), testing::ExitedWithCode(0), "");
 }
