@@ -13,17 +13,17 @@ void CameraHome()
     }
     camera.aperture = 60;
     camera.vp = {60, 0, 0};
+    camera.pr = {0, 0, 0};
     UpdateCameraRange();
     camera.vd = {-1, 0, 0};
     camera.vu = {0, 0, 1};
-    camera.pr = {0, 0, 0};
     Normalise(&camera.vd);
     Normalise(&camera.vu);
 }
 
 void UpdateCameraRange()
 {
-    camera.focallength = Modulus(camera.vp);
+    camera.focallength = Modulus(camera.vp - camera.pr);
     camera.eyesep = camera.focallength / 30;
     camera.nearclip = camera.focallength / 10;
     camera.farclip = camera.focallength * 10;

@@ -6,5 +6,6 @@
 // window size their defaults; later calls leave them.
 void CameraHome();
 
-// Derives focal length, eye separation and clipping planes from the camera's distance from the origin.
+// Derives focal length, eye separation and clipping planes from the camera's distance from its point of
+// rotation.
 void UpdateCameraRange();

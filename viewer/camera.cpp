@@ -1,19 +1,50 @@
 #include "viewer/camera.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "growth/camera_home.h"
+#include "growth/colour.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 
 // Room about what is fitted into the view.
 constexpr double kFitMargin = 1.02;
+// Of what is fitted into the view, how many times as far as the nearest the farthest may be: the clipping planes'
+// ratio is 100.
+constexpr double kDeepestView = 80;
+// Of the nearest that is fitted into the view, how many times as far the point of rotation may be: the near plane is
+// at a tenth of its distance.
+constexpr double kFarthestPivot = 9;
 
+namespace
+{
+enum Side { kRight, kLeft, kTop, kBottom, kNear, kFar, kSides };
+
+// How far what is drawn reaches along six directions, from a point.
+struct Reach {
+    Vector directions[kSides];
+    double of[kSides];
+};
+
+// The camera's axes, of unit length, and the tangents of half its angles of view.
+struct ViewFrame {
+    Vector right, up, ahead;
+    double horizontal, vertical;
+};
+} // namespace
+
+static Vector FromPivot(Vector arm);
 static void SwingCamera(double theta, Vector axis, Vector right, double distance);
+static void PlaceCamera(bool turning);
+static ViewFrame FindViewFrame();
+static Reach FindReach(const ViewFrame &frame, bool turning);
+template<typename Consume>
+static void ForEachDrawnBall(Consume consume);
 
 void RotateCamera(double ix, double iy, double iz)
 {
-    const double distance = Modulus(camera.vp);
+    const double distance = CameraDistance();
     const Vector right = RightVector();
     if (iz != 0)
         camera.vu = ArbitraryRotate(camera.vu, iz, camera.vd);
@@ -24,26 +55,33 @@ void RotateCamera(double ix, double iy, double iz)
     Normalise(&camera.vu);
 }
 
+double CameraDistance()
+{
+    return Modulus(camera.vp - camera.pr);
+}
+
+void MoveToDistance(double distance)
+{
+    Vector arm = camera.vp - camera.pr;
+    Normalise(&arm);
+    camera.vp = FromPivot(distance * arm);
+}
+
 void FitCamera()
 {
-    double radius = growthstate.branchlength;
-    for (int i = 0; i < ncells; i++)
-        radius = std::max(radius, Modulus(cells[i].p));
-    if (options.surfacemode >= kSurfaceWireframe)
-        for (int i = 0; i < nstltri; i++)
-            for (const Vector corner : stltri[i].p)
-                radius = std::max(radius, Modulus(corner));
-    // Of the two angles of the view, the narrower one.
-    const double ratio = static_cast<double>(camera.screenwidth) / static_cast<double>(camera.screenheight);
-    const double vertical = std::tan(camera.aperture * kDegreesToRadians / 2);
-    const double half = std::atan(vertical * std::min(ratio, 1.0));
-    camera.vp = -(kFitMargin * radius / std::sin(half)) * camera.vd;
-    UpdateCameraRange();
+    PlaceCamera(false);
+}
+
+void FitTurningCamera()
+{
+    PlaceCamera(false);
+    PlaceCamera(true);
 }
 
 void TurnCamera(double theta)
 {
-    for (Vector *v : {&camera.vp, &camera.vd, &camera.vu})
+    camera.vp = FromPivot(ArbitraryRotate(camera.vp - camera.pr, theta, {0, 0, 1}));
+    for (Vector *v : {&camera.vd, &camera.vu})
         *v = ArbitraryRotate(*v, theta, {0, 0, 1});
 }
 
@@ -58,12 +96,106 @@ Vector RightVector()
     return CrossProduct(camera.vd, camera.vu);
 }
 
-// Turns the view direction by theta radians about an axis and aims at the origin from a distance; the
+// The place at `arm` from the point of rotation. With that at the origin it is `arm` itself, zeros with their signs.
+static Vector FromPivot(Vector arm)
+{
+    return arm - (Vector{0, 0, 0} - camera.pr);
+}
+
+// Turns the view direction by theta radians about an axis and aims at the point of rotation from a distance; the
 // up vector becomes right x vd, not yet of unit length.
 static void SwingCamera(double theta, Vector axis, Vector right, double distance)
 {
     camera.vd = ArbitraryRotate(camera.vd, theta, axis);
     Normalise(&camera.vd);
-    camera.vp = -distance * camera.vd;
+    camera.vp = FromPivot(-distance * camera.vd);
     camera.vu = CrossProduct(right, camera.vd);
+}
+
+// A point is in view where, in the camera's axes from the view point, |x| <= tangent z and |y| <= tangent z. So each
+// side of the view bounds the view point by how far all points reach beyond the side's plane; two opposite sides
+// together bound its depth, and their difference is the middle between them. With `turning`, by how far they reach
+// while they turn about the point of rotation, which stays.
+static void PlaceCamera(bool turning)
+{
+    const ViewFrame frame = FindViewFrame();
+    const Reach reach = FindReach(frame, turning);
+    const double *of = reach.of;
+    const double across = (of[kRight] + of[kLeft]) / (2 * frame.horizontal);
+    const double upright = (of[kTop] + of[kBottom]) / (2 * frame.vertical);
+    const double nearest = -of[kNear]; // depths from the point of rotation
+    const double depth = of[kFar] - nearest;
+    double back = std::max({across, upright, depth / kDeepestView - nearest,
+                            growthstate.branchlength / 2 - nearest}); // of the view point, from there
+    if (turning)
+        back = std::max(back, -nearest * kFarthestPivot / (kFarthestPivot - 1));
+    const Vector centre =
+        (of[kRight] - of[kLeft]) / 2 * frame.right + (of[kTop] - of[kBottom]) / 2 * frame.up;
+    camera.vp = camera.pr + centre - back * frame.ahead;
+    if (!turning) {
+        const double first = back + nearest;
+        camera.pr = camera.vp + std::min(first + depth / 2, kFarthestPivot * first) * frame.ahead;
+    }
+    UpdateCameraRange();
+}
+
+static ViewFrame FindViewFrame()
+{
+    Vector right = RightVector();
+    Normalise(&right);
+    double ratio = static_cast<double>(camera.screenwidth) / static_cast<double>(camera.screenheight);
+    if (camera.stereo == kStereoDualScreen)
+        ratio /= 2;
+    const double vertical = std::tan(camera.aperture * kDegreesToRadians / 2) / kFitMargin;
+    return {right, CrossProduct(right, camera.vd), camera.vd, vertical * ratio, vertical};
+}
+
+// From the point of rotation.
+static Reach FindReach(const ViewFrame &frame, bool turning)
+{
+    const Vector across = frame.horizontal * frame.ahead;
+    const Vector upright = frame.vertical * frame.ahead;
+    const Vector none = {0, 0, 0};
+    Reach reach = {{frame.right - across, none - frame.right - across, frame.up - upright,
+                    none - frame.up - upright, none - frame.ahead, frame.ahead},
+                   {}};
+    double lengths[kSides], flat[kSides];
+    for (int side = 0; side < kSides; side++) {
+        const Vector d = reach.directions[side];
+        lengths[side] = Modulus(d);
+        flat[side] = std::hypot(d.x, d.y);
+        reach.of[side] = -HUGE_VAL;
+    }
+    ForEachDrawnBall([&](Vector centre, double radius) {
+        const Vector arm = centre - camera.pr;
+        const double swept = turning ? std::hypot(arm.x, arm.y) : 0;
+        for (int side = 0; side < kSides; side++) {
+            const Vector d = reach.directions[side];
+            const double along = turning ? flat[side] * swept + d.z * arm.z : DotProduct(d, arm);
+            reach.of[side] = std::max(reach.of[side], along + lengths[side] * radius);
+        }
+    });
+    return reach;
+}
+
+// All particles, with their thickness where they are tubes, and the corners of the surface where it is drawn.
+// Particles that are not drawn count where nothing else is.
+template<typename Consume>
+static void ForEachDrawnBall(Consume consume)
+{
+    const bool surface = options.surfacemode >= kSurfaceWireframe && nstltri > 0;
+    if (options.dlamode == kAggregateTubes) {
+        const BranchThickness thickness;
+        for (int i = 0; i < ncells; i++) {
+            const double radius = std::fabs(thickness.Of(i));
+            consume(cells[i].p, std::isfinite(radius) ? radius : 0);
+        }
+    } else if (options.dlamode != kAggregateOff || !surface) {
+        for (int i = 0; i < ncells; i++)
+            consume(cells[i].p, 0);
+    }
+    if (surface)
+        for (int i = 0; i < nstltri; i++)
+            for (const Vector corner : stltri[i].p)
+                consume(corner, 0);
 }

@@ -1,5 +1,6 @@
-// The camera's turns. The camera looks along vd with vu up; its distance from the origin is its
-// only range, from which the display derives focal length and clipping planes in every frame.
+// The camera's turns. The camera looks along vd with vu up; its distance from its point of rotation is its
+// only range, from which the display derives focal length and clipping planes in every frame. The point of
+// rotation is the origin until something is fitted into the view.
 
 #pragma once
 
@@ -7,14 +8,23 @@
 
 // Turns the view by iz radians about the view direction, then ix about the up vector, then iy about the right
 // vector as it was on entry (kept: callers turn about one axis per call). A turn by ix or iy aims the camera
-// at the origin from its old distance; a roll alone leaves view point and direction.
+// at the point of rotation from its old distance; a roll alone leaves view point and direction.
 void RotateCamera(double ix, double iy, double iz);
 
-// Puts the camera at the distance from which all particles, and the surface where it is drawn, are in view; its
-// direction stays, and it looks at the origin.
+// Distance of the view point from the point of rotation.
+double CameraDistance();
+
+// Moves the view point along its line through the point of rotation.
+void MoveToDistance(double distance);
+
+// Moves the camera to where all particles and the surface, as they are drawn, just fill the view, and its point of
+// rotation into the middle of them. Its direction and aperture stay. Clipping planes cut nothing off.
 void FitCamera();
 
-// Turns the camera by theta radians about the z axis through the origin.
+// The same for a camera that will be turned: whatever TurnCamera does, all stays in view.
+void FitTurningCamera();
+
+// Turns the camera by theta radians about the line through its point of rotation parallel to the z axis.
 void TurnCamera(double theta);
 
 // Narrows the angle of the view so that what stands in the middle is drawn so many times as large.

@@ -29,7 +29,6 @@ enum MouseButton { kNoButton = -1, kLeftButton = 0, kMiddleButton = 1 };
 
 static void RecordShift();
 static void RecordPosition(int x, int y);
-static void MoveToDistance(double distance);
 static void Turn(double theta, bool aboutup);
 
 void HandleKeyboard(unsigned char key, int, int)
@@ -53,11 +52,11 @@ void HandleKeyboard(unsigned char key, int, int)
         break;
     case '<':
     case ',':
-        MoveToDistance(Modulus(camera.vp) / kZoomStep);
+        MoveToDistance(CameraDistance() / kZoomStep);
         break;
     case '>':
     case '.':
-        MoveToDistance(Modulus(camera.vp) * kZoomStep);
+        MoveToDistance(CameraDistance() * kZoomStep);
         break;
     case 'h':
     case 'H':
@@ -163,13 +162,6 @@ static void RecordPosition(int x, int y)
 {
     interfacestate.mousex = x;
     interfacestate.mousey = y;
-}
-
-// Moves the view point along its line through the origin.
-static void MoveToDistance(double distance)
-{
-    Normalise(&camera.vp);
-    camera.vp = distance * camera.vp;
 }
 
 // A turn by an arrow key, about the up vector or about the right vector; none while shift is held.

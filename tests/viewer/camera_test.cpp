@@ -1,0 +1,102 @@
+// The camera fits what is drawn into its view, and turns about the middle of it.
+
+#include "viewer/camera.h"
+
+#include <gtest/gtest.h>
+
+#include "growth/camera_home.h"
+#include "growth/colour.h"
+#include "growth/growth_step.h"
+#include "growth/scenario.h"
+#include "growth/state.h"
+#include "surface/surface.h"
+
+// How much of the view what is drawn takes, 1 for all of it: the larger of width and height. -1 where a clipping plane cuts
+// something off.
+static double FilledPart()
+{
+    const double vertical = std::tan(camera.aperture * kDegreesToRadians / 2);
+    const double ratio = static_cast<double>(camera.screenwidth) / camera.screenheight;
+    Vector right = RightVector();
+    Normalise(&right);
+    double part = 0;
+    const auto look = [&](Vector p) {
+        const Vector arm = p - camera.vp;
+        const double z = DotProduct(arm, camera.vd);
+        const bool cut = z < camera.nearclip || z > camera.farclip;
+        const double x = std::fabs(DotProduct(arm, right)) / (vertical * ratio * z);
+        const double y = std::fabs(DotProduct(arm, camera.vu)) / (vertical * z);
+        part = cut || part < 0 ? -1 : std::max({part, x, y});
+    };
+    const BranchThickness thickness;
+    for (int i = 0; i < ncells; i++)
+        for (int side = 0; side < 6; side++) { // of its thickness
+            Vector off = {0, 0, 0};
+            (side < 2 ? off.x : side < 4 ? off.y : off.z) = side % 2 != 0 ? 1 : -1;
+            look(cells[i].p + (options.dlamode == kAggregateTubes ? thickness.Of(i) : 0) * off);
+        }
+    if (options.surfacemode != kSurfaceOff)
+        for (int i = 0; i < nstltri; i++)
+            for (const Vector corner : stltri[i].p)
+                look(corner);
+    return part;
+}
+
+// An aggregate whose particles all lie on one arm, or have grown; far from the origin.
+static void PrepareAggregate(bool arm)
+{
+    StartAfresh();
+    CameraHome();
+    Grow(IterateSystem, 300, 10000000);
+    for (int i = 0; i < ncells; i++)
+        cells[i].p = arm ? Vector{0.3 * i, -200 + 0.1 * i, 0.7 * i} : cells[i].p + Vector{50, 70, -20};
+}
+
+TEST(Camera, FitsExactlyWhatIsDrawn)
+{
+    const double turns[] = {0, 0.7, 1.2};
+    for (const bool arm : {false, true})
+        for (const double turn : turns)
+            for (const double tilt : turns)
+                for (const int mode : {kAggregateLines, kAggregateTubes})
+                    for (const bool surface : {false, true}) {
+                        PrepareAggregate(arm);
+                        options.dlamode = mode;
+                        if (surface)
+                            SetBoxSurface(100, false);
+                        options.surfacemode = surface ? kSurfaceWireframe : kSurfaceOff;
+                        camera.screenwidth = tilt > 0 ? 1920 : 500;
+                        camera.screenheight = 600;
+                        TurnCamera(turn);
+                        RotateCamera(0, tilt, turn);
+                        const Vector direction = camera.vd;
+                        FitCamera();
+                        EXPECT_NEAR(FilledPart(), 0.98, 0.012) << arm << turn << tilt << mode << surface;
+                        // It turns about what it sees.
+                        RotateCamera(0.5, 0, 0);
+                        RotateCamera(-0.5, 0, 0);
+                        UpdateCameraRange();
+                        EXPECT_NEAR(FilledPart(), 0.98, 0.012);
+                        EXPECT_NEAR(DotProduct(camera.vd, direction), 1, 1e-12);
+                        FitTurningCamera();
+                        double least = 1, most = 0;
+                        for (int k = 0; k < 90; k++) {
+                            const double part = FilledPart();
+                            least = std::min(least, part);
+                            most = std::max(most, part);
+                            TurnCamera(kTwoPi / 90);
+                        }
+                        EXPECT_GT(least, 0);
+                        EXPECT_NEAR(most, 0.98, 0.012) << arm << turn << tilt << mode << surface;
+                    }
+    // Seen from its end, an arm fills little, and nothing of it is cut off.
+    PrepareAggregate(true);
+    options.surfacemode = kSurfaceOff;
+    camera.vd = cells[1].p - cells[0].p;
+    Normalise(&camera.vd);
+    camera.vu = CrossProduct(camera.vd, {0, 0, 1});
+    Normalise(&camera.vu);
+    FitCamera();
+    EXPECT_GT(FilledPart(), 0);
+    CameraHome();
+}
