@@ -1,10 +1,20 @@
 // sarkelo-view: the window of sarkelo, with files; and pictures without a screen.
 
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <new>
+#include <string>
 
+#include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "app/command_line.h"
 #include "app/program.h"
@@ -18,7 +28,10 @@
 
 static int View(int argc, char **argv);
 static Fault Load(const ViewCommand &command);
-static Fault MakePictures(const ViewCommand &command);
+static Fault MakePictures(ViewCommand *command);
+static Fault DrawApart(const PictureRequest &request);
+static std::string FilmCommand(const PictureRequest &request, std::size_t count);
+static std::string ForShell(const std::string &word);
 static int Tell(const Fault &fault);
 
 int main(int argc, char **argv)
@@ -45,7 +58,7 @@ static int View(int argc, char **argv)
     ReadSwitches(count, words.data());
     fault = Load(command);
     if (!fault && command.picture)
-        fault = MakePictures(command);
+        fault = MakePictures(&command);
     if (fault || command.picture)
         return Tell(fault);
     PrepareRescue(DescribeWindowRun);
@@ -76,29 +89,97 @@ static Fault Load(const ViewCommand &command)
         options.surfacemode = command.surfacemode;
     if (command.fromhome)
         CameraHome();
+    if (command.fits)
+        FitCamera();
     return {};
 }
 
-static Fault MakePictures(const ViewCommand &command)
+static Fault MakePictures(ViewCommand *command)
 {
-    const PictureRequest &request = *command.picture;
+    PictureRequest &request = *command->picture;
+    const std::filesystem::path file = command->file;
+    if (file.extension() == ".toml" && options.dlamode != kAggregateOff) {
+        const std::string grown = std::filesystem::path(file).replace_extension(kAggregateExtension).string();
+        return {kRequestFault, command->file + " has not grown yet: sarkelo-grow " + ForShell(command->file) +
+                                   " -o " + ForShell(grown) + " && sarkelo-view " + ForShell(grown) +
+                                   " --picture " + ForShell(request.path)};
+    }
     const std::vector<std::string> paths = PicturePaths(request);
     for (const std::string &path : paths) {
         struct stat about = {};
-        if (!command.overwrites && stat(path.c_str(), &about) == 0 && !S_ISCHR(about.st_mode))
+        if (!command->overwrites && stat(path.c_str(), &about) == 0 && !S_ISCHR(about.st_mode))
             return {kFileFault, path + ": exists already; --force overwrites it"};
     }
-    camera.screenwidth = request.width;
-    camera.screenheight = request.height;
-    if (command.fits || (!windowrun.fromwindow && !command.fromhome))
-        FitCamera();
-    if (Fault fault = DrawPictures(request))
-        return fault;
-    if (paths.size() > 1) {
-        const std::string stem = request.path.substr(0, request.path.rfind('.'));
-        printf("ffmpeg -framerate 25 -i %s-%%04d.png -pix_fmt yuv420p %s.mp4\n", stem.c_str(), stem.c_str());
+    request.fits = command->fits || (!windowrun.fromwindow && !command->fromhome);
+    Fault fault = DrawApart(request);
+    if (!fault && paths.size() > 1)
+        printf("%s\n", FilmCommand(request, paths.size()).c_str());
+    return fault;
+}
+
+// Draws in a process of its own, which ends with this one: a driver without memory crashes. What the process says on
+// standard error is passed on, unless it crashes.
+static Fault DrawApart(const PictureRequest &request)
+{
+    const pid_t parent = getpid();
+    int ends[2];
+    fflush(nullptr);
+    const pid_t child = pipe2(ends, O_CLOEXEC) == 0 ? fork() : -1;
+    if (child < 0)
+        return {kMemoryFault, request.path + ": cannot be drawn: " + strerror(errno)};
+    if (child == 0) {
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (getppid() != parent)
+            _exit(kFileFault);
+        dup2(ends[1], STDERR_FILENO);
+        const int status = Tell(DrawPictures(request));
+        fflush(nullptr);
+        _exit(status);
     }
-    return {};
+    close(ends[1]);
+    std::string said;
+    char part[4096];
+    for (ssize_t count = 1; count > 0;) {
+        count = read(ends[0], part, sizeof part);
+        said.append(part, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    close(ends[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFSIGNALED(status))
+        return {kFileFault, request.path + ": cannot be drawn: the OpenGL driver has crashed (" +
+                                strsignal(WTERMSIG(status)) + "), most likely for lack of memory"};
+    fputs(said.c_str(), stderr);
+    return {static_cast<FaultKind>(WEXITSTATUS(status)), ""};
+}
+
+// The line that makes a film of a series: of its pictures alone, with even sides as the encoder wants them.
+static std::string FilmCommand(const PictureRequest &request, std::size_t count)
+{
+    std::string stem = request.path.substr(0, request.path.rfind('.'));
+    if (stem[0] != '/')
+        stem = (stem[0] == '-' || stem.find(':') != std::string::npos ? "./" : "") + stem;
+    std::string pattern;
+    for (const char c : stem)
+        pattern += c == '%' ? "%%" : std::string(1, c);
+    std::string line = "ffmpeg -framerate 25 -start_number 1 -pattern_type sequence -i " +
+                       ForShell(pattern + "-%04d.png") + " -frames:v " + std::to_string(count);
+    const int width = request.width + request.width % 2, height = request.height + request.height % 2;
+    if (width != request.width || height != request.height)
+        line += " -vf pad=" + std::to_string(width) + ":" + std::to_string(height);
+    return line + " -pix_fmt yuv420p " + ForShell(stem + ".mp4");
+}
+
+// A word as a shell reads it.
+static std::string ForShell(const std::string &word)
+{
+    const auto plain = [](unsigned char c) { return isalnum(c) || strchr("_./%=+,:-", c) != nullptr; };
+    if (!word.empty() && std::all_of(word.begin(), word.end(), plain))
+        return word;
+    std::string quoted = "'";
+    for (const char c : word)
+        quoted += c == '\'' ? "'\\''" : std::string(1, c);
+    return quoted + "'";
 }
 
 // A fault without a line has been told already.

@@ -1,6 +1,7 @@
 #include "app/view_command.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 
@@ -11,10 +12,22 @@
 
 constexpr int kLargestSize = 8192;
 constexpr int kMostPictures = 9999;
+constexpr double kMostDegrees = 3600;
+constexpr double kMostZoom = 100;
+constexpr double kMostWidth = 100;
+
+namespace
+{
+// Arguments as they are written.
+struct Words {
+    std::string size, where, lights;
+};
+} // namespace
 
 static bool ReadMode(const void *field, const std::string &name, int *mode);
-static Fault Interpret(const std::string &size, const std::string &where, PictureRequest *picture,
-                       ViewCommand *command);
+static Fault Interpret(const Words &words, PictureRequest *picture, ViewCommand *command);
+static Fault CheckNumbers(const PictureRequest &picture);
+static bool ReadSize(const std::string &text, int *width, int *height);
 
 bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
 {
@@ -30,7 +43,7 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
     CLI::App app("Shows a diffusion limited aggregate, or makes pictures of it without a screen.",
                  "sarkelo-view");
     PictureRequest picture;
-    std::string size, mode, surface, where;
+    std::string size, mode, surface, where, lights;
     char version[32];
     snprintf(version, sizeof version, "sarkelo-view %g", versionid / 100.0);
     app.set_version_flag("--version", version, "Print the version");
@@ -38,26 +51,29 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         "Switches of the window: -d verbose, -f full screen, -s active stereo, -ss dual-screen stereo.");
     app.add_option("FILE", command->file, "An aggregate file, or a recipe (.toml); without one, a new run")
         ->type_name(" ");
-    app.add_option("--picture", picture.path, "Make a picture (PNG) in place of a window")->type_name("FILE");
-    app.add_option("--size", size, "Its pixels, 1920x1080 if missing, at most 8192x8192")->type_name("WxH");
+    CLI::Option *path = app.add_option("--picture", picture.path, "Make a picture (PNG) in place of a window")
+                            ->type_name("FILE");
+    const auto add = [&](const char *name, auto *value, const char *meaning, const char *type) {
+        return app.add_option(name, *value, meaning)->type_name(type)->needs(path);
+    };
+    add("--size", &size, "Its pixels, 1920x1080 if missing, at most 8192x8192", "WxH");
     app.add_option("--mode", mode, "Draw the aggregate as tubes, lines, points or off")->type_name("MODE");
     app.add_option("--surface", surface, "Draw the surface as wireframe, midpoints, vertices, solid or off")
         ->type_name("MODE");
     app.add_flag("--fit", command->fits, "The whole of it in view, from where the camera stands");
     app.add_option("--camera", where, "home: the camera where a window starts")->type_name("home");
-    app.add_option("--turn", picture.turn, "Turn the camera about the z axis")->type_name("DEGREES");
-    app.add_option("--tilt", picture.tilt, "Raise the camera, after it")->type_name("DEGREES");
-    app.add_option("--zoom", picture.zoom, "Draw so many times as large")
-        ->type_name("FACTOR")
-        ->check(CLI::Range(0.01, 100.0));
-    app.add_option("--samples", picture.samples, "Samples a pixel, 4 if missing; 1: no antialiasing")
-        ->type_name("N");
+    add("--turn", &picture.turn, "Turn the camera about the vertical, -3600 to 3600", "DEGREES");
+    add("--tilt", &picture.tilt, "Raise the camera after it, -3600 to 3600", "DEGREES");
+    add("--zoom", &picture.zoom, "Draw so many times as large, 0.01 to 100", "FACTOR");
+    add("--lights", &lights, "camera: the lights turn with the camera; world: they stay", "WHERE");
+    add("--line-width", &picture.linewidth,
+        "Of lines, 1 if missing: pixels where the shorter side has up to 1000, else as much more", "WIDTH");
+    add("--point-size", &picture.pointsize, "Of points, likewise", "WIDTH");
+    add("--samples", &picture.samples, "Samples a pixel: 1, 4, 9 or 16; 4 if missing", "N");
     CLI::Option *turntable =
-        app.add_option("--turntable", picture.turntable, "So many pictures round the z axis")
-            ->type_name("N")
+        add("--turntable", &picture.turntable, "So many pictures round the vertical", "N")
             ->check(CLI::Range(1, kMostPictures));
-    app.add_option("--film", picture.film, "So many pictures of the aggregate as it grew")
-        ->type_name("N")
+    add("--film", &picture.film, "So many pictures of the aggregate as it grew", "N")
         ->check(CLI::Range(1, kMostPictures))
         ->excludes(turntable);
     app.add_flag("--whole", command->whole, "Draw every frame of the window whole, however long it takes");
@@ -79,7 +95,7 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         *fault = {kRequestFault,
                   "--surface " + surface + ": wireframe, midpoints, vertices, solid or off is expected"};
     else
-        *fault = Interpret(size, where, &picture, command);
+        *fault = Interpret({size, where, lights}, &picture, command);
     return !*fault;
 }
 
@@ -91,32 +107,60 @@ static bool ReadMode(const void *field, const std::string &name, int *mode)
     return code.has_value();
 }
 
-static Fault Interpret(const std::string &size, const std::string &where, PictureRequest *picture,
-                       ViewCommand *command)
+static Fault Interpret(const Words &words, PictureRequest *picture, ViewCommand *command)
 {
-    if (!where.empty() && where != "home")
-        return {kRequestFault, "--camera " + where + ": home is expected"};
-    if (!where.empty() && command->fits)
+    if (!words.where.empty() && words.where != "home")
+        return {kRequestFault, "--camera " + words.where + ": home is expected"};
+    if (!words.where.empty() && command->fits)
         return {kRequestFault, "--camera home and --fit exclude each other"};
-    command->fromhome = !where.empty();
-    if (picture->path.empty()) {
-        if (!size.empty() || picture->turntable > 0 || picture->film > 0)
-            return {kRequestFault, "--size, --turntable and --film need --picture FILE"};
+    command->fromhome = !words.where.empty();
+    if (picture->path.empty())
         return {};
-    }
     if (command->file.empty())
         return {kRequestFault, "--picture needs an aggregate file"};
     if (std::filesystem::path(picture->path).extension() != ".png")
         return {kRequestFault, "--picture " + picture->path + ": a name that ends in .png is expected"};
-    if (picture->samples != 1 && picture->samples != 4)
-        return {kRequestFault, "--samples " + std::to_string(picture->samples) + ": 1 or 4 is expected"};
-    if (!size.empty()) {
-        int end = 0;
-        const int read = sscanf(size.c_str(), "%dx%d%n", &picture->width, &picture->height, &end);
-        if (read != 2 || size[end] != '\0' || picture->width < 1 || picture->height < 1 ||
-            picture->width > kLargestSize || picture->height > kLargestSize)
-            return {kRequestFault, "--size " + size + ": WIDTHxHEIGHT up to 8192x8192 is expected"};
-    }
+    if (!words.lights.empty() && words.lights != "camera" && words.lights != "world")
+        return {kRequestFault, "--lights " + words.lights + ": camera or world is expected"};
+    picture->lightsturn = words.lights != "world";
+    if (!words.size.empty() && !ReadSize(words.size, &picture->width, &picture->height))
+        return {kRequestFault, "--size " + words.size + ": WIDTHxHEIGHT up to 8192x8192 is expected"};
+    if (Fault fault = CheckNumbers(*picture))
+        return fault;
     command->picture = *picture;
     return {};
+}
+
+static Fault CheckNumbers(const PictureRequest &picture)
+{
+    const struct {
+        const char *name;
+        double value, least, most;
+    } numbers[] = {{"--turn", picture.turn, -kMostDegrees, kMostDegrees},
+                   {"--tilt", picture.tilt, -kMostDegrees, kMostDegrees},
+                   {"--zoom", picture.zoom, 1 / kMostZoom, kMostZoom},
+                   {"--line-width", picture.linewidth, 1 / kMostWidth, kMostWidth},
+                   {"--point-size", picture.pointsize, 1 / kMostWidth, kMostWidth}};
+    for (const auto &number : numbers)
+        if (!(number.value >= number.least && number.value <= number.most)) { // nor one that is none
+            char line[100];
+            snprintf(line, sizeof line, "%s %g: a number from %g to %g is expected", number.name,
+                     number.value, number.least, number.most);
+            return {kRequestFault, line};
+        }
+    const int n = picture.samples;
+    if (n != 1 && n != 4 && n != 9 && n != 16)
+        return {kRequestFault, "--samples " + std::to_string(n) + ": 1, 4, 9 or 16 is expected"};
+    return {};
+}
+
+static bool ReadSize(const std::string &text, int *width, int *height)
+{
+    const char *end = text.data() + text.size();
+    const auto [cross, fault] = std::from_chars(text.data(), end, *width);
+    if (fault != std::errc() || cross == end || *cross != 'x')
+        return false;
+    const auto [rest, lastfault] = std::from_chars(cross + 1, end, *height);
+    return lastfault == std::errc() && rest == end && std::min(*width, *height) >= 1 &&
+           std::max(*width, *height) <= kLargestSize;
 }

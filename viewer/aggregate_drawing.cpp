@@ -13,10 +13,12 @@ constexpr int kTubeFacets = 10;
 constexpr int kAggregateNothing = 4;
 
 int drawnstride = 1;
+DrawingStyle drawingstyle;
 
 static void SetMaterial();
 static void SetLights(bool lit);
 static void EnableLight(GLenum light, const float position[4]);
+static bool IsFlushDue(int index);
 static void DrawPoints();
 static void DrawLines();
 static void DrawTubes();
@@ -34,8 +36,8 @@ void CreateEnvironment(int mode)
     glDisable(GL_LINE_SMOOTH);
     glDisable(GL_POINT_SMOOTH);
     glDisable(GL_POLYGON_SMOOTH);
-    glLineWidth(1);
-    glPointSize(1);
+    glLineWidth(drawingstyle.linewidth);
+    glPointSize(drawingstyle.pointsize);
     glFrontFace(GL_CW);
     glDisable(GL_CULL_FACE);
     glPolygonMode(GL_FRONT_AND_BACK, lit ? GL_FILL : GL_LINE);
@@ -100,6 +102,12 @@ static void EnableLight(GLenum light, const float position[4])
     glLightfv(light, GL_SPECULAR, specular);
 }
 
+// Whether what has been drawn up to a particle is to be passed to the driver.
+static bool IsFlushDue(int index)
+{
+    return drawingstyle.flushafter > 0 && index % drawingstyle.flushafter == 0;
+}
+
 static void DrawPoints()
 {
     const ParticleColours colours(kAggregatePoints);
@@ -109,6 +117,11 @@ static void DrawPoints()
             continue;
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
+        if (IsFlushDue(i)) {
+            glEnd();
+            glFlush();
+            glBegin(GL_POINTS);
+        }
     }
     glEnd();
 }
@@ -123,6 +136,11 @@ static void DrawLines()
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         SetVertex(cells[cells[i].parent].p);
+        if (IsFlushDue(i)) {
+            glEnd();
+            glFlush();
+            glBegin(GL_LINES);
+        }
     }
     glEnd();
 }
@@ -146,6 +164,8 @@ static void DrawTubes()
         conecolours[count] = colours.Of(i);
         if (++count == kConesAtOnce)
             draw();
+        if (IsFlushDue(i))
+            glFlush();
     }
     draw();
 }

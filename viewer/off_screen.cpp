@@ -3,16 +3,28 @@
 #include "viewer/off_screen.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <GL/gl.h>
 #include <GL/glext.h>
+#include <GL/glu.h>
 
+#include "growth/camera_home.h"
 #include "growth/state.h"
-#include "viewer/display.h"
+#include "viewer/aggregate_drawing.h"
+#include "viewer/pictures.h"
+#include "viewer/surface_drawing.h"
 
-static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height, int samples);
+// The shorter side of a picture, in pixels, for which widths of lines and points count.
+constexpr double kWidthsCountAt = 1000;
+// What is drawn at once: 128 MiB of colours and depths.
+constexpr int kMostSamples = 4096 * 4096;
+// Particles that are passed to the driver at once.
+constexpr int kFlushAfter = 2000;
+
+static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height);
 
 OffScreen::~OffScreen()
 {
@@ -24,12 +36,27 @@ OffScreen::~OffScreen()
     eglTerminate(display);
 }
 
-std::string OffScreen::Open(int width, int height, int samples)
+std::string OffScreen::Open(const PictureRequest &request)
 {
-    columns = width;
-    rows = height;
+    width = request.width;
+    height = request.height;
+    grid = static_cast<int>(std::lround(std::sqrt(request.samples)));
     std::string fault = MakeContext();
-    return fault.empty() ? MakeBuffers(samples) : fault;
+    if (fault.empty())
+        fault = SetWidths(request);
+    return fault.empty() ? MakeBuffer() : fault;
+}
+
+std::string OffScreen::Draw(std::vector<unsigned char> *pixels) const
+{
+    pixels->resize(3 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+    UpdateCameraRange();
+    for (int bottom = 0; bottom < grid * height; bottom += tileheight)
+        for (int left = 0; left < grid * width; left += tilewidth) {
+            DrawTile(left, bottom);
+            ReadTile(left, bottom, pixels);
+        }
+    return glGetError() == GL_NO_ERROR ? "" : "the driver has failed: not enough memory?";
 }
 
 std::string OffScreen::MakeContext()
@@ -49,64 +76,114 @@ std::string OffScreen::MakeContext()
     return "";
 }
 
-std::string OffScreen::MakeBuffers(int samples)
+// Lines and points keep their part of the picture in larger ones, and are no thinner than asked for in smaller ones.
+std::string OffScreen::SetWidths(const PictureRequest &request)
+{
+    const double scale = grid * std::max(1.0, std::min(width, height) / kWidthsCountAt);
+    drawingstyle.linewidth = static_cast<float>(scale * request.linewidth);
+    drawingstyle.pointsize = static_cast<float>(scale * request.pointsize);
+    drawingstyle.flushafter = kFlushAfter;
+    border = static_cast<int>(std::max(drawingstyle.linewidth, drawingstyle.pointsize)) / 2 + 1;
+    float lines[2], points[2];
+    glGetFloatv(GL_ALIASED_LINE_WIDTH_RANGE, lines);
+    glGetFloatv(GL_ALIASED_POINT_SIZE_RANGE, points);
+    if (drawingstyle.linewidth > lines[1] || drawingstyle.pointsize > points[1])
+        return "lines or points are too wide for the driver in so large a picture; fewer samples, or a "
+               "smaller "
+               "--line-width or --point-size, help";
+    return "";
+}
+
+std::string OffScreen::MakeBuffer()
 {
     GLint largest[2] = {0, 0};
     GLint most = 0;
     glGetIntegerv(GL_MAX_VIEWPORT_DIMS, largest);
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &most);
-    if (columns > std::min(largest[0], most) || rows > std::min(largest[1], most))
-        return "the driver draws at most " + std::to_string(std::min(largest[0], most)) + "x" +
-               std::to_string(std::min(largest[1], most)) + " pixels";
-    glGetIntegerv(GL_MAX_SAMPLES, &most);
-    if (samples > most)
-        return "the driver has at most " + std::to_string(most) + " samples a pixel";
-    glGenFramebuffers(1, &resolved);
-    glBindFramebuffer(GL_FRAMEBUFFER, resolved);
-    bool complete = AttachBuffer(GL_COLOR_ATTACHMENT0, GL_RGBA8, columns, rows, 0) &&
-                    AttachBuffer(GL_DEPTH_ATTACHMENT, GL_DEPTH_COMPONENT24, columns, rows, 0);
-    drawn = resolved;
-    if (samples > 1) {
-        glGenFramebuffers(1, &drawn);
-        glBindFramebuffer(GL_FRAMEBUFFER, drawn);
-        complete = complete && AttachBuffer(GL_COLOR_ATTACHMENT0, GL_RGBA8, columns, rows, samples) &&
-                   AttachBuffer(GL_DEPTH_ATTACHMENT, GL_DEPTH_COMPONENT24, columns, rows, samples);
+    const int columns = std::min(largest[0], most);
+    const int rows = std::min({largest[1], most, kMostSamples / std::min(columns, grid * width)});
+    if (grid * width <= columns && grid * height <= rows) {
+        border = 0;
+        tilewidth = grid * width;
+        tileheight = grid * height;
+    } else { // whole pixels
+        tilewidth = std::min(width, (columns - 2 * border) / grid) * grid;
+        tileheight = std::min(height, (rows - 2 * border) / grid) * grid;
     }
-    if (!complete)
-        return "the driver refuses " + std::to_string(columns) + "x" + std::to_string(rows) +
-               " pixels with " + std::to_string(samples) + " samples each";
+    GLuint buffer = 0;
+    glGenFramebuffers(1, &buffer);
+    glBindFramebuffer(GL_FRAMEBUFFER, buffer);
+    const int bufferwidth = tilewidth + 2 * border;
+    const int bufferheight = tileheight + 2 * border;
+    if (!AttachBuffer(GL_COLOR_ATTACHMENT0, GL_RGBA8, bufferwidth, bufferheight) ||
+        !AttachBuffer(GL_DEPTH_ATTACHMENT, GL_DEPTH_COMPONENT24, bufferwidth, bufferheight))
+        return "the driver refuses to draw " + std::to_string(bufferwidth) + "x" +
+               std::to_string(bufferheight) + " pixels";
     return "";
 }
 
 // Gives the frame buffer that is bound a buffer; false where the driver refuses it.
-static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height, int samples)
+static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height)
 {
     GLuint buffer = 0;
     glGenRenderbuffers(1, &buffer);
     glBindRenderbuffer(GL_RENDERBUFFER, buffer);
-    glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, format, width, height);
+    glRenderbufferStorage(GL_RENDERBUFFER, format, width, height);
     glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachment, GL_RENDERBUFFER, buffer);
     return glGetError() == GL_NO_ERROR &&
            (attachment != GL_DEPTH_ATTACHMENT ||
             glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE);
 }
 
-std::vector<unsigned char> OffScreen::Draw() const
+// Draws the tile whose lower left sample is so many samples from that of the picture. The whole picture is seen as in a
+// window without stereo.
+void OffScreen::DrawTile(int left, int bottom) const
 {
-    glBindFramebuffer(GL_FRAMEBUFFER, drawn);
-    DrawBareFrame(); // what it says of the window's buffers is refused, and the frame buffer's stay
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, drawn);
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, resolved);
-    if (drawn != resolved)
-        glBlitFramebuffer(0, 0, columns, rows, 0, 0, columns, rows, GL_COLOR_BUFFER_BIT, GL_NEAREST);
-    glBindFramebuffer(GL_READ_FRAMEBUFFER, resolved);
+    const double vertical = camera.nearclip * std::tan(camera.aperture * kDegreesToRadians / 2);
+    const double horizontal = vertical * (static_cast<double>(width) / static_cast<double>(height));
+    // Where a sample is on the near plane, in one direction.
+    const auto at = [](int sample, int all, double half) {
+        return -half + 2 * half * (static_cast<double>(sample) / all);
+    };
+    const int right = left + tilewidth, top = bottom + tileheight;
+    glViewport(0, 0, tilewidth + 2 * border, tileheight + 2 * border);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glFrustum(at(left - border, grid * width, horizontal), at(right + border, grid * width, horizontal),
+              at(bottom - border, grid * height, vertical), at(top + border, grid * height, vertical),
+              camera.nearclip, camera.farclip);
+    const Vector view = camera.vp + camera.vd;
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    gluLookAt(camera.vp.x, camera.vp.y, camera.vp.z, view.x, view.y, view.z, camera.vu.x, camera.vu.y,
+              camera.vu.z);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    DrawSTL(options.surfacemode, 0);
+    DrawDLA(options.dlamode);
+}
+
+// Averages the samples of each pixel of the tile.
+void OffScreen::ReadTile(int left, int bottom, std::vector<unsigned char> *pixels) const
+{
+    const int firstx = left / grid, firsty = bottom / grid;
+    const int columns = std::min(tilewidth / grid, width - firstx);
+    const int rows = std::min(tileheight / grid, height - firsty);
+    const int row = 3 * grid * columns; // bytes of a row of samples
+    std::vector<unsigned char> samples(static_cast<std::size_t>(row) * static_cast<std::size_t>(grid));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    const std::size_t row = 3 * static_cast<std::size_t>(columns);
-    std::vector<unsigned char> pixels(row * static_cast<std::size_t>(rows));
-    for (int y = 0; y < rows; y++)
-        glReadPixels(0, rows - 1 - y, columns, 1, GL_RGB, GL_UNSIGNED_BYTE,
-                     pixels.data() + row * static_cast<std::size_t>(y));
-    while (glGetError() != GL_NO_ERROR) {
+    for (int y = 0; y < rows; y++) {
+        glReadPixels(border, border + grid * y, grid * columns, grid, GL_RGB, GL_UNSIGNED_BYTE,
+                     samples.data());
+        unsigned char *to = pixels->data() + 3 * (static_cast<std::size_t>(height - 1 - firsty - y) *
+                                                      static_cast<std::size_t>(width) +
+                                                  static_cast<std::size_t>(firstx));
+        for (int k = 0; k < 3 * columns; k++) {
+            const int corner = 3 * grid * (k / 3) + k % 3;
+            int sum = grid * grid / 2; // to round
+            for (int i = 0; i < grid; i++)
+                for (int j = 0; j < grid; j++)
+                    sum += samples[corner + i * row + 3 * j];
+            to[k] = static_cast<unsigned char>(sum / (grid * grid));
+        }
     }
-    return pixels;
 }

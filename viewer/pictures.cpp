@@ -1,7 +1,10 @@
 #include "viewer/pictures.h"
 
 #include <cmath>
+#include <csignal>
 #include <cstdio>
+#include <cstdlib>
+#include <new>
 
 #include <png.h>
 
@@ -13,8 +16,32 @@
 #include "viewer/off_screen.h"
 #include "viewer/surface_drawing.h"
 
-static Fault DrawSeries(const PictureRequest &request, OffScreen *screen);
+namespace
+{
+// Memory that grows as a stream writes to it.
+struct MemoryStream {
+    MemoryStream() { stream = open_memstream(&data, &size); }
+    ~MemoryStream()
+    {
+        if (stream != nullptr)
+            fclose(stream);
+        free(data);
+    }
+    MemoryStream(const MemoryStream &) = delete;
+    MemoryStream &operator=(const MemoryStream &) = delete;
+
+    FILE *stream;
+    char *data = nullptr; // `size` bytes of it once the stream is flushed
+    std::size_t size = 0;
+};
+} // namespace
+
+static void AimCamera(const PictureRequest &request);
+static void TurnLights(double theta, Vector axis);
+static Fault DrawSeries(const PictureRequest &request, const OffScreen &screen);
+static Fault DrawPicture(const std::string &path, const OffScreen &screen);
 static Fault WritePNG(const std::string &path, const std::vector<unsigned char> &pixels);
+static Fault WriteWhole(const std::string &path, const MemoryStream &content);
 
 std::vector<std::string> PicturePaths(const PictureRequest &request)
 {
@@ -37,19 +64,49 @@ Fault DrawPictures(const PictureRequest &request)
     camera.screenwidth = request.width;
     camera.screenheight = request.height;
     camera.stereo = kStereoNone;
-    options.showextras = options.showinfo = 0;
-    OffScreen screen;
-    const std::string missing = screen.Open(request.width, request.height, request.samples);
-    if (!missing.empty())
-        return {kFileFault, request.path + ": cannot be drawn: " + missing};
-    TurnCamera(request.turn * kDegreesToRadians);
-    RotateCamera(0, -request.tilt * kDegreesToRadians, 0);
-    ZoomCamera(request.zoom);
-    DrawSTL(options.surfacemode, 1);
-    return DrawSeries(request, &screen);
+    try {
+        OffScreen screen;
+        const std::string missing = screen.Open(request);
+        if (!missing.empty())
+            return {kFileFault, request.path + ": cannot be drawn: " + missing};
+        AimCamera(request);
+        DrawSTL(options.surfacemode, 1);
+        return DrawSeries(request, screen);
+    } catch (const std::bad_alloc &) {
+        return {kMemoryFault, "not enough memory"};
+    }
 }
 
-static Fault DrawSeries(const PictureRequest &request, OffScreen *screen)
+static void AimCamera(const PictureRequest &request)
+{
+    const double turn = request.turn * kDegreesToRadians;
+    const double tilt = -request.tilt * kDegreesToRadians;
+    TurnCamera(turn);
+    const Vector right = RightVector();
+    RotateCamera(0, tilt, 0);
+    if (request.lightsturn) {
+        TurnLights(turn, {0, 0, 1});
+        TurnLights(tilt, right);
+    }
+    if (request.fits && request.turntable > 0)
+        FitTurningCamera();
+    else if (request.fits)
+        FitCamera();
+    ZoomCamera(request.zoom);
+}
+
+// The lights are infinitely far away.
+static void TurnLights(double theta, Vector axis)
+{
+    for (float *light : {options.marker1, options.marker2}) {
+        const Vector turned = ArbitraryRotate({light[0], light[1], light[2]}, theta, axis);
+        light[0] = static_cast<float>(turned.x);
+        light[1] = static_cast<float>(turned.y);
+        light[2] = static_cast<float>(turned.z);
+    }
+}
+
+static Fault DrawSeries(const PictureRequest &request, const OffScreen &screen)
 {
     const std::vector<std::string> paths = PicturePaths(request);
     const int count = static_cast<int>(paths.size());
@@ -58,33 +115,61 @@ static Fault DrawSeries(const PictureRequest &request, OffScreen *screen)
         const Replay replay;
         for (int k = 1; k <= count; k++) {
             replay.GrowTo(static_cast<int>(std::lround(static_cast<double>(all) * k / count)));
-            if (Fault fault = WritePNG(paths[k - 1], screen->Draw()))
+            if (Fault fault = DrawPicture(paths[k - 1], screen))
                 return fault;
         }
         return {};
     }
     for (const std::string &path : paths) {
-        if (Fault fault = WritePNG(path, screen->Draw()))
+        if (Fault fault = DrawPicture(path, screen))
             return fault;
         TurnCamera(kTwoPi / count);
+        if (request.lightsturn)
+            TurnLights(kTwoPi / count, {0, 0, 1});
     }
     return {};
+}
+
+static Fault DrawPicture(const std::string &path, const OffScreen &screen)
+{
+    std::vector<unsigned char> pixels;
+    const std::string fault = screen.Draw(&pixels);
+    return fault.empty() ? WritePNG(path, pixels) : Fault(kFileFault, path + ": cannot be drawn: " + fault);
 }
 
 // The pixels of a picture of the camera's size.
 static Fault WritePNG(const std::string &path, const std::vector<unsigned char> &pixels)
 {
-    OutputFile file(path.c_str());
-    if (file.Stream() == nullptr)
-        return {kFileFault, ""};
+    const MemoryStream encoded;
     png_image image = {};
     image.version = PNG_IMAGE_VERSION;
     image.width = static_cast<png_uint_32>(camera.screenwidth);
     image.height = static_cast<png_uint_32>(camera.screenheight);
     image.format = PNG_FORMAT_RGB;
-    const bool written = png_image_write_to_stdio(&image, file.Stream(), 0, pixels.data(), 0, nullptr) != 0;
+    const bool whole = encoded.stream != nullptr &&
+                       png_image_write_to_stdio(&image, encoded.stream, 0, pixels.data(), 0, nullptr) != 0 &&
+                       fflush(encoded.stream) == 0;
     png_image_free(&image);
-    if (!written && !ferror(file.Stream()))
-        return {kMemoryFault, path + ": not enough memory"};
-    return file.Finish() ? Fault() : Fault(kFileFault, "");
+    return whole ? WriteWhole(path, encoded) : Fault(kMemoryFault, path + ": not enough memory");
+}
+
+// Signals that end the process wait until the file is there.
+static Fault WriteWhole(const std::string &path, const MemoryStream &content)
+{
+    sigset_t ends, before;
+    sigemptyset(&ends);
+    for (const int number : {SIGHUP, SIGINT, SIGTERM})
+        sigaddset(&ends, number);
+    sigprocmask(SIG_BLOCK, &ends, &before);
+    Fault fault = {kFileFault, ""};
+    {
+        OutputFile file(path.c_str());
+        if (file.Stream() != nullptr) {
+            fwrite(content.data, 1, content.size, file.Stream());
+            if (file.Finish())
+                fault = {};
+        }
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    return fault;
 }
