@@ -99,7 +99,7 @@ static Fault MakePictures(ViewCommand *command)
     PictureRequest &request = *command->picture;
     const std::filesystem::path file = command->file;
     if (file.extension() == ".toml" && options.dlamode != kAggregateOff) {
-        const std::string grown = std::filesystem::path(file).replace_extension(kAggregateExtension).string();
+        const std::string grown = file.stem().string() + kAggregateExtension;
         return {kRequestFault, command->file + " has not grown yet: sarkelo-grow " + ForShell(command->file) +
                                    " -o " + ForShell(grown) + " && sarkelo-view " + ForShell(grown) +
                                    " --picture " + ForShell(request.path)};

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
@@ -61,6 +62,7 @@ std::string OffScreen::Draw(std::vector<unsigned char> *pixels) const
 
 std::string OffScreen::MakeContext()
 {
+    setenv("EGL_LOG_LEVEL", "fatal", 0); // what is missing is said in one line, below
     EGLDisplay surfaceless =
         eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (surfaceless == EGL_NO_DISPLAY || !eglInitialize(surfaceless, nullptr, nullptr))
