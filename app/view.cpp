@@ -26,6 +26,8 @@
 #include "viewer/camera.h"
 #include "viewer/display.h"
 
+template<typename Work>
+static int WithinMemory(Work work);
 static int View(int argc, char **argv);
 static Fault Load(const ViewCommand &command);
 static Fault MakePictures(ViewCommand *command);
@@ -36,10 +38,18 @@ static int Tell(const Fault &fault);
 
 int main(int argc, char **argv)
 {
+    return WithinMemory([&] { return View(argc, argv); });
+}
+
+// The status that `work` returns; where memory does not suffice, that of this fault, which is told without any.
+template<typename Work>
+static int WithinMemory(Work work)
+{
     try {
-        return View(argc, argv);
+        return work();
     } catch (const std::bad_alloc &) {
-        return Tell({kMemoryFault, "not enough memory"});
+        fputs("sarkelo-view: not enough memory\n", stderr);
+        return kMemoryFault;
     }
 }
 
@@ -70,6 +80,7 @@ static int View(int argc, char **argv)
 
 static Fault Load(const ViewCommand &command)
 {
+    bool fits = command.fits;
     if (std::filesystem::path(command.file).extension() == ".toml") {
         Recipe recipe;
         Fault fault = ReadRecipe(command.file, &recipe);
@@ -82,6 +93,7 @@ static Fault Load(const ViewCommand &command)
         if (Fault fault = ReadAggregate(command.file, &stored))
             return fault;
         ShowAggregate(std::move(stored));
+        fits = fits || (!windowrun.fromwindow && !command.fromhome);
     }
     if (command.mode != 0)
         options.dlamode = command.mode;
@@ -89,7 +101,7 @@ static Fault Load(const ViewCommand &command)
         options.surfacemode = command.surfacemode;
     if (command.fromhome)
         CameraHome();
-    if (command.fits)
+    if (fits)
         FitCamera();
     return {};
 }
@@ -132,7 +144,7 @@ static Fault DrawApart(const PictureRequest &request)
         if (getppid() != parent)
             _exit(kFileFault);
         dup2(ends[1], STDERR_FILENO);
-        const int status = Tell(DrawPictures(request));
+        const int status = WithinMemory([&] { return Tell(DrawPictures(request)); });
         fflush(nullptr);
         _exit(status);
     }

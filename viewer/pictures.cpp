@@ -4,7 +4,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 
 #include <png.h>
 
@@ -64,17 +63,13 @@ Fault DrawPictures(const PictureRequest &request)
     camera.screenwidth = request.width;
     camera.screenheight = request.height;
     camera.stereo = kStereoNone;
-    try {
-        OffScreen screen;
-        const std::string missing = screen.Open(request);
-        if (!missing.empty())
-            return {kFileFault, request.path + ": cannot be drawn: " + missing};
-        AimCamera(request);
-        DrawSTL(options.surfacemode, 1);
-        return DrawSeries(request, screen);
-    } catch (const std::bad_alloc &) {
-        return {kMemoryFault, "not enough memory"};
-    }
+    OffScreen screen;
+    const std::string missing = screen.Open(request);
+    if (!missing.empty())
+        return {kFileFault, request.path + ": cannot be drawn: " + missing};
+    AimCamera(request);
+    DrawSTL(options.surfacemode, 1);
+    return DrawSeries(request, screen);
 }
 
 static void AimCamera(const PictureRequest &request)

@@ -26,6 +26,6 @@ struct PictureRequest {
 std::vector<std::string> PicturePaths(const PictureRequest &request);
 
 // Draws the aggregate and the surface as the camera and the options say, and writes PNG files. Each comes into being
-// whole and at once, with signals held back, so that a process that a signal ends leaves none behind. Where memory does
-// not suffice, the driver may end the process.
+// whole and at once, with signals held back, so that a process that a signal ends leaves none behind. Throws
+// std::bad_alloc where memory does not suffice; the driver may crash there.
 Fault DrawPictures(const PictureRequest &request);

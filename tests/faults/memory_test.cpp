@@ -29,6 +29,7 @@
 #include "viewer/callback.h"
 #include "viewer/display.h"
 #include "viewer/menus.h"
+#include "viewer/pictures.h"
 #include "viewer/statistics.h"
 
 namespace fs = std::filesystem;
@@ -141,6 +142,21 @@ static std::vector<Action> ListActions(const fs::path &inputs)
                            while (options.boxcountrequest)
                                kIdle();
                        }});
+    for (const int film : {0, 2}) {
+        PictureRequest request;
+        request.path = "saved.png";
+        request.width = request.height = 40; // drawn in four tiles
+        request.fits = true;
+        request.film = film;
+        actions.push_back({film > 0 ? "film" : "picture", [=] {
+                               try {
+                                   const Fault fault = DrawPictures(request);
+                                   fputs(fault.line.c_str(), stderr);
+                               } catch (const std::bad_alloc &) {
+                                   fputs("not enough memory", stderr);
+                               }
+                           }});
+    }
     actions.push_back({"capture", [] {
                            options.dumpnext = 1;
                            kDisplay();

@@ -183,6 +183,26 @@ TEST(Frames, ManyTubesAreDrawnAsEachAlone)
     drawnstride = 1;
 }
 
+// What is drawn is the same, and the driver need not keep more than a part.
+TEST(Frames, PicturesAreDrawnInParts)
+{
+    PrepareFrame();
+    Grow(IterateSystem, 500, 10000000);
+    for (const int mode : {kAggregatePoints, kAggregateLines, kAggregateTubes}) {
+        const auto draw = [=](int flushafter) {
+            drawingstyle.flushafter = flushafter;
+            Drawn([=] { DrawDLA(mode); });
+            drawingstyle = {};
+            return Transcript({"glColor3f", "glVertex3f"});
+        };
+        const std::string whole = draw(0);
+        EXPECT_EQ(CountCalls("glFlush"), 0);
+        EXPECT_EQ(draw(100), whole);
+        EXPECT_EQ(CountCalls("glFlush"), 4) << mode; // after particles 100 to 400
+        EXPECT_EQ(CountCalls("glBegin"), CountCalls("glEnd"));
+    }
+}
+
 TEST(Frames, StatisticsFadeToBlackAndEnd)
 {
     PrepareFrame();
