@@ -51,12 +51,14 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         "Switches of the window: -d verbose, -f full screen, -s active stereo, -ss dual-screen stereo.");
     app.add_option("FILE", command->file, "An aggregate file, or a recipe (.toml); without one, a new run")
         ->type_name(" ");
-    CLI::Option *path = app.add_option("--picture", picture.path, "Make a picture (PNG) in place of a window")
-                            ->type_name("FILE");
+    app.add_option("--picture", picture.path, "Make a picture (PNG) in place of a window")->type_name("FILE");
+    std::vector<CLI::Option *> ofpictures;
     const auto add = [&](const char *name, auto *value, const char *meaning, const char *type) {
-        return app.add_option(name, *value, meaning)->type_name(type)->needs(path);
+        ofpictures.push_back(
+            app.add_option(name, *value, meaning)->type_name(type)->group("Options of pictures"));
+        return ofpictures.back();
     };
-    add("--size", &size, "Its pixels, 1920x1080 if missing, at most 8192x8192", "WxH");
+    add("--size", &size, "Pixels, 1920x1080 if missing, at most 8192x8192", "WxH");
     app.add_option("--mode", mode, "Draw the aggregate as tubes, lines, points or off")->type_name("MODE");
     app.add_option("--surface", surface, "Draw the surface as wireframe, midpoints, vertices, solid or off")
         ->type_name("MODE");
@@ -67,8 +69,8 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
     add("--zoom", &picture.zoom, "Draw so many times as large, 0.01 to 100", "FACTOR");
     add("--lights", &lights, "camera: the lights turn with the camera; world: they stay", "WHERE");
     add("--line-width", &picture.linewidth,
-        "Of lines, 1 if missing: pixels where the shorter side has up to 1000, else as much more", "WIDTH");
-    add("--point-size", &picture.pointsize, "Of points, likewise", "WIDTH");
+        "Width of lines, in pixels of a picture whose shorter side has 1000; 1 if missing", "WIDTH");
+    add("--point-size", &picture.pointsize, "Size of points, likewise", "WIDTH");
     add("--samples", &picture.samples, "Samples a pixel: 1, 4, 9 or 16; 4 if missing", "N");
     CLI::Option *turntable =
         add("--turntable", &picture.turntable, "So many pictures round the vertical", "N")
@@ -89,7 +91,11 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         *fault = {kRequestFault, line + " (see sarkelo-view --help)"};
         return false;
     }
-    if (!mode.empty() && !ReadMode(&options.dlamode, mode, &command->mode))
+    const auto given = std::find_if(ofpictures.begin(), ofpictures.end(),
+                                    [](const CLI::Option *option) { return option->count() > 0; });
+    if (picture.path.empty() && given != ofpictures.end())
+        *fault = {kRequestFault, (*given)->get_name() + " needs --picture FILE"};
+    else if (!mode.empty() && !ReadMode(&options.dlamode, mode, &command->mode))
         *fault = {kRequestFault, "--mode " + mode + ": tubes, lines, points or off is expected"};
     else if (!surface.empty() && !ReadMode(&options.surfacemode, surface, &command->surfacemode))
         *fault = {kRequestFault,

@@ -67,7 +67,7 @@ PYTHON
 for option in "--size 9000x10" "--size 4294967297x10" "--samples 3" "--tilt nan" "--turn inf" "--zoom nan" "--line-width 0" "--lights off"; do
     ends 2 "$option: " a.sarkelo.h5 --picture x.png $option
 done
-ends 2 "--tilt requires --picture" a.sarkelo.h5 --tilt 5
+ends 2 "--tilt needs --picture FILE" a.sarkelo.h5 --tilt 5
 "$grow" --print-recipe >"a recipe.toml"
 ends 2 "has not grown yet: sarkelo-grow 'a recipe.toml' -o 'a recipe.sarkelo.h5' && sarkelo-view 'a recipe.sarkelo.h5' --picture x.png" \
     "a recipe.toml" --picture x.png
