@@ -17,6 +17,11 @@ constexpr double kDeepestView = 80;
 // at a tenth of its distance.
 constexpr double kFarthestPivot = 9;
 
+// How much of a tangent of the view may be wrong where what is drawn is centred, and steps until then at most: more
+// than a few are needed only where the nearest is much nearer than the farthest.
+constexpr double kCentred = 0.002;
+constexpr int kMostCentringSteps = 40;
+
 namespace
 {
 enum Side { kRight, kLeft, kTop, kBottom, kNear, kFar, kSides };
@@ -36,7 +41,7 @@ struct ViewFrame {
 
 static Vector FromPivot(Vector arm);
 static void SwingCamera(double theta, Vector axis, Vector right, double distance);
-static void PlaceCamera(bool turning);
+static Reach PlaceCamera(bool turning);
 static ViewFrame FindViewFrame();
 static Reach FindReach(const ViewFrame &frame, bool turning);
 template<typename Consume>
@@ -69,13 +74,22 @@ void MoveToDistance(double distance)
 
 void FitCamera()
 {
-    PlaceCamera(false);
+    const Vector ahead = camera.vd;
+    Reach reach = FindReach(FindViewFrame(), false);
+    camera.pr = camera.pr + (reach.of[kFar] - reach.of[kNear]) / 2 * ahead;
+    reach = PlaceCamera(false);
+    // The point of rotation is on the line of sight, in the middle of what is seen if the clipping planes can be so.
+    const double nearest = DotProduct(camera.pr - camera.vp, ahead) - reach.of[kNear];
+    const double depth = reach.of[kFar] + reach.of[kNear];
+    camera.pr = camera.vp + std::min(nearest + depth / 2, kFarthestPivot * nearest) * ahead;
+    UpdateCameraRange();
 }
 
 void FitTurningCamera()
 {
-    PlaceCamera(false);
+    FitCamera();
     PlaceCamera(true);
+    UpdateCameraRange();
 }
 
 void TurnCamera(double theta)
@@ -115,28 +129,37 @@ static void SwingCamera(double theta, Vector axis, Vector right, double distance
 // A point is in view where, in the camera's axes from the view point, |x| <= tangent z and |y| <= tangent z. So each
 // side of the view bounds the view point by how far all points reach beyond the side's plane; two opposite sides
 // together bound its depth, and their difference is the middle between them. With `turning`, by how far they reach
-// while they turn about the point of rotation, which stays.
-static void PlaceCamera(bool turning)
+// while they turn about the point of rotation. That stays, and should be within what is drawn; returns the reach from
+// there.
+static Reach PlaceCamera(bool turning)
 {
-    const ViewFrame frame = FindViewFrame();
-    const Reach reach = FindReach(frame, turning);
+    ViewFrame frame = FindViewFrame();
+    Reach reach = FindReach(frame, turning);
     const double *of = reach.of;
-    const double across = (of[kRight] + of[kLeft]) / (2 * frame.horizontal);
-    const double upright = (of[kTop] + of[kBottom]) / (2 * frame.vertical);
+    const auto width = [&] { return (of[kRight] + of[kLeft]) / 2; };
+    const auto height = [&] { return (of[kTop] + of[kBottom]) / 2; };
     const double nearest = -of[kNear]; // depths from the point of rotation
     const double depth = of[kFar] - nearest;
-    double back = std::max({across, upright, depth / kDeepestView - nearest,
-                            growthstate.branchlength / 2 - nearest}); // of the view point, from there
+    double back =
+        std::max({width() / frame.horizontal, height() / frame.vertical, depth / kDeepestView - nearest,
+                  growthstate.branchlength / 2 - nearest}); // of the view point, from there
     if (turning)
         back = std::max(back, -nearest * kFarthestPivot / (kFarthestPivot - 1));
+    // Where there is room to spare, it is made equal on opposite sides: by the view that would have none to spare from so
+    // far back.
+    for (int step = 0; step < kMostCentringSteps; step++) {
+        const double horizontal = width() / back, vertical = height() / back;
+        if (std::fabs(horizontal - frame.horizontal) <= kCentred * horizontal &&
+            std::fabs(vertical - frame.vertical) <= kCentred * vertical)
+            break;
+        frame.horizontal = horizontal;
+        frame.vertical = vertical;
+        reach = FindReach(frame, turning);
+    }
     const Vector centre =
         (of[kRight] - of[kLeft]) / 2 * frame.right + (of[kTop] - of[kBottom]) / 2 * frame.up;
     camera.vp = camera.pr + centre - back * frame.ahead;
-    if (!turning) {
-        const double first = back + nearest;
-        camera.pr = camera.vp + std::min(first + depth / 2, kFarthestPivot * first) * frame.ahead;
-    }
-    UpdateCameraRange();
+    return reach;
 }
 
 static ViewFrame FindViewFrame()

@@ -12,21 +12,23 @@
 #include "surface/surface.h"
 
 // How much of the view what is drawn takes, 1 for all of it: the larger of width and height. -1 where a clipping plane cuts
-// something off.
-static double FilledPart()
+// something off. How far its middle is from that of the view, of half of that.
+static double FilledPart(double *offcentre = nullptr)
 {
     const double vertical = std::tan(camera.aperture * kDegreesToRadians / 2);
     const double ratio = static_cast<double>(camera.screenwidth) / camera.screenheight;
     Vector right = RightVector();
     Normalise(&right);
     double part = 0;
+    Vector lower = {1, 1, 1}, upper = {-1, -1, -1};
     const auto look = [&](Vector p) {
         const Vector arm = p - camera.vp;
         const double z = DotProduct(arm, camera.vd);
         const bool cut = z < camera.nearclip || z > camera.farclip;
-        const double x = std::fabs(DotProduct(arm, right)) / (vertical * ratio * z);
-        const double y = std::fabs(DotProduct(arm, camera.vu)) / (vertical * z);
-        part = cut || part < 0 ? -1 : std::max({part, x, y});
+        const Vector place = {DotProduct(arm, right) / (vertical * ratio * z),
+                              DotProduct(arm, camera.vu) / (vertical * z), 0};
+        MinMaxXYZ(&lower, &upper, place);
+        part = cut || part < 0 ? -1 : std::max({part, std::fabs(place.x), std::fabs(place.y)});
     };
     const BranchThickness thickness;
     for (int i = 0; i < ncells; i++)
@@ -39,6 +41,8 @@ static double FilledPart()
         for (int i = 0; i < nstltri; i++)
             for (const Vector corner : stltri[i].p)
                 look(corner);
+    if (offcentre != nullptr)
+        *offcentre = std::max(std::fabs(lower.x + upper.x), std::fabs(lower.y + upper.y)) / 2;
     return part;
 }
 
@@ -71,7 +75,10 @@ TEST(Camera, FitsExactlyWhatIsDrawn)
                         RotateCamera(0, tilt, turn);
                         const Vector direction = camera.vd;
                         FitCamera();
-                        EXPECT_NEAR(FilledPart(), 0.98, 0.012) << arm << turn << tilt << mode << surface;
+                        double offcentre = 1;
+                        EXPECT_NEAR(FilledPart(&offcentre), 0.98, 0.012)
+                            << arm << turn << tilt << mode << surface;
+                        EXPECT_LT(offcentre, 0.01) << arm << turn << tilt << mode << surface;
                         // It turns about what it sees.
                         RotateCamera(0.5, 0, 0);
                         RotateCamera(-0.5, 0, 0);
