@@ -6,72 +6,32 @@
 
 #include "fakes/recorder.h"
 
-FAKE(glBindFramebuffer, (GLenum target, GLuint name), target, name)
-FAKE(glBindRenderbuffer, (GLenum target, GLuint name), target, name)
-FAKE(glRenderbufferStorage, (GLenum target, GLenum format, GLsizei width, GLsizei height), target, format,
-     width, height)
-FAKE(glFramebufferRenderbuffer, (GLenum target, GLenum attachment, GLenum kind, GLuint name), target,
-     attachment, kind, name)
+#define ANSWER(type, name, parameters, value)                                                                \
+    extern "C" type name parameters                                                                          \
+    {                                                                                                        \
+        return value;                                                                                        \
+    }
+ANSWER(EGLDisplay, eglGetPlatformDisplay, (EGLenum, void *, const EGLAttrib *), &fakelist)
+ANSWER(EGLBoolean, eglInitialize, (EGLDisplay, EGLint *, EGLint *), EGL_TRUE)
+ANSWER(EGLBoolean, eglBindAPI, (EGLenum), EGL_TRUE)
+ANSWER(EGLBoolean, eglChooseConfig, (EGLDisplay, const EGLint *, EGLConfig *, EGLint, EGLint *count),
+       (*count = 1, EGL_TRUE))
+ANSWER(EGLContext, eglCreateContext, (EGLDisplay, EGLConfig, EGLContext, const EGLint *), &fakelist)
+ANSWER(EGLBoolean, eglMakeCurrent, (EGLDisplay, EGLSurface, EGLSurface, EGLContext), EGL_TRUE)
+ANSWER(EGLBoolean, eglDestroyContext, (EGLDisplay, EGLContext), EGL_TRUE)
+ANSWER(EGLBoolean, eglTerminate, (EGLDisplay), EGL_TRUE)
+ANSWER(void, glBindFramebuffer, (GLenum, GLuint), )
+ANSWER(void, glBindRenderbuffer, (GLenum, GLuint), )
+ANSWER(void, glRenderbufferStorage, (GLenum, GLenum, GLsizei, GLsizei), )
+ANSWER(void, glFramebufferRenderbuffer, (GLenum, GLenum, GLenum, GLuint), )
+ANSWER(void, glGenFramebuffers, (GLsizei, GLuint *name), void(*name = 1))
+ANSWER(void, glGenRenderbuffers, (GLsizei, GLuint *name), void(*name = 1))
+ANSWER(GLenum, glCheckFramebufferStatus, (GLenum), GL_FRAMEBUFFER_COMPLETE)
+ANSWER(GLenum, glGetError, (), GL_NO_ERROR)
+ANSWER(void, glGetFloatv, (GLenum, GLfloat *range), void(range[1] = 255))
 
-extern "C" {
-EGLDisplay eglGetPlatformDisplay(EGLenum, void *, const EGLAttrib *)
+extern "C" void glGetIntegerv(GLenum name, GLint *limits)
 {
-    return &fakelist;
-}
-EGLBoolean eglInitialize(EGLDisplay, EGLint *, EGLint *)
-{
-    return EGL_TRUE;
-}
-EGLBoolean eglBindAPI(EGLenum)
-{
-    return EGL_TRUE;
-}
-EGLBoolean eglChooseConfig(EGLDisplay, const EGLint *, EGLConfig *, EGLint, EGLint *count)
-{
-    *count = 1;
-    return EGL_TRUE;
-}
-EGLContext eglCreateContext(EGLDisplay, EGLConfig, EGLContext, const EGLint *)
-{
-    return &fakelist;
-}
-EGLBoolean eglMakeCurrent(EGLDisplay, EGLSurface, EGLSurface, EGLContext)
-{
-    return EGL_TRUE;
-}
-EGLBoolean eglDestroyContext(EGLDisplay, EGLContext)
-{
-    return EGL_TRUE;
-}
-EGLBoolean eglTerminate(EGLDisplay)
-{
-    return EGL_TRUE;
-}
-void glGetIntegerv(GLenum name, GLint *limits)
-{
+    limits[name == GL_MAX_VIEWPORT_DIMS] = 64;
     limits[0] = 64;
-    if (name == GL_MAX_VIEWPORT_DIMS)
-        limits[1] = 64;
-}
-void glGetFloatv(GLenum, GLfloat *range)
-{
-    range[0] = 1;
-    range[1] = 255;
-}
-void glGenFramebuffers(GLsizei, GLuint *names)
-{
-    *names = 1;
-}
-void glGenRenderbuffers(GLsizei, GLuint *names)
-{
-    *names = 1;
-}
-GLenum glCheckFramebufferStatus(GLenum)
-{
-    return GL_FRAMEBUFFER_COMPLETE;
-}
-GLenum glGetError()
-{
-    return GL_NO_ERROR;
-}
 }
