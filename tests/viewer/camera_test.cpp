@@ -98,5 +98,16 @@ TEST(Camera, FitsExactlyWhatIsDrawn)
     Normalise(&camera.vu);
     FitCamera();
     EXPECT_GT(FilledPart(), 0);
+    // Nor of one that turns through a wide view, close by.
+    for (int i = 0; i < ncells; i++)
+        cells[i].p.z = 0;
     CameraHome();
+    camera.screenwidth = 6000;
+    FitTurningCamera();
+    for (int turn = 0; turn < 90; turn++) {
+        EXPECT_GT(FilledPart(), 0) << turn;
+        TurnCamera(kTwoPi / 90);
+    }
+    CameraHome();
+    camera.screenwidth = 800;
 }
