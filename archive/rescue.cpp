@@ -1,11 +1,15 @@
 #include "archive/rescue.h"
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 
+#include <fcntl.h>
 #include <hdf5.h>
+#include <unistd.h>
 
 #include "growth/growth_step.h"
 
@@ -22,7 +26,8 @@ static SavedAggregate saved = {0, -1};
 static RunRecord (*describerun)() = nullptr; // nullptr: nothing is kept
 static volatile std::sig_atomic_t caught = 0;
 
-static bool KeepIn(const char *folder);
+static std::string StemOfNow();
+static int Reserve(const std::string &folder, const std::string &stem, std::string *path);
 
 void PrepareRescue(RunRecord (*describe)())
 {
@@ -36,7 +41,7 @@ void HandleEndSignals(void (*handler)(int), int flags)
     struct sigaction action = {};
     action.sa_handler = handler;
     action.sa_flags = flags;
-    for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+    for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGPIPE, SIGXCPU, SIGUSR1}) {
         struct sigaction old = {};
         sigaction(number, nullptr, &old);
         if (old.sa_handler != SIG_IGN)
@@ -74,25 +79,67 @@ void KeepAggregate()
 {
     if (describerun == nullptr || !HasUnsavedParticles())
         return;
-    const char *home = getenv("HOME");
     try {
-        if (!KeepIn(".") && (home == nullptr || !KeepIn(home)))
-            fprintf(stderr, "The aggregate could not be kept\n");
+        std::vector<std::string> folders = {"."};
+        for (const char *variable : {"HOME", "TMPDIR"})
+            if (const char *folder = getenv(variable); folder != nullptr && *folder != '\0')
+                folders.push_back(folder);
+        folders.push_back("/tmp");
+        std::string path;
+        if (const Fault fault = WriteRescue(folders, StemOfNow(), describerun(), &path))
+            fprintf(stderr, "The aggregate could not be kept: %s\n", fault.line.c_str());
+        else
+            fprintf(stderr, "The aggregate is kept. To go on with it:\n    sarkelo-view %s\n", path.c_str());
     } catch (const std::bad_alloc &) {
         fprintf(stderr, "Not enough memory to keep the aggregate\n");
     }
     LeaveAggregate();
 }
 
-static bool KeepIn(const char *folder)
+Fault WriteRescue(const std::vector<std::string> &folders, const std::string &stem, const RunRecord &run,
+                  std::string *path)
 {
-    char name[64];
+    Fault fault(kFileFault, "");
+    for (const std::string &folder : folders) {
+        std::string why;
+        if (const int reason = Reserve(folder, stem, path); reason != 0) {
+            why = "Cannot write to \"" + folder + "\": " + strerror(reason);
+        } else {
+            const Fault unwritten = WriteAggregate(*path, run);
+            if (!unwritten)
+                return {};
+            unlink(path->c_str());
+            fault.kind = unwritten.kind;
+            why = unwritten.line;
+        }
+        fault.line += (fault.line.empty() ? "" : "; ") + why;
+    }
+    return fault;
+}
+
+static std::string StemOfNow()
+{
+    char stem[64];
     const std::time_t now = std::time(nullptr);
-    std::strftime(name, sizeof name, "sarkelo-rescue-%Y%m%d-%H%M%S", std::localtime(&now));
-    const std::string path = std::string(folder) == "." ? name : std::string(folder) + "/" + name;
-    if (WriteAggregate(path + kAggregateExtension, describerun()))
-        return false;
-    fprintf(stderr, "The aggregate is kept. To go on with it:\n    sarkelo-view %s%s\n", path.c_str(),
-            kAggregateExtension);
-    return true;
+    std::strftime(stem, sizeof stem, "sarkelo-rescue-%Y%m%d-%H%M%S", std::localtime(&now));
+    return stem;
+}
+
+// Creates an empty file that did not exist. Returns 0, or why that cannot be: a value of errno.
+static int Reserve(const std::string &folder, const std::string &stem, std::string *path)
+{
+    const std::string start = folder == "." ? stem : folder + "/" + stem;
+    for (int number = 1;; number++) {
+        *path = start;
+        if (number > 1)
+            path->append("-").append(std::to_string(number));
+        path->append(kAggregateExtension);
+        const int file = open(path->c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0666);
+        if (file >= 0) {
+            close(file);
+            return 0;
+        }
+        if (errno != EEXIST)
+            return errno;
+    }
 }

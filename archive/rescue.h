@@ -2,19 +2,28 @@
 
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "archive/aggregate_file.h"
 
-// Gives SIGHUP, SIGINT and SIGTERM a handler, with flags of sigaction. One that is ignored stays so, as nohup wants it.
+// Gives the signals that end a program in order a handler, with flags of sigaction: SIGHUP, SIGINT, SIGTERM, SIGPIPE,
+// SIGXCPU and SIGUSR1. One that is ignored stays so, as nohup wants it.
 void HandleEndSignals(void (*handler)(int), int flags = 0);
 
-// From now on the aggregate is to be kept. `describe` says what the run has besides the records. SIGHUP, SIGINT and
-// SIGTERM are noticed and wait for EndBySignal.
+// From now on the aggregate is to be kept. `describe` says what the run has besides the records. The signals
+// above are noticed and wait for EndBySignal.
 void PrepareRescue(RunRecord (*describe)());
 
-// Where the aggregate is to be kept, and has unsaved particles, writes it to sarkelo-rescue-DATE-TIME.sarkelo.h5
-// in the current directory or, where that cannot be written, the home directory, and tells on standard error the line
-// that opens it again; once.
+// Where the aggregate is to be kept, and has unsaved particles, writes it to a new file sarkelo-rescue-DATE-TIME.sarkelo.h5
+// in the current directory or, where that cannot be written, the home directory, that for temporary files, or /tmp, and
+// prints on standard error the line that opens it again, or why it could not be kept; once.
 void KeepAggregate();
+
+// Writes the run to STEM.sarkelo.h5 in the first of the folders that takes it; where there is such a file already, to
+// STEM-2.sarkelo.h5 and so on: none is ever replaced. Sets its path. The fault gives each folder's reason.
+Fault WriteRescue(const std::vector<std::string> &folders, const std::string &stem, const RunRecord &run,
+                  std::string *path);
 
 // The user ends the program: nothing is kept.
 void LeaveAggregate();

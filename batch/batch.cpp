@@ -9,6 +9,7 @@
 
 #include <unistd.h>
 
+#include "archive/rescue.h"
 #include "batch/command.h"
 #include "batch/growth.h"
 #include "batch/measure.h"
@@ -180,15 +181,12 @@ static Fault WriteResult(const RunRecord &run, OwnFile *output)
         return fault;
     std::error_code error;
     const char *home = getenv("HOME");
-    const std::string name = "rescued-" + std::to_string(getpid()) + kAggregateExtension;
-    for (const fs::path &folder : {fs::temp_directory_path(error), fs::path("/tmp"), fs::path("."),
-                                   fs::path(home != nullptr ? home : ".")}) {
-        const std::string rescue = (folder / name).string();
-        if (!folder.empty() && !fs::exists(rescue, error) && !WriteAggregate(rescue, run)) {
-            fault.line += "; the aggregate is kept in " + rescue;
-            break;
-        }
-    }
+    const std::string temporary = fs::temp_directory_path(error).string();
+    std::string path;
+    const Fault lost = WriteRescue({error ? "/tmp" : temporary, "/tmp", ".", home != nullptr ? home : "."},
+                                   "rescued-" + std::to_string(getpid()), run, &path);
+    fault.line +=
+        lost ? "; the aggregate could not be kept: " + lost.line : "; the aggregate is kept in " + path;
     return fault;
 }
 

@@ -9,7 +9,7 @@
 
 enum GrowthEnd {
     kStopReached,
-    kSignalled, // SIGHUP, SIGINT or SIGTERM: CaughtSignal says which
+    kSignalled, // CaughtSignal says by which signal
     kStalled,   // no particle arrives any more
     kOutOfMemory
 };
@@ -28,8 +28,8 @@ struct GrowthPlan {
 // Grows the run of the global records, counting its seconds.
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);
 
-// From now on SIGHUP, SIGINT and SIGTERM are noticed and end growth in order; a file that grows too large and an output
-// that nobody reads are faults of writing.
+// From now on SIGHUP, SIGINT, SIGTERM, SIGXCPU and SIGUSR1 are noticed and end growth in order; a file that grows too
+// large and an output that nobody reads are faults of writing.
 void CatchSignals();
 
 // The signal that has come; 0 while none has.

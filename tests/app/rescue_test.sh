@@ -78,24 +78,56 @@ wait $pid || fail "status $?"
 program=$view
 [ -z "$(ls -d sarkelo-rescue-* 2>/dev/null)" ] || fail "left behind: $(ls -d sarkelo-rescue-*)"
 
-# An ignored SIGHUP stays ignored; where the current directory cannot be written, the home directory is.
-mkdir locked home
-cd locked
-HOME=$work/home nohup "$view" >/dev/null 2>"$work/stderr.txt" &
-pid=$!
-wait_for "the window" visible "$title"
+# An ignored SIGHUP stays ignored; where the current directory cannot be written, another is.
+for place in HOME TMPDIR; do
+    mkdir locked other
+    cd locked
+    env HOME=/nonexistent $place="$work/other" nohup "$view" >/dev/null 2>"$work/stderr.txt" &
+    pid=$!
+    wait_for "the window" visible "$title"
+    sleep 0.5
+    kill -HUP $pid
+    sleep 0.5
+    kill -0 $pid || fail "SIGHUP is not ignored"
+    rmdir "$work/locked"
+    kill -TERM $pid
+    wait $pid || [ $? -eq 143 ]
+    ls "$work"/other/sarkelo-rescue-*.sarkelo.h5 >/dev/null || fail "not kept in $place"
+    cd "$work"
+    rm -r other
+done
+
+# Windows of one directory that end in the same second, and whose standard error nobody reads, keep an aggregate each.
+pids=()
+for window in 1 2 3; do
+    "$view" 2> >(:) &
+    pids+=($!)
+    pid=$!
+    wait_for "window $window" visible "$title" $window
+done
 sleep 0.5
-kill -HUP $pid
-sleep 0.5
-kill -0 $pid || fail "SIGHUP is not ignored"
-rmdir "$work/locked"
+kill -PIPE "${pids[0]}"
+kill -XCPU "${pids[1]}"
+kill -USR1 "${pids[2]}"
+for ended in "${pids[0]}:141" "${pids[1]}:152" "${pids[2]}:138"; do
+    status=0
+    wait "${ended%:*}" || status=$?
+    [ $status -eq "${ended#*:}" ] || fail "status $status, not ${ended#*:}"
+done
+for file in sarkelo-rescue-*; do
+    "$grow" --resume "$file" --particles 1 -o opened.sarkelo.h5 --force --quiet
+done
+[ "$(ls sarkelo-rescue-* | wc -l)" -eq 3 ] || fail "kept: $(ls sarkelo-rescue-*)"
+rm sarkelo-rescue-*
+
+# What was only looked at is not kept again.
+"$grow" --particles 50000 -o large.sarkelo.h5 --quiet
+start large.sarkelo.h5
 kill -TERM $pid
 wait $pid || [ $? -eq 143 ]
-[ -n "$(ls "$work"/home/sarkelo-rescue-*.sarkelo.h5)" ]
-cd "$work"
+[ -z "$(ls -d sarkelo-rescue-* 2>/dev/null)" ] || fail "left behind: $(ls -d sarkelo-rescue-*)"
 
 # The display goes away in mid-growth.
-"$grow" --particles 50000 -o large.sarkelo.h5 --quiet
 start large.sarkelo.h5
 key F3
 sleep 1

@@ -11,6 +11,7 @@
 
 #include "archive/content.h"
 #include "archive/hdf5.h"
+#include "archive/rescue.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
@@ -231,6 +232,27 @@ TEST(AggregateFile, RootsThatAreNowhereAreNotWritten)
     EXPECT_EQ(WriteAggregate(kFile, {}).line,
               "Cannot write \"a.sarkelo.h5\": particle 1 is nowhere: its position is no number");
     EXPECT_FALSE(fs::exists(kFile));
+}
+
+TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
+{
+    const TemporaryDirectory directory;
+    WriteSmallAggregate();
+    const std::string earlier = ReadWhole(kFile);
+    RunRecord run;
+    run.view.aperture = 60;
+    std::string path;
+    EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line, "");
+    EXPECT_EQ(path, "a-2.sarkelo.h5");
+    StoredAggregate stored;
+    EXPECT_EQ(ReadAggregate(path, &stored).line, "");
+    EXPECT_TRUE(ReadWhole(kFile) == earlier);
+    cells[1].p.x = NAN;
+    EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line,
+              "Cannot write to \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
+              "particle 1 is "
+              "nowhere: its position is no number");
+    EXPECT_EQ(CountFiles(), 2);
 }
 
 TEST(AggregateFile, FilesOfFormatOneWereWalkedInSteps)

@@ -176,7 +176,7 @@ ends 0 "" five.toml -o again.sarkelo.h5 --force
 [ "$(cmp -l again.sarkelo.h5 five.sarkelo.h5 | wc -l)" -le 12 ] || fail "$(cmp -l again.sarkelo.h5 five.sarkelo.h5 | wc -l) bytes differ"
 
 # Signals: the file is written, and a run that goes on later is the same.
-for signal in INT:130 TERM:143 HUP:129; do
+for signal in INT:130 TERM:143 HUP:129 XCPU:152 USR1:138; do
     rm -f signal.sarkelo.h5
     (trap - INT; exec "$grow" -o signal.sarkelo.h5 --quiet --particles 100000000 2>err) &
     sleep 0.3
