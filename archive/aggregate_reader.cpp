@@ -10,6 +10,7 @@
 #include "archive/tables.h"
 #include "growth/array.h"
 #include "growth/memory.h"
+#include "growth/neighbour_search.h"
 #include "growth/parameters.h"
 
 static Fault ReadAll(const std::string &path, StoredAggregate *stored);
@@ -19,6 +20,9 @@ static void ReadParticles(hid_t file, StoredAggregate *stored);
 static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored);
 static void ReadWalk(hid_t file, StoredAggregate *stored);
 static void ReadCamera(hid_t file, StoredAggregate *stored);
+static bool CanBe(const Parameter &parameter, double value);
+static std::string AllowedNumbers(const Parameter &parameter);
+static std::string NumberText(double value);
 
 Fault ReadAggregate(const std::string &path, StoredAggregate *stored)
 {
@@ -46,6 +50,8 @@ static Fault ReadAll(const std::string &path, StoredAggregate *stored)
         const Hdf5Object file(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access), H5Fclose, "not a whole file");
         ReadContent(file, stored);
         return {};
+    } catch (const TooLarge &fault) {
+        return {kMemoryFault, path + ": " + fault.what()};
     } catch (const Hdf5Fault &fault) {
         return bad(fault.what());
     }
@@ -60,14 +66,23 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     Require(version <= kFormatVersion, "written by a newer program, in format " + std::to_string(version) +
                                            "; this one reads up to " + std::to_string(kFormatVersion));
     const auto steps = ReadNumber<uint64_t>(file, "steps");
-    Require(steps <= LONG_MAX, "steps is out of range");
-    stored->state.steptotal = static_cast<long>(steps);
     stored->run.seconds = ReadNumber<double>(file, "seconds");
     Require(stored->run.seconds >= 0, "seconds is out of range");
     ReadParameters(file, version, stored);
     ReadParticles(file, stored);
     CheckParticles(stored->particles.get(), stored->count);
     Require(ReadNumber<int>(file, "particles") == stored->count, "particles does not fit");
+    const int rootcount = CountRoots(stored->particles.get(), stored->count);
+    const auto least = static_cast<uint64_t>(stored->count - rootcount); // a particle takes one
+    Require(steps >= least && steps <= LONG_MAX, "steps is " + std::to_string(steps) +
+                                                     "; allowed: " + std::to_string(least) + " to " +
+                                                     std::to_string(LONG_MAX));
+    stored->state.steptotal = static_cast<long>(steps);
+    // One root can be there whatever was asked for.
+    const double wantedroots = stored->values[&ParameterOf(&growthstate.nroots) - Parameters().data()];
+    Require(rootcount <= 1 || wantedroots >= rootcount, "roots/count is " + NumberText(wantedroots) +
+                                                            "; allowed: " + std::to_string(rootcount) +
+                                                            " and above");
     ReadSurfaceAndRoots(file, stored);
     ReadWalk(file, stored);
     ReadCamera(file, stored);
@@ -82,7 +97,7 @@ static int FirstVersionWith(const Parameter &parameter)
     return is(&growthstate.walk) ? kVersionWithWalk : 1;
 }
 
-// A value must be what the parameter can have; numbers that stand for names may be any, but for the walk.
+// A value must be what the parameter can have.
 static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
 {
     const Parameter *walk = &ParameterOf(&growthstate.walk);
@@ -98,8 +113,8 @@ static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
             value = ReadNumber<int>(group, parameter.key);
         else
             value = ReadNumber<double>(group, parameter.key);
-        Require((parameter.name != nullptr && &parameter != walk) || IsAllowed(parameter, value),
-                std::string(parameter.group) + "/" + parameter.key + " is out of range");
+        Require(CanBe(parameter, value), std::string(parameter.group) + "/" + parameter.key + " is " +
+                                             NumberText(value) + "; allowed: " + AllowedNumbers(parameter));
         if (&parameter == rotation)
             turned = value;
         Require(&parameter != walk || value == int{kWalkSteps} || turned == 0, "flights with a rotation");
@@ -107,12 +122,41 @@ static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
     }
 }
 
-// Room for so many elements; std::bad_alloc where there is none, which is asked before memory is promised.
+static bool CanBe(const Parameter &parameter, double value)
+{
+    if (parameter.name == nullptr)
+        return IsAllowed(parameter, value);
+    if (&parameter == &ParameterOf(&options.surfacemode) && value == 0)
+        return true; // not drawn while boxes are counted
+    return value >= parameter.low && value <= parameter.high &&
+           parameter.name(static_cast<int>(value)) != nullptr;
+}
+
+static std::string AllowedNumbers(const Parameter &parameter)
+{
+    if (parameter.name == nullptr)
+        return NumberText(parameter.low) +
+               (std::isinf(parameter.high) ? " and above" : " to " + NumberText(parameter.high));
+    std::string numbers;
+    for (int code = static_cast<int>(parameter.low); code <= static_cast<int>(parameter.high); code++)
+        if (parameter.name(code) != nullptr)
+            numbers.append(numbers.empty() ? "" : ", ").append(std::to_string(code));
+    return numbers;
+}
+
+static std::string NumberText(double value)
+{
+    char text[32];
+    snprintf(text, sizeof text, "%.10g", value);
+    return text;
+}
+
+// Room for the rows of a table; throws where there is none, which is asked before memory is promised.
 template<typename T>
-static std::unique_ptr<T[], FreeMemory> Allocate(hsize_t count)
+static std::unique_ptr<T[], FreeMemory> Allocate(hsize_t count, const char *name)
 {
     if (count > AvailableMemory() / sizeof(T))
-        throw std::bad_alloc();
+        throw TooLarge("memory does not hold the " + std::to_string(count) + " rows of " + name);
     T *array = nullptr;
     if (!ResizeArray(&array, count))
         throw std::bad_alloc();
@@ -125,7 +169,7 @@ static void ReadParticles(hid_t file, StoredAggregate *stored)
     Require(CountRows<double>(file, "particles/flow", {}) == count &&
                 CountRows<int>(file, "particles/parent", {}) == count,
             "particles: the tables are not of the same length");
-    stored->particles = Allocate<Particle>(count);
+    stored->particles = Allocate<Particle>(count, "particles/position");
     stored->count = static_cast<int>(count);
     Particle *particles = stored->particles.get();
     ReadTable<double>(file, "particles/position", count, {3}, [=](hsize_t i, const double *numbers) {
@@ -140,7 +184,7 @@ static void ReadParticles(hid_t file, StoredAggregate *stored)
 static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored)
 {
     const hsize_t faces = CountRows<double>(file, "surface/faces", {3, 3});
-    stored->faces = Allocate<Triangle>(faces);
+    stored->faces = Allocate<Triangle>(faces, "surface/faces");
     stored->facecount = static_cast<int>(faces);
     Triangle *triangles = stored->faces.get();
     ReadTable<double>(file, "surface/faces", faces, {3, 3}, [=](hsize_t i, const double *numbers) {
@@ -155,10 +199,12 @@ static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored)
     const hsize_t count = CountRows<double>(file, "roots", {3});
     Require(static_cast<int>(count) == CountRoots(stored->particles.get(), stored->count),
             "roots: not those of the particles");
-    stored->roots = Allocate<Vector>(count);
+    stored->roots = Allocate<Vector>(count, "roots");
     Vector *positions = stored->roots.get();
     ReadTable<double>(file, "roots", count, {3},
                       [=](hsize_t i, const double *numbers) { positions[i] = GetVector(numbers); });
+    for (hsize_t i = 0; i < count; i++)
+        Require(VectorLength(positions[i], stored->particles[i].p) == 0, "roots: not those of the particles");
     snprintf(stored->state.rootname, sizeof stored->state.rootname, "%s",
              ReadText(OpenTable(file, "roots"), "name").c_str());
 }
@@ -170,6 +216,8 @@ static void ReadWalk(hid_t file, StoredAggregate *stored)
     stored->launches.resize(kSeedRing);
     ReadTable<double>(walk, "launch_positions", kSeedRing, {3},
                       [=](hsize_t i, const double *numbers) { stored->launches[i] = GetVector(numbers); });
+    for (const Vector launch : stored->launches)
+        Require(!std::isnan(Modulus(launch)), "walk/launch_positions: a number is missing");
     GrowthState &state = stored->state;
     state.pos = ReadVectorAttribute(walk, "position");
     state.stepcount = ReadNumber<int>(walk, "steps_since_particle");
@@ -213,6 +261,8 @@ void CheckParticles(const Particle *particles, int count)
         require(particle.weight >= 0 && std::isfinite(particle.weight), "has a flow that is out of range");
         require(i < rootcount || particle.parent >= 0, "is a root, or its parent is out of range");
         require(particle.parent < i, "has a parent that does not come before it");
+        require(i < rootcount || VectorLength(particle.p, particles[particle.parent].p) <= kFarthestPartner,
+                "is farther from its parent than any particle sticks");
     }
 }
 

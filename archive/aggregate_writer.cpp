@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstring>
 
 #include "archive/aggregate_file.h"
@@ -32,6 +33,7 @@ static void WriteCamera(hid_t file, const RunRecord &run);
 static Fault WriteAll(const std::string &path, const RunRecord &run);
 static void MakeImage(const RunRecord &run, Image *image);
 static int SaveImage(const Image &image, const std::string &path);
+static Vector PlaceOrOrigin(Vector p);
 
 Fault WriteAggregate(const std::string &path, const RunRecord &run)
 {
@@ -159,9 +161,9 @@ static void WriteParticles(hid_t file)
 static void WriteWalk(hid_t file)
 {
     WriteTable<double>(file, "walk/launch_positions", kSeedRing, {3},
-                       [](hsize_t i, double *numbers) { PutVector(seeds[i], numbers); });
+                       [](hsize_t i, double *numbers) { PutVector(PlaceOrOrigin(seeds[i]), numbers); });
     const Hdf5Object walk = OpenGroup(file, "walk");
-    WriteVectorAttribute(walk, "position", growthstate.pos);
+    WriteVectorAttribute(walk, "position", PlaceOrOrigin(growthstate.pos));
     WriteAttribute(walk, "steps_since_particle", growthstate.stepcount);
     WriteAttribute(walk, "launches", nseeds);
     WriteAttribute(walk, "radius", growthstate.radius);
@@ -171,6 +173,12 @@ static void WriteWalk(hid_t file)
         words[i] = generators.words[(generators.oldest + i) % kFeedbackWords];
     WriteAttribute(walk, "drand48", generators.congruence);
     WriteAttribute(walk, "rand", words, kFeedbackWords);
+}
+
+// Branch lengths near the largest number lead walkers to where no number is: the file is to be read again all the same.
+static Vector PlaceOrOrigin(Vector p)
+{
+    return std::isnan(Modulus(p)) ? Vector{0, 0, 0} : p;
 }
 
 static void WriteCamera(hid_t file, const RunRecord &run)

@@ -20,6 +20,13 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// Memory does not hold what is in a file.
+class TooLarge : public Hdf5Fault
+{
+public:
+    using Hdf5Fault::Hdf5Fault;
+};
+
 class Hdf5Object
 {
 public:
@@ -51,21 +58,31 @@ inline void Require(bool holds, std::string_view about, std::string_view what = 
 // The library's types of what we store. Files have the little-endian ones on every machine.
 struct Hdf5Types {
     hid_t memory, file;
+    const char *name;
 };
 
 template<typename T>
 Hdf5Types TypesOf()
 {
     if constexpr (std::is_same_v<T, double>)
-        return {H5T_NATIVE_DOUBLE, H5T_IEEE_F64LE};
+        return {H5T_NATIVE_DOUBLE, H5T_IEEE_F64LE, "float64"};
     else if constexpr (std::is_same_v<T, int>)
-        return {H5T_NATIVE_INT32, H5T_STD_I32LE};
+        return {H5T_NATIVE_INT32, H5T_STD_I32LE, "int32"};
     else if constexpr (std::is_same_v<T, uint32_t>)
-        return {H5T_NATIVE_UINT32, H5T_STD_U32LE};
+        return {H5T_NATIVE_UINT32, H5T_STD_U32LE, "uint32"};
     else {
         static_assert(std::is_same_v<T, uint64_t>);
-        return {H5T_NATIVE_UINT64, H5T_STD_U64LE};
+        return {H5T_NATIVE_UINT64, H5T_STD_U64LE, "uint64"};
     }
+}
+
+// Whether stored numbers are of the kind of T, and none is too large for it.
+template<typename T>
+bool IsStoredAs(hid_t type)
+{
+    const hid_t own = TypesOf<T>().file;
+    return H5Tget_class(type) == H5Tget_class(own) && H5Tget_size(type) <= sizeof(T) &&
+           (H5Tget_class(own) != H5T_INTEGER || H5Tget_sign(type) == H5Tget_sign(own));
 }
 
 // Writes an attribute of one number, or of a row of numbers.
@@ -105,9 +122,9 @@ void ReadAttribute(hid_t object, const std::string &name, T *values, hssize_t co
     const Hdf5Object attribute(H5Aopen(object, name.c_str(), H5P_DEFAULT), H5Aclose, name, " cannot be read");
     const Hdf5Object type(H5Aget_type(attribute), H5Tclose, name, " cannot be read");
     const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name, " cannot be read");
-    Require(H5Tget_class(type) == H5Tget_class(TypesOf<T>().file) && H5Tget_size(type) <= sizeof(T) &&
-                H5Sget_simple_extent_npoints(space) == count,
-            name, " is no such number");
+    const std::string wanted = count == 1 ? "a number" : std::to_string(count) + " numbers";
+    Require(IsStoredAs<T>(type) && H5Sget_simple_extent_npoints(space) == count, name,
+            " is not " + wanted + " of type " + TypesOf<T>().name);
     Require(H5Aread(attribute, TypesOf<T>().memory, values) >= 0, name, " cannot be read");
 }
 

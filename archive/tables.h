@@ -16,6 +16,10 @@
 // Rows of a table that are compressed and checksummed together, and converted together.
 constexpr hsize_t kChunkRows = 16384;
 constexpr unsigned kDeflateLevel = 1;
+// What is read: larger chunks than are ever written would be decompressed again and again.
+constexpr hsize_t kLargestChunk = kChunkRows * 3 * 3 * sizeof(double);
+// Bytes that one byte of deflated data can become, at most.
+constexpr hsize_t kMostInflation = 1032;
 
 inline hsize_t RowLength(std::span<const hsize_t> row)
 {
@@ -60,26 +64,98 @@ void WriteTable(hid_t file, const char *name, hsize_t count, std::initializer_li
     }
 }
 
+// Throws where a name, or a group on the way to it, is a link that could lead anywhere.
+inline void RequireOwn(hid_t parent, const std::string &path)
+{
+    for (std::size_t end = 0; end != std::string::npos;) {
+        end = path.find('/', end + 1);
+        const std::string part = path.substr(0, end);
+        H5L_info_t link = {};
+        Require(H5Lexists(parent, part.c_str(), H5P_DEFAULT) > 0 &&
+                    H5Lget_info(parent, part.c_str(), &link, H5P_DEFAULT) >= 0,
+                path, " is missing");
+        Require(link.type == H5L_TYPE_HARD, path, " is only a link, and links are not followed");
+    }
+}
+
 inline Hdf5Object OpenTable(hid_t file, const char *name)
 {
+    RequireOwn(file, name);
     return {H5Dopen2(file, name, H5P_DEFAULT), H5Dclose, name, " is missing"};
 }
 
-// Number of rows of a table that has rows of the given shape; throws where it has not.
+// Throws where a table's data would not come from the file itself, or through other filters than ours. Nothing but
+// this may be asked of a table first: the library follows virtual ones wherever they lead.
+inline void RequirePlainStorage(hid_t creation, const char *name)
+{
+    const H5D_layout_t layout = H5Pget_layout(creation);
+    Require((layout == H5D_COMPACT || layout == H5D_CONTIGUOUS || layout == H5D_CHUNKED) &&
+                H5Pget_external_count(creation) == 0,
+            name, " is stored in another place, which is not read");
+    std::vector<H5Z_filter_t> allowed = {H5Z_FILTER_SHUFFLE, H5Z_FILTER_DEFLATE, H5Z_FILTER_FLETCHER32};
+    const int filters = H5Pget_nfilters(creation);
+    for (int i = 0; i < filters; i++) {
+        unsigned flags = 0;
+        std::size_t values = 0;
+        const H5Z_filter_t filter =
+            H5Pget_filter2(creation, static_cast<unsigned>(i), &flags, &values, nullptr, 0, nullptr, nullptr);
+        Require(std::erase(allowed, filter) == 1, name,
+                " is filtered by something else than shuffle, deflate and fletcher32, once each");
+    }
+}
+
+// Throws where a file cannot hold a table of that shape, or holds only a part of it.
+inline void RequireAllWritten(hid_t table, hid_t creation, hid_t space, std::span<const hsize_t> shape,
+                              hsize_t numberbytes, const char *name)
+{
+    const std::string about = name;
+    const Hdf5Object file(H5Iget_file_id(table), H5Fclose, about, " cannot be read");
+    hsize_t filebytes = 0;
+    Require(H5Fget_filesize(file, &filebytes) >= 0, about, " cannot be read");
+    const hsize_t most = H5Pget_nfilters(creation) > 0 ? kMostInflation * filebytes : filebytes;
+    Require(RowLength(shape) * numberbytes <= most, about,
+            ": " + std::to_string(shape[0]) + " rows are more than a file of " + std::to_string(filebytes) +
+                " bytes can hold");
+    if (shape[0] == 0)
+        return;
+    const std::string unwritten = " was not written to its end";
+    if (H5Pget_layout(creation) != H5D_CHUNKED) {
+        H5D_space_status_t status = H5D_SPACE_STATUS_NOT_ALLOCATED;
+        Require(H5Dget_space_status(table, &status) >= 0 && status == H5D_SPACE_STATUS_ALLOCATED, about,
+                unwritten);
+        return;
+    }
+    std::vector<hsize_t> part(shape.size());
+    Require(H5Pget_chunk(creation, static_cast<int>(part.size()), part.data()) ==
+                    static_cast<int>(part.size()) &&
+                std::find(part.begin(), part.end(), 0) == part.end() &&
+                RowLength(part) <= kLargestChunk / numberbytes,
+            about, " is cut into chunks that are too large");
+    hsize_t chunks = 1, written = 0;
+    for (std::size_t k = 0; k < part.size(); k++)
+        chunks *= (shape[k] - 1) / part[k] + 1;
+    Require(H5Dget_num_chunks(table, space, &written) >= 0 && written == chunks, about, unwritten);
+}
+
+// Number of rows of a table that has rows of the given shape; throws where it has not, or where it is not whole in the
+// file itself.
 template<typename T>
 hsize_t CountRows(hid_t file, const char *name, std::initializer_list<hsize_t> row)
 {
     const std::string wrong = std::string(name) + " is no such table";
     const Hdf5Object table = OpenTable(file, name);
+    const Hdf5Object creation(H5Dget_create_plist(table), H5Pclose, wrong);
+    RequirePlainStorage(creation, name);
     const Hdf5Object type(H5Dget_type(table), H5Tclose, wrong);
     const Hdf5Object space(H5Dget_space(table), H5Sclose, wrong);
     std::array<hsize_t, 1 + 2> shape = {};
-    Require(H5Tget_class(type) == H5Tget_class(TypesOf<T>().file) && H5Tget_size(type) <= sizeof(T) &&
-                H5Sget_simple_extent_ndims(space) == static_cast<int>(1 + row.size()),
-            wrong);
+    const int rank = static_cast<int>(1 + row.size());
+    Require(IsStoredAs<T>(type) && H5Sget_simple_extent_ndims(space) == rank, wrong);
     Require(H5Sget_simple_extent_dims(space, shape.data(), nullptr) >= 0, wrong);
     Require(std::equal(row.begin(), row.end(), shape.begin() + 1), wrong);
     Require(shape[0] <= INT_MAX, wrong);
+    RequireAllWritten(table, creation, space, std::span(shape).first(1 + row.size()), H5Tget_size(type),
+                      name);
     return shape[0];
 }
 
@@ -145,6 +221,7 @@ inline Hdf5Object CreateGroup(hid_t parent, const char *name)
 
 inline Hdf5Object OpenGroup(hid_t parent, const std::string &name)
 {
+    RequireOwn(parent, name);
     return {H5Gopen2(parent, name.c_str(), H5P_DEFAULT), H5Gclose, name, " is missing"};
 }
 
@@ -153,7 +230,9 @@ inline bool IsMissing(hid_t file, const char *name)
     return H5Lexists(file, name, H5P_DEFAULT) <= 0;
 }
 
+// The library prints nothing, and loads no filters from elsewhere.
 inline void SilenceLibrary()
 {
+    H5PLset_loading_state(0);
     H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
 }

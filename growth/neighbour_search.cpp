@@ -12,7 +12,7 @@
 #include "growth/state.h"
 
 // Larger than any squared distance in an aggregate: where the scan's minimum starts.
-constexpr double kFarAway = 1e32;
+constexpr double kFarAway = kFarthestPartner * kFarthestPartner;
 // Branch lengths outside these bounds are not indexed: every particle is scanned.
 constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;

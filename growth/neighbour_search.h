@@ -13,6 +13,9 @@
 // distance so far (kept), and stop at the first that is nearer than a branch length.
 int FindPartner();
 
+// No particle as far away as this is found.
+constexpr double kFarthestPartner = 1e16;
+
 // The radius of a ball about the walker in which no walker has a partner, below 0 where none is known. It follows from
 // the particles, the branch length and the walker alone, whatever was searched before.
 double FreeRadius();

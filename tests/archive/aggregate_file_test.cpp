@@ -1,5 +1,7 @@
 #include "archive/aggregate_file.h"
 
+#include <array>
+#include <climits>
 #include <cmath>
 #include <cstring>
 #include <functional>
@@ -12,6 +14,7 @@
 #include "archive/content.h"
 #include "archive/hdf5.h"
 #include "archive/rescue.h"
+#include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
@@ -108,13 +111,26 @@ static void SetAttribute(hid_t file, const char *object, const char *name, T val
     WriteAttribute(opened, name, value);
 }
 
-static void ReplaceTable(hid_t file, const char *name, std::vector<hsize_t> shape)
+// By one that holds nothing, in storage with the given settings; else it is there in full.
+static void ReplaceTable(hid_t file, const char *name, std::vector<hsize_t> shape,
+                         const std::function<void(hid_t)> &set = nullptr)
 {
     H5Ldelete(file, name, H5P_DEFAULT);
     const Hdf5Object space(H5Screate_simple(static_cast<int>(shape.size()), shape.data(), nullptr), H5Sclose,
                            name);
-    const Hdf5Object table(
-        H5Dcreate2(file, name, H5T_IEEE_F64LE, space, H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT), H5Dclose, name);
+    const Hdf5Object settings(H5Pcreate(H5P_DATASET_CREATE), H5Pclose, name);
+    if (set)
+        set(settings);
+    else
+        H5Pset_alloc_time(settings, H5D_ALLOC_TIME_EARLY);
+    const Hdf5Object table(H5Dcreate2(file, name, H5T_IEEE_F64LE, space, H5P_DEFAULT, settings, H5P_DEFAULT),
+                           H5Dclose, name);
+}
+
+static void SetChunk(hid_t settings, hsize_t rows)
+{
+    const hsize_t chunk[] = {rows, 3};
+    H5Pset_chunk(settings, 2, chunk);
 }
 
 // Files whose checksums are right and whose content is not, as another program could write them.
@@ -152,7 +168,7 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          }},
         {"particles/position is no such table",
          [](hid_t file) {
-             ReplaceTable(file, "particles/position", {3000000000, 3});
+             ReplaceTable(file, "particles/position", {3000000000, 3}, [](hid_t) {});
          }},
         {"particles/flow is missing", [](hid_t file) { H5Ldelete(file, "particles/flow", H5P_DEFAULT); }},
         {"particles does not fit", [](hid_t file) { SetAttribute<int>(file, ".", "particles", 299); }},
@@ -162,14 +178,83 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          }},
         {"written by a newer program, in format 4; this one reads up to 3",
          [](hid_t file) { SetAttribute<int>(file, ".", "format_version", 4); }},
-        {"format_version is no such number",
+        {"format_version is not a number of type int32",
          [](hid_t file) { SetAttribute<double>(file, ".", "format_version", 1); }},
         {"an HDF5 file, but of another program", [](hid_t file) { H5Adelete(file, "format"); }},
-        {"growth/stickiness is out of range",
+        {"growth/stickiness is 101; allowed: 1 to 100",
          [](hid_t file) { SetAttribute<double>(file, "parameters/growth", "stickiness", 101); }},
         {"seed is missing",
          [](hid_t file) { H5Adelete_by_name(file, "parameters/growth", "seed", H5P_DEFAULT); }},
-        {"growth/walk is out of range",
+        {"growth/association is 5; allowed: 0, 1",
+         [](hid_t file) { SetAttribute<int>(file, "parameters/growth", "association", 5); }},
+        {"source/type is -1; allowed: 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17",
+         [](hid_t file) { SetAttribute<int>(file, "parameters/source", "type", -1); }},
+        {"drawing/mode is 4; allowed: 1, 2, 3, 5",
+         [](hid_t file) { SetAttribute<int>(file, "parameters/drawing", "mode", 4); }},
+        {"roots/count is 2; allowed: 3 and above",
+         [](hid_t file) { SetAttribute<int>(file, "parameters/roots", "count", 2); }},
+        {"steps is 296; allowed: 297 to 9223372036854775807",
+         [](hid_t file) { SetAttribute<uint64_t>(file, ".", "steps", 296); }},
+        {"steps is not a number of type uint64",
+         [](hid_t file) {
+             H5Adelete(file, "steps");
+             WriteAttribute(file, "steps", -1);
+         }},
+        {"particle 299 is farther from its parent than any particle sticks",
+         [](hid_t file) { SetInTable<double>(file, "particles/position", 897, 1e100); }},
+        {"roots: not those of the particles", [](hid_t file) { SetInTable<double>(file, "roots", 4, NAN); }},
+        {"walk/launch_positions: a number is missing",
+         [](hid_t file) { SetInTable<double>(file, "walk/launch_positions", 7, NAN); }},
+        {"particles/position is only a link, and links are not followed",
+         [](hid_t file) {
+             H5Ldelete(file, "particles", H5P_DEFAULT);
+             H5Lcreate_external("other.h5", "particles", file, "particles", H5P_DEFAULT, H5P_DEFAULT);
+         }},
+        {"particles/position is stored in another place, which is not read", // in itself
+         [](hid_t file) {
+             const hsize_t shape[] = {300, 3};
+             const Hdf5Object all(H5Screate_simple(2, shape, nullptr), H5Sclose, "");
+             ReplaceTable(file, "particles/position", {300, 3}, [&](hid_t settings) {
+                 H5Pset_virtual(settings, all, ".", "particles/position", all);
+             });
+         }},
+        {"particles/position is stored in another place, which is not read",
+         [](hid_t file) {
+             ReplaceTable(file, "particles/position", {300, 3},
+                          [](hid_t settings) { H5Pset_external(settings, "other", 0, H5F_UNLIMITED); });
+         }},
+        {"particles/position is filtered by something else than shuffle, deflate and fletcher32, once each",
+         [](hid_t file) {
+             ReplaceTable(file, "particles/position", {300, 3}, [](hid_t settings) {
+                 SetChunk(settings, 300);
+                 H5Pset_nbit(settings);
+             });
+         }},
+        {"particles/position: 100000000 rows are more than a file of ",
+         [](hid_t file) {
+             ReplaceTable(file, "particles/position", {100000000, 3}, [](hid_t settings) {
+                 SetChunk(settings, 16384);
+                 H5Pset_deflate(settings, 1);
+             });
+         }},
+        {"particles/position is cut into chunks that are too large",
+         [](hid_t file) {
+             ReplaceTable(file, "particles/position", {100000, 3}, [](hid_t settings) {
+                 SetChunk(settings, 100000);
+                 H5Pset_deflate(settings, 1);
+             });
+         }},
+        {"particles/position was not written to its end",
+         [](hid_t file) {
+             ReplaceTable(file, "particles/position", {300, 3},
+                          [](hid_t settings) { SetChunk(settings, 100); });
+             const Hdf5Object table(H5Dopen2(file, "particles/position", H5P_DEFAULT), H5Dclose, "");
+             const hsize_t first[] = {0, 0};
+             H5Dwrite_chunk(table, H5P_DEFAULT, 0, first, 2400, std::array<double, 300>().data());
+         }},
+        {"particles/flow was not written to its end",
+         [](hid_t file) { ReplaceTable(file, "particles/flow", {300}, [](hid_t) {}); }},
+        {"growth/walk is 2; allowed: 0, 1",
          [](hid_t file) { SetAttribute<int>(file, "parameters/growth", "walk", 2); }},
         {"flights with a rotation",
          [](hid_t file) {
@@ -183,8 +268,10 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
         {"camera/aperture is out of range",
          [](hid_t file) { SetAttribute<double>(file, "camera", "aperture", 180); }},
     };
+    WriteSmallAggregate();
+    const std::string whole = ReadWhole(kFile);
     for (const auto &row : rows) {
-        WriteSmallAggregate();
+        std::ofstream(kFile) << whole;
         {
             const Hdf5Object file(H5Fopen(kFile.c_str(), H5F_ACC_RDWR, H5P_DEFAULT), H5Fclose, "file");
             row.change(file);
@@ -192,7 +279,10 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
         StoredAggregate stored;
         const Fault fault = ReadAggregate(kFile, &stored);
         EXPECT_EQ(fault.kind, kFileFault);
-        EXPECT_EQ(fault.line, kFile + ": " + row.why);
+        std::string line = kFile + ": " + row.why;
+        if (line.ends_with("a file of "))
+            line += std::to_string(fs::file_size(kFile)) + " bytes can hold";
+        EXPECT_EQ(fault.line, line);
     }
 }
 
@@ -232,6 +322,36 @@ TEST(AggregateFile, RootsThatAreNowhereAreNotWritten)
     EXPECT_EQ(WriteAggregate(kFile, {}).line,
               "Cannot write \"a.sarkelo.h5\": particle 1 is nowhere: its position is no number");
     EXPECT_FALSE(fs::exists(kFile));
+}
+
+// Everything that the panels of a window let a user change while it grows can be read again.
+TEST(AggregateFile, WhateverAUserSetsCanBeReadAgain)
+{
+    const TemporaryDirectory directory;
+    RunRecord run;
+    run.view.aperture = 60;
+    const std::function<void()> changes[] = {
+        [] { growthstate.branchlength = 1e308; },
+        [] { growthstate.branchlength = 1e308, growthstate.sourcetype = kSourceAxisPlusX; },
+        [] { growthstate.nroots = INT_MAX; },
+        [] { growthstate.rootrange = growthstate.thickto = NAN; },
+        [] { options.surfacemode = 0; }, // while boxes are counted
+        [] { cells[1].p.x = 1e100; },    // of a seed file
+    };
+    for (const auto &change : changes) {
+        StartAfresh();
+        growthstate.nroots = 0; // the origin all the same
+        RestartFromRoots();
+        AppendToArray(&cells, &ncells, Particle{{0, 0, 0}, 0, -1, 0});
+        growthstate.nroots = 2;
+        change();
+        ForgetAggregate();
+        for (int k = 0; k < 20000; k++)
+            IterateSystem();
+        EXPECT_EQ(WriteAggregate(kFile, run).line, "");
+        StoredAggregate stored;
+        EXPECT_EQ(ReadAggregate(kFile, &stored).line, "");
+    }
 }
 
 TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
