@@ -33,6 +33,7 @@ struct Start {
 } // namespace
 
 static Fault FindStart(const Command &command, Start *start);
+static Fault CheckStop(const Recipe &recipe);
 static Fault ContinueRun(const Command &command, Start *start);
 static int GrowAndWrite(const Command &command, Start *start);
 static int Finish(const Command &command, const Start &start, GrowthEnd end, OwnFile *output,
@@ -73,7 +74,9 @@ static Fault FindStart(const Command &command, Start *start)
 {
     start->run.view = camera;
     if (command.resume.empty()) {
-        const Fault fault = StartRun(command.recipe);
+        Fault fault = StartRun(command.recipe);
+        if (!fault)
+            fault = CheckStop(command.recipe);
         return fault || !command.continues ? fault : ContinueRun(command, start);
     }
     StoredAggregate stored;
@@ -86,6 +89,16 @@ static Fault FindStart(const Command &command, Start *start)
     ResumeRun(std::move(stored));
     ApplyGroup(command.recipe, "drawing");
     return {};
+}
+
+// A run that would end before it starts is not what was meant.
+static Fault CheckStop(const Recipe &recipe)
+{
+    if (recipe.particles == 0 || ncells <= recipe.particles)
+        return {};
+    return {kRequestFault, recipe.PlaceOf(recipe.seedfile.empty() ? "roots.count" : "roots.file") + ": " +
+                               std::to_string(ncells) + " roots are more than the " +
+                               std::to_string(recipe.particles) + " particles at which growth stops"};
 }
 
 // Goes on from the output or its checkpoint, whichever has come further; both must be this run's where they stand.

@@ -1,11 +1,14 @@
 #include <cerrno>
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <span>
 #include <string>
 
 #include "growth/growth_step.h"
+#include "growth/neighbour_search.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
@@ -19,6 +22,7 @@ constexpr double kFarthest = 1e150;
 
 static Fault StartSurface(const Recipe &recipe);
 static Fault ReadSurface(const Recipe &recipe);
+static bool IsCutShort(const std::string &path);
 static Fault CheckCorners(const Recipe &recipe);
 static Fault StartRoots(const Recipe &recipe);
 static Fault CheckGrowth(const Recipe &recipe);
@@ -73,6 +77,8 @@ static Fault ReadSurface(const Recipe &recipe)
     const std::string about = recipe.PlaceOf("surface.file") + ": surface.file " + recipe.surfacefile;
     if (std::filesystem::is_directory(recipe.surfacefile, error))
         return {kFileFault, about + ": is a directory"};
+    if (IsCutShort(recipe.surfacefile))
+        return {kFileFault, about + ": cut short: it announces more faces than it holds"};
     switch (ReadSTLFile(recipe.surfacefile.c_str())) {
     case kSTLRead:
         break;
@@ -90,6 +96,26 @@ static Fault ReadSurface(const Recipe &recipe)
     if (nstltri == 0)
         return {kFileFault, about + ": has no face"};
     return {};
+}
+
+// Of a binary STL file, which the reader would fill up with copies of the last face. The attribute of the last one is
+// not missed.
+static bool IsCutShort(const std::string &path)
+{
+    constexpr std::uintmax_t kHeader = 80, kCount = 4, kFace = 50, kAttribute = 2;
+    FILE *file = fopen(path.c_str(), "r");
+    if (file == nullptr)
+        return false; // the reader says why
+    char line[7];
+    ReadLine(file, line, 6);
+    int32_t faces = 0;
+    const bool counted = strstr(line, "solid") == nullptr && fseek(file, kHeader, SEEK_SET) == 0 &&
+                         ReadInt(file, &faces, options.byteswap) == 1 && faces > 0;
+    fclose(file);
+    std::error_code error;
+    const std::uintmax_t size = std::filesystem::file_size(path, error);
+    const auto count = static_cast<std::uintmax_t>(faces);
+    return counted && !error && size < kHeader + kCount + kFace * count - kAttribute;
 }
 
 static Fault CheckCorners(const Recipe &recipe)
@@ -155,9 +181,12 @@ static Fault CheckGrowth(const Recipe &recipe)
         return {kRequestFault, recipe.PlaceOf("growth.rotation") +
                                    ": growth.rotation is not 0, and flights cannot be turned; growth.walk "
                                    "\"steps\" can"};
+    if (growthstate.branchlength > kFarthestPartner)
+        return never("growth.branch_length", "no particle is found that is 1e16 away or farther");
     const double launchradius = LaunchRadius();
     if (!(launchradius < kFarthest))
-        return never("growth.branch_length", "the space is too large to be walked");
+        return never(recipe.seedfile.empty() ? "roots.range" : "roots.file",
+                     "the space is too large to be walked");
     const bool associated = growthstate.association != 0 && growthstate.nroots >= 2;
     if (associated && ncells < growthstate.nroots)
         return never("growth.association",

@@ -123,6 +123,7 @@ ends 2 "unknown kind foo" --save foo:new.pov
 ends 2 "--slices 1,0,0,1" --slices 1,0,0,1 slices
 ends 2 "--bogus" --bogus
 ends 2 "--checkpoint" --checkpoint -1
+ends 2 "1000000 roots are more than the 100000 particles at which growth stops" --set roots.count=1000000 --set roots.distribution=Spherical
 [ ! -e new.sarkelo.h5 ]
 cmp five.sarkelo.h5 kept.sarkelo.h5
 

@@ -38,6 +38,8 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
     std::ofstream("two.txt") << "0 0 0\n9 9 9\n";
     std::ofstream("far.txt") << "0 0 0\n1 nan 2\n";
     std::ofstream("empty.txt") << "here\n";
+    std::ofstream("short.stl") << std::string(80, 'x')
+                               << std::string("\x80\x96\x98\0", 4); // 10,000,000 faces
     const std::pair<const char *, const char *> rows[] = {
         {"", "0 "},
         {"[growth]\nbias = 1", "0 "},
@@ -99,8 +101,13 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
          "2 r.toml:2: growth.walk is \"flight\"; allowed: \"steps\", \"flights\""},
         {"[growth]\nwalk = \"flights\"\nrotation = 1",
          "2 r.toml:3: growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can"},
-        {"[growth]\nbranch_length = 1e160",
+        {"[growth]\nbranch_length = 1e16", "0 "},
+        {"[growth]\nbranch_length = 1.00001e16",
+         "2 r.toml:2: can never grow: no particle is found that is 1e16 away or farther"},
+        {"[roots]\nrange = 1e160\ncount = 2\ndistribution = \"Spherical\"",
          "2 r.toml:2: can never grow: the space is too large to be walked"},
+        {"[surface]\nfile = \"short.stl\"",
+         "3 r.toml:2: surface.file short.stl: cut short: it announces more faces than it holds"},
     };
     for (const auto &[text, line] : rows)
         EXPECT_EQ(Tell(text), line) << text;
