@@ -6,19 +6,29 @@
 
 #include <unistd.h>
 
+#include "growth/growth_step.h"
+#include "growth/neighbour_search.h"
 #include "growth/state.h"
+#include "surface/surface.h"
 
 // Seconds between two lines: on a terminal, and at first and at last elsewhere.
 constexpr double kTerminalInterval = 0.5;
 constexpr double kFirstInterval = 10;
 constexpr double kLongestInterval = 600;
+// Particles a second below which growth is slow, whatever the size of the aggregate.
+constexpr double kSlow = 10;
+// Below this percentage stickiness, and from so many branch lengths on the way from the launch sphere, may be the reason.
+constexpr double kLowStickiness = 50;
+constexpr double kLongWay = 50;
 
 static std::string DescribeTime(double seconds);
+static std::string ListWhatSlows();
 
 Progress::Progress(const Recipe &wanted, bool silent)
     : stops(wanted), quiet(silent), terminal(isatty(STDOUT_FILENO) != 0),
       next(terminal ? kTerminalInterval : kFirstInterval), interval(next), firststeps(growthstate.steptotal),
-      earlierparticles(ncells)
+      earlierparticles(ncells), nextlook(kFirstInterval), lookinterval(kFirstInterval),
+      particlesatlook(ncells)
 {
 }
 
@@ -37,6 +47,24 @@ void Progress::Report(double elapsed)
     next = elapsed + interval;
     earlier = elapsed;
     earlierparticles = ncells;
+    if (elapsed >= nextlook)
+        ReportSlowness(elapsed);
+}
+
+void Progress::ReportSlowness(double elapsed)
+{
+    const int arrived = ncells - particlesatlook;
+    const double seconds = elapsed - earlierlook;
+    const std::string reasons = ListWhatSlows();
+    if (arrived < kSlow * seconds && !reasons.empty()) {
+        printf("%s%d particles in the last %s: slow, since %s%s\n", terminal ? "\r" : "", arrived,
+               DescribeTime(seconds).c_str(), reasons.c_str(), terminal ? "\x1b[K" : "");
+        fflush(stdout);
+    }
+    lookinterval = std::min(2 * lookinterval, kLongestInterval);
+    nextlook = elapsed + lookinterval;
+    earlierlook = elapsed;
+    particlesatlook = ncells;
 }
 
 void Progress::End() const
@@ -85,4 +113,28 @@ static std::string DescribeTime(double seconds)
     else
         snprintf(text, sizeof text, "%ld s", whole);
     return text;
+}
+
+// What of the settings keeps walkers from arriving, in words; empty where nothing is known to.
+static std::string ListWhatSlows()
+{
+    const GrowthState &state = growthstate;
+    std::string list;
+    const auto add = [&](bool holds, const std::string &reason) {
+        if (holds)
+            list.append(list.empty() ? "" : "; ").append(reason);
+    };
+    const double way = LaunchRadius() / state.branchlength;
+    char far[80];
+    snprintf(far, sizeof far, "walkers start %.0f branch lengths away", way);
+    add(state.association != 0 && state.nroots > 1,
+        "with association a particle sticks to one in " + std::to_string(state.nroots) + " only");
+    add(way > kLongWay, far + std::string(WalkersLeave() ? "" : ", and live 10,000 steps"));
+    add(WalkersLeave() && state.walk == kWalkSteps, "walkers far away go step by step, without flights");
+    add(state.stickiness < kLowStickiness, "few walkers that come near stick");
+    add(state.intersectrange > 0, "branches that come near to others are refused");
+    add(state.branchlength > kFarthestPartner, "no particle is found that is 1e16 away or farther");
+    add(nstltri > 0, "the surface may be in the way");
+    add(!list.empty() && state.bias > 0, "the bias drives walkers away from the roots");
+    return list;
 }

@@ -1,7 +1,9 @@
 // How growth goes, told on standard output: on a terminal one line that is written anew twice a second, else plain
-// lines at growing intervals.
+// lines at growing intervals. Where few particles arrive, a line at growing intervals says what may be the reason.
 
 #pragma once
+
+#include <string>
 
 #include "recipe/recipe.h"
 
@@ -19,6 +21,7 @@ public:
 
 private:
     [[nodiscard]] std::string Describe(double elapsed) const;
+    void ReportSlowness(double elapsed);
 
     const Recipe &stops;
     bool quiet, terminal;
@@ -27,4 +30,8 @@ private:
     // At the report before the last.
     double earlier = 0;
     int earlierparticles;
+    // Of slowness.
+    double nextlook, lookinterval;
+    double earlierlook = 0;
+    int particlesatlook;
 };
