@@ -126,7 +126,7 @@ static std::string ListWhatSlows()
     };
     const double way = LaunchRadius() / state.branchlength;
     char far[80];
-    snprintf(far, sizeof far, "walkers start %.0f branch lengths away", way);
+    snprintf(far, sizeof far, "walkers start %.4g branch lengths away", way);
     add(state.association != 0 && state.nroots > 1,
         "with association a particle sticks to one in " + std::to_string(state.nroots) + " only");
     add(way > kLongWay, far + std::string(WalkersLeave() ? "" : ", and live 10,000 steps"));

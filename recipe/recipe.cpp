@@ -14,6 +14,9 @@
 #include "recipe/keys.h"
 #include "surface/samples.h"
 
+// Bytes.
+constexpr std::size_t kLongestRecipe = std::size_t{1} << 20;
+
 namespace
 {
 // Where a value was found, for messages, and what relative paths count from.
@@ -47,7 +50,7 @@ std::string Recipe::PlaceOf(const std::string &key) const
     return place != places.end() ? place->second : "recipe";
 }
 
-// Returns false, with the reason in errno, where a file cannot be read to its end.
+// Returns false, with the reason in errno, where a file cannot be read to its end, or has none.
 static bool ReadWholeFile(const std::string &path, std::string *text)
 {
     FILE *file = fopen(path.c_str(), "r");
@@ -55,10 +58,11 @@ static bool ReadWholeFile(const std::string &path, std::string *text)
         return false;
     char buffer[4096];
     std::size_t count = 0;
-    while ((count = fread(buffer, 1, sizeof buffer, file)) > 0)
+    while (text->size() <= kLongestRecipe && (count = fread(buffer, 1, sizeof buffer, file)) > 0)
         text->append(buffer, count);
-    const bool whole = !ferror(file);
-    const int reason = errno;
+    const bool ends = text->size() <= kLongestRecipe;
+    const bool whole = ends && !ferror(file);
+    const int reason = ends ? errno : EFBIG;
     fclose(file);
     errno = reason;
     return whole;

@@ -19,6 +19,8 @@
 
 // Distances of which the square is no number cannot be walked.
 constexpr double kFarthest = 1e150;
+// In branch lengths: a step of a walker that starts so far away is lost in rounding.
+constexpr double kFarthestLaunch = 1e17;
 
 static Fault StartSurface(const Recipe &recipe);
 static Fault ReadSurface(const Recipe &recipe);
@@ -184,7 +186,7 @@ static Fault CheckGrowth(const Recipe &recipe)
     if (growthstate.branchlength > kFarthestPartner)
         return never("growth.branch_length", "no particle is found that is 1e16 away or farther");
     const double launchradius = LaunchRadius();
-    if (!(launchradius < kFarthest))
+    if (!(launchradius < kFarthestLaunch * growthstate.branchlength))
         return never(recipe.seedfile.empty() ? "roots.range" : "roots.file",
                      "the space is too large to be walked");
     const bool associated = growthstate.association != 0 && growthstate.nroots >= 2;

@@ -104,7 +104,7 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
         {"[growth]\nbranch_length = 1e16", "0 "},
         {"[growth]\nbranch_length = 1.00001e16",
          "2 r.toml:2: can never grow: no particle is found that is 1e16 away or farther"},
-        {"[roots]\nrange = 1e160\ncount = 2\ndistribution = \"Spherical\"",
+        {"[roots]\nrange = 1e18\ncount = 2\ndistribution = \"Spherical\"",
          "2 r.toml:2: can never grow: the space is too large to be walked"},
         {"[surface]\nfile = \"short.stl\"",
          "3 r.toml:2: surface.file short.stl: cut short: it announces more faces than it holds"},
@@ -115,6 +115,7 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
     EXPECT_EQ(ReadRecipe("none.toml", &recipe).line,
               "none.toml: cannot read the recipe: No such file or directory");
     EXPECT_EQ(ReadRecipe(".", &recipe).kind, kFileFault);
+    EXPECT_EQ(ReadRecipe("/dev/zero", &recipe).line, "/dev/zero: cannot read the recipe: File too large");
 }
 
 TEST(Recipes, AssignmentsAreValuesOrBareWords)
