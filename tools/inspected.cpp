@@ -123,8 +123,8 @@ extern "C" void __wrap_glutSwapBuffers()
 
 int main(int argc, char **argv)
 {
-    signal(SIGUSR1, [](int) { wanted = 1; });
     PrepareRescue(DescribeWindowRun);
+    signal(SIGUSR1, [](int) { wanted = 1; }); // in place of its end
     RunProgram(argc, argv);
     return 0;
 }
