@@ -1,12 +1,15 @@
 #include "app/idle.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include <GL/glut.h>
 
 #include "app/panels.h"
 #include "geom/clock.h"
+#include "growth/control_panel.h"
 #include "growth/flights.h"
+#include "growth/main_window.h"
 #include "growth/state.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
@@ -17,6 +20,8 @@
 constexpr int kMovesPerCall = 100;
 // Seconds after a redisplay from which the panels are polled.
 constexpr double kPanelDelay = 0.02;
+// The longest sleep, in seconds: how late the panels' own clocks can be.
+constexpr double kLongestSleep = 0.05;
 // Autospin units per radian.
 constexpr double kSpinUnits = 200;
 
@@ -28,6 +33,7 @@ struct Pace {
 };
 } // namespace
 
+static bool IsAtWork();
 static void Grow();
 static Pace FindPace(double redisplayed);
 
@@ -44,16 +50,28 @@ void HandleIdle()
     const Pace pace = FindPace(redisplayed);
     if (now - pace.stamp > kPanelDelay)
         PollPanels();
-    if (now - pace.stamp > pace.period) {
+    if (now - pace.stamp > pace.period &&
+        (!viewwindow || (IsFrameWanted() && !IsInputWaiting(IsPanelShown())))) {
         glutPostRedisplay();
         redisplayed = now;
         RotateCamera(options.autospin / kSpinUnits, 0, 0);
+        if (viewwindow)
+            ShowFileInTitle();
+    } else if (viewwindow && !IsAtWork()) {
+        const double wait = IsFrameWanted() ? pace.stamp + pace.period - now : kLongestSleep;
+        WaitForEvent(std::clamp(wait, 0.0, kLongestSleep), IsPanelShown());
     }
 }
 
 void HandleVisibility(int state)
 {
     glutIdleFunc(state == GLUT_VISIBLE ? Guarded<HandleIdle, kRepeatedCallback> : nullptr);
+}
+
+// Between frames.
+static bool IsAtWork()
+{
+    return growthstate.running || options.boxcountrequest;
 }
 
 static void Grow()
@@ -74,10 +92,9 @@ static void Grow()
 // much time as the frame took.
 static Pace FindPace(double redisplayed)
 {
-    const bool works = growthstate.running || options.boxcountrequest;
     const double took = lastframe.end - lastframe.start;
     const double period = 1 / options.framerate;
-    if (works && took > period && lastframe.start >= redisplayed)
+    if (IsAtWork() && took > period && lastframe.start >= redisplayed)
         return {lastframe.end, took};
     return {redisplayed, period};
 }

@@ -4,11 +4,12 @@
 #include "growth/settings_panel.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
+#include "viewer/display.h"
 #include "viewer/surface_drawing.h"
 
 void PollPanels()
 {
-    if (!settingformvisible && !stlformvisible && !sliceformvisible)
+    if (!IsPanelShown())
         return;
     const FL_OBJECT *worked = fl_check_forms();
     if (worked == nullptr)
@@ -21,4 +22,5 @@ void PollPanels()
         DrawSTL(options.surfacemode, 1);
         UpdateForms();
     }
+    RequestFrame();
 }

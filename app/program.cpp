@@ -19,6 +19,7 @@
 #include "growth/signal_watch.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -27,13 +28,14 @@
 static void StartForms(char *path);
 static void CreatePanels();
 static void OpenWindow(int argc, char **argv);
-static void RegisterCallbacks(bool files);
+static void RegisterCallbacks();
+static void CloseWindow();
 
 void RunProgram(int argc, char **argv)
 {
     PrepareRecords();
     ReadSwitches(argc, argv);
-    RunWindow(argc, argv, false);
+    RunWindow(argc, argv, [] {});
 }
 
 void PrepareRecords()
@@ -44,15 +46,18 @@ void PrepareRecords()
     SetProgramDefaults();
 }
 
-void RunWindow(int argc, char **argv, bool files)
+void RunWindow(int argc, char **argv, void (*opened)())
 {
     StartForms(argv[0]);
     CreatePanels();
     OpenWindow(argc, argv);
-    RegisterCallbacks(files);
-    StartSignalWatch(EndBySignal, LeaveAggregate, KeepAggregate);
+    RegisterCallbacks();
+    StartSignalWatch(EndBySignal, CloseWindow, KeepAggregate);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
+    opened();
+    if (viewwindow)
+        ShowFileInTitle();
     glutMainLoop();
 }
 
@@ -87,25 +92,36 @@ static void OpenWindow(int argc, char **argv)
     glutInit(&argc, argv);
     const unsigned int stereo = camera.stereo == kStereoActive ? GLUT_STEREO : 0;
     glutInitDisplayMode(GLUT_DOUBLE | GLUT_DEPTH | stereo);
-    glutCreateWindow("Diffusion Limited Aggregation");
+    if (viewwindow && stereo != 0 && !glutGet(GLUT_DISPLAY_MODE_POSSIBLE)) {
+        fputs("sarkelo-view: this display has no active stereo (-s)\n", stderr);
+        exit(EXIT_FAILURE);
+    }
+    glutCreateWindow(kTitle);
     IntroduceMainWindow();
     glutReshapeWindow(camera.screenwidth, camera.screenheight);
     if (options.fullscreen)
         glutFullScreen();
 }
 
-static void RegisterCallbacks(bool files)
+static void RegisterCallbacks()
 {
     glutDisplayFunc(Guarded<HandleDisplay, kRepeatedCallback>);
     glutReshapeFunc(Guarded<HandleReshape>);
-    CreateMenus(files);
+    CreateMenus();
     glutKeyboardFunc(Guarded<HandleKeyboard>);
     glutSpecialFunc(Guarded<HandleSpecialKeyboard>);
-    glutMouseFunc(Guarded<HandleMouse>);
+    glutMouseFunc(HandleMouse); // it and passive motion only record where the pointer is
     glutMotionFunc(Guarded<HandleMouseMotion>);
-    glutPassiveMotionFunc(Guarded<HandlePassiveMotion>);
+    glutPassiveMotionFunc(HandlePassiveMotion);
     glutVisibilityFunc(Guarded<HandleVisibility>);
     if (camera.stereo == kStereoDualScreen)
         glutSetCursor(GLUT_CURSOR_NONE);
     glutIdleFunc(Guarded<HandleIdle, kRepeatedCallback>);
+}
+
+// The user closes the main window.
+static void CloseWindow()
+{
+    AskBeforeClosing();
+    LeaveAggregate();
 }

@@ -23,6 +23,7 @@
 #include "growth/camera_home.h"
 #include "recipe/recipe.h"
 #include "viewer/aggregate_dialog.h"
+#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 
@@ -74,7 +75,10 @@ static int View(int argc, char **argv)
     PrepareRescue(DescribeWindowRun);
     if (!command.whole)
         KeepFramesQuick();
-    RunWindow(count, words.data(), true);
+    viewwindow = true;
+    windowfile = command.file;
+    RunWindow(
+        count, words.data(), command.file.empty() ? Guarded<OfferRescue> : [] {});
     return 0;
 }
 

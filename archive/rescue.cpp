@@ -54,6 +54,11 @@ void LeaveAggregate()
     describerun = nullptr;
 }
 
+bool HasSignalCome()
+{
+    return caught != 0;
+}
+
 void EndBySignal()
 {
     const int number = caught;

@@ -11,6 +11,9 @@
 // SIGXCPU and SIGUSR1. One that is ignored stays so, as nohup wants it.
 void HandleEndSignals(void (*handler)(int), int flags = 0);
 
+// What the names of rescue files begin with.
+constexpr const char *kRescueName = "sarkelo-rescue-";
+
 // From now on the aggregate is to be kept. `describe` says what the run has besides the records. The signals
 // above are noticed and wait for EndBySignal.
 void PrepareRescue(RunRecord (*describe)());
@@ -33,6 +36,9 @@ void MarkAggregateSaved();
 
 // Whether the aggregate has more particles than roots and differs from what was last marked as saved.
 bool HasUnsavedParticles();
+
+// Whether a signal waits for EndBySignal.
+bool HasSignalCome();
 
 // Where a signal has come, keeps the aggregate and ends the program by the same signal. Call several times a second
 // from where the records are not being changed.

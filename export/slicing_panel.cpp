@@ -1,6 +1,7 @@
 #include "export/slicing_panel.h"
 
 #include <cstdlib>
+#include <filesystem>
 
 #include "export/slices.h"
 #include "growth/state.h"
@@ -13,6 +14,7 @@ constexpr double kShortestNormal = 1e-5;
 FD_sliceform *sliceform = nullptr;
 
 static void Slice();
+static void ShowFault(SliceResult result);
 static void Change(const PanelObject &object, const Parameter &parameter);
 
 static FD_sliceform panel;
@@ -68,14 +70,26 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    switch (WithWaitCursor([=] { return DoSlice(options.slicecount, direction, stderr); })) {
+    const SliceResult result = WithWaitCursor([=] { return DoSlice(options.slicecount, direction, stderr); });
+    switch (result) {
     case kSlicesDone:
-    case kSliceUnwritten:
         break;
+    case kSliceUnwritten:
     case kSliceUnopened:
-        exit(-1);
+        ShowFault(result);
+        break;
     case kSlicesOutOfMemory:
         fl_show_message("Memory Error", "Not enough memory to slice the aggregate", "");
         break;
     }
+}
+
+// Standard error has said which slice could not be written, and why.
+static void ShowFault(SliceResult result)
+{
+    if (viewwindow)
+        fl_show_message("File Error", "A slice could not be written to the current directory",
+                        std::filesystem::current_path().c_str());
+    else if (result == kSliceUnopened)
+        exit(-1);
 }

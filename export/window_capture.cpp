@@ -1,13 +1,18 @@
 #include "export/window_capture.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
+#include <string>
 
 #include <GL/gl.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 #include "export/output_file.h"
+#include "growth/state.h"
 #include "image/bitmap.h"
 
 // Characters of a file name, with its end.
@@ -28,6 +33,7 @@ struct FileName {
 static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int width, int height, int code,
                        Pixel *pixels);
 static FileName NameFile(const char *prefix, const char *name, int code);
+static const std::string &FindSeries();
 static void Report(const char *fault);
 
 int WindowDump(const char *name, int width, int height, int stereo, int code)
@@ -66,12 +72,16 @@ static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int 
     OutputFile file(path.text, reported);
     if (file.Stream() == nullptr) {
         Report("WindowDump - Failed to open file for window dump\n");
+        errno = file.Reason();
         return false;
     }
     glReadBuffer(buffer);
     glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
     Write_Bitmap(file.Stream(), pixels, width, height, code);
-    return file.Finish();
+    if (file.Finish())
+        return true;
+    errno = file.Reason();
+    return false;
 }
 
 static FileName NameFile(const char *prefix, const char *name, int code)
@@ -83,10 +93,24 @@ static FileName NameFile(const char *prefix, const char *name, int code)
     const char *extension = format < std::size(kExtensions) ? kExtensions[format] : "";
     FileName path;
     if (*name == '\0')
-        snprintf(path.text, sizeof path.text, "%s%04d.%s", prefix, counter, extension);
+        snprintf(path.text, sizeof path.text, "%s%s%04d.%s", prefix, FindSeries().c_str(), counter,
+                 extension);
     else
         snprintf(path.text, sizeof path.text, "%s%s.%s", prefix, name, extension);
     return path;
+}
+
+// What stands before this window's numbers: nothing, or its process and a dash where another view window that still runs
+// has taken the plain numbers of this directory.
+static const std::string &FindSeries()
+{
+    static const std::string series = [] {
+        const int folder = viewwindow ? open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC) : -1;
+        // The lock lasts as long as the program.
+        const bool taken = folder >= 0 && flock(folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        return taken ? std::to_string(getpid()) + "-" : std::string();
+    }();
+    return series;
 }
 
 static void Report(const char *fault)

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "growth/main_window.h"
+#include "growth/state.h"
 
 namespace
 {
@@ -20,6 +21,7 @@ static std::vector<Panel> panels;
 static FL_OBJECT *AddObject(const PanelObject &object);
 static int CloseWindow(FL_FORM *form, void *visible);
 static void FillInput(const PanelObject &object);
+static const char *FindTitle(const FL_FORM *form);
 
 FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelObject> objects, int *visible)
 {
@@ -40,7 +42,7 @@ FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelOb
 void ShowPanel(FL_FORM *form, int *visible)
 {
     UpdateForms();
-    fl_show_form(form, FL_PLACE_CENTER, FL_FULLBORDER, "");
+    fl_show_form(form, FL_PLACE_CENTER, FL_FULLBORDER, viewwindow ? FindTitle(form) : "");
     OwnPanel(form);
     *visible = 1;
 }
@@ -65,6 +67,11 @@ const Parameter &ShownParameter(const PanelObject &object)
     if (double *const *number = std::get_if<double *>(&object.value))
         return ParameterOf(*number);
     return ParameterOf(std::get<int *>(object.value));
+}
+
+bool IsPanelShown()
+{
+    return settingformvisible || stlformvisible || sliceformvisible;
 }
 
 void SetPanelCursors(int cursor)
@@ -120,6 +127,17 @@ static int CloseWindow(FL_FORM *, void *visible)
 {
     *static_cast<int *>(visible) = 0;
     return FL_OK;
+}
+
+// The panel's first title.
+static const char *FindTitle(const FL_FORM *form)
+{
+    for (const Panel &panel : panels)
+        if (panel.form == form)
+            for (const PanelObject &object : panel.objects)
+                if (object.kind == kPanelTitle)
+                    return object.label;
+    return "";
 }
 
 static void FillInput(const PanelObject &object)

@@ -49,6 +49,9 @@ void ShowPanel(FL_FORM *form, int *visible);
 // Hides a panel.
 void HidePanel(FL_FORM *form, int *visible);
 
+// Whether one of them is shown.
+bool IsPanelShown();
+
 // Gives the panels that are shown a cursor of the toolkit.
 void SetPanelCursors(int cursor);
 

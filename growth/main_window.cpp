@@ -8,6 +8,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/xpm.h>
+#include <poll.h>
 
 #include "packaging/icons/sarkelo.xpm"
 
@@ -17,15 +18,18 @@ constexpr long kAddState = 1;
 constexpr long kFromApplication = 1;
 
 static Window mainwindow = None;
+static Display *maindisplay = nullptr; // the toolkits have a connection each
 
 static void SetClass();
 static void SetIcon();
 static void OwnDialogs();
 static Atom FindAtom(const char *name);
+static Bool LookAtEvent(Display *, XEvent *event, XPointer isinput);
 
 void IntroduceMainWindow()
 {
     mainwindow = glXGetCurrentDrawable();
+    maindisplay = glXGetCurrentDisplay();
     if (mainwindow == None)
         return;
     SetClass();
@@ -52,7 +56,42 @@ void OwnPanel(FL_FORM *form)
     event.xclient = message;
     XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
                &event);
+    XRaiseWindow(display, form->window); // over a full screen, it can be put behind another panel
     OwnDialogs(); // the toolkit takes the panel for the owner once it is shown
+}
+
+bool IsInputWaiting(bool panels)
+{
+    bool isinput = panels && XPending(fl_get_display()) > 0;
+    XEvent event;
+    XCheckIfEvent(maindisplay, &event, LookAtEvent, reinterpret_cast<XPointer>(&isinput));
+    return isinput;
+}
+
+void WaitForEvent(double seconds, bool panels)
+{
+    Display *panelsdisplay = fl_get_display();
+    // What has been read already does not wait at the connection.
+    if (XPending(maindisplay) > 0 || (panels && XPending(panelsdisplay) > 0))
+        return;
+    pollfd connections[] = {{ConnectionNumber(maindisplay), POLLIN, 0},
+                            {ConnectionNumber(panelsdisplay), POLLIN, 0}};
+    poll(connections, panels ? 2 : 1, static_cast<int>(seconds * 1000));
+}
+
+void CloseMenu()
+{
+    XEvent event = {};
+    event.xbutton.type = ButtonPress;
+    event.xbutton.window = mainwindow;
+    event.xbutton.root = DefaultRootWindow(maindisplay);
+    event.xbutton.same_screen = True;
+    event.xbutton.x = event.xbutton.y = event.xbutton.x_root = event.xbutton.y_root = -1;
+    event.xbutton.button = Button1;
+    XSendEvent(maindisplay, mainwindow, False, ButtonPressMask, &event);
+    event.xbutton.type = ButtonRelease;
+    event.xbutton.state = Button1Mask;
+    XSendEvent(maindisplay, mainwindow, False, ButtonReleaseMask, &event);
 }
 
 static void SetClass()
@@ -87,6 +126,21 @@ static void OwnDialogs()
     static FL_FORM owner = {};
     owner.window = mainwindow;
     fl_set_app_mainform(&owner);
+}
+
+// Notes whether it is input; takes no event out of the queue. In the main window the pointer's movements are input only
+// while a button is held; whatever comes to another window comes to a menu.
+static Bool LookAtEvent(Display *, XEvent *event, XPointer isinput)
+{
+    constexpr unsigned kButtons = Button1Mask | Button2Mask | Button3Mask;
+    bool is = true;
+    if (event->xany.window == mainwindow)
+        is = event->type == KeyPress || event->type == ButtonPress || event->type == ButtonRelease ||
+             event->type == ClientMessage ||
+             (event->type == MotionNotify && (event->xmotion.state & kButtons) != 0);
+    if (is)
+        *reinterpret_cast<bool *>(isinput) = true;
+    return False;
 }
 
 static Atom FindAtom(const char *name)

@@ -9,6 +9,17 @@
 // and get the keyboard. Call right after the window has been made.
 void IntroduceMainWindow();
 
-// Makes the main window the owner of a panel that has just been shown, and keeps the panel, which has no
-// title, out of the taskbar.
+// Makes the main window the owner of a panel that has just been shown, puts the panel in front and keeps it out of
+// the taskbar.
 void OwnPanel(FL_FORM *form);
+
+// Whether something that the user has done waits: in the main window or its menus a key or a button, a drag, a movement
+// within a menu, a request to close the window; with `panels`, anything in a panel.
+bool IsInputWaiting(bool panels);
+
+// Waits until something happens in a window or, with `panels`, in a panel, at most so many seconds. Returns early when a
+// signal comes.
+void WaitForEvent(double seconds, bool panels);
+
+// Closes the menu that is open, as a click beside it does.
+void CloseMenu();

@@ -17,6 +17,7 @@ Stats stats;
 int settingformvisible = 0;
 int stlformvisible = 0;
 int sliceformvisible = 0;
+bool viewwindow = false;
 
 void SetProgramDefaults()
 {

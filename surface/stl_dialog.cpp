@@ -5,9 +5,11 @@
 
 #include <forms.h>
 
+#include "growth/state.h"
 #include "growth/wait_cursor.h"
 #include "surface/stl_reader.h"
 
+static int Refuse();
 static void ShowFileError(const char *text, const std::string &detail = "");
 
 int ReadSTL()
@@ -25,10 +27,10 @@ int ReadSTL()
         return 0;
     case kSTLBadVertices:
         ShowFileError("Error reading vertices in ascii STL file");
-        exit(-1);
+        return Refuse();
     case kSTLShortHeader:
         ShowFileError("Failed to read an expected STL header");
-        exit(-1);
+        return Refuse();
     case kSTLBadCount:
         ShowFileError("Read an unexpected number of faces in STL header");
         return 0;
@@ -36,6 +38,13 @@ int ReadSTL()
         ShowFileError("Not enough memory for this STL file", path);
         return 0;
     }
+    return 0;
+}
+
+static int Refuse()
+{
+    if (!viewwindow)
+        exit(-1);
     return 0;
 }
 

@@ -69,7 +69,7 @@ key() {
 
 picture() {
     # Over a panel xwd mixes visuals, and the depth is then another.
-    timeout 20 xwd -silent -name "$title" | xwdtopnm 2>/dev/null | pamdepth 255 2>/dev/null >"$1"
+    timeout 20 xwd -silent -id "$window" | xwdtopnm 2>/dev/null | pamdepth 255 2>/dev/null >"$1"
 }
 
 # Colours of an area (columns left to right) of a picture that are not black.
@@ -77,49 +77,37 @@ colours() {
     pnmcut -left "$2" -right "$3" "$1" | ppmhist -noheader | awk '$5 > 0 && $1 + $2 + $3 > 0' | wc -l
 }
 
-# Menus: the entries from top to bottom, and how far an entry is from the next, in pixels.
-main_menu=("Settings" "Save DLA as" "Save constraint surface to STL file" "Compute/save slices"
-    "Save simulation information" "Read constraint surface from STL file" "Read seeds" "-"
-    "DLA drawing mode" "Constraint surface drawing mode" "-" "New particle distribution"
-    "Sample constraint surfaces" "Transform constraint surface" "Initial root distribution" "-"
-    "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)"
-    "Calculate statistics (f5)" "-" "Quit (q)")
+# The menus, which the tests hold against the program: "MENU ID LABEL", or "MENU > SUBMENU LABEL", the main menu last; and how
+# far an entry is from the next, in pixels. sarkelo-view has a tree of its own.
+menu_tree=$project/tests/viewer/menu_tree.txt
 entry_height=25
 
-# The menus that entries of the main menu open, by their numbers in menu_tree.txt, which the tests hold against the program.
-declare -A menu_numbers=(["Constraint surface drawing mode"]=1 ["Save DLA as"]=2 ["DLA drawing mode"]=3
-    ["Sample constraint surfaces"]=4 ["New particle distribution"]=5 ["Initial root distribution"]=6)
+# labels_in MENU: the labels of a menu's entries, by its number, from top to bottom.
+labels_in() { sed -nE "s/^$1 (> )?[0-9]+ (.*)/\2/p" "$menu_tree"; }
 
-# labels_of MENU: the labels of a menu's entries, from top to bottom.
-labels_of() {
-    sed -nE "s/^${menu_numbers[$1]} [0-9]+ (.*)/\1/p" "$project/tests/viewer/menu_tree.txt"
-}
+# submenu LABEL: the number of the menu that an entry opens.
+submenu() { sed -nE "s|^[0-9]+ > ([0-9]+) $1\$|\1|p" "$menu_tree"; }
 
-# choose ENTRY [LABEL]: chooses an entry of the main menu, or the entry with that label of the menu it opens.
+# labels_of LABEL: the labels of the menu that an entry opens.
+labels_of() { labels_in "$(submenu "$1")"; }
+
+# choose LABEL...: chooses an entry of the main menu, or of the menu that an entry opens, and so on.
 choose() {
-    local number
-    if [ $# -gt 1 ]; then
-        number=$(labels_of "$1" | grep -nxF -- "$2" | cut -d : -f 1)
-        [ -n "$number" ] || fail "no entry $2 in $1"
-        set -- "$1" "$number"
-    fi
-    local row=0 y
-    until [ "${main_menu[$row]}" = "$1" ]; do
-        row=$((row + 1))
-        [ $row -lt ${#main_menu[@]} ] || fail "no entry $1"
+    local menu label number depth=1 x=$((left + 20)) y=$((top + 20))
+    menu=$(tail -1 "$menu_tree" | cut -d " " -f 1)
+    xdotool mousemove $x $y click 3
+    for label in "$@"; do
+        wait_for "menu $depth" visible "freeglut menu" $depth
+        # Each menu opens to the right of the one before.
+        [ $depth -eq 1 ] || read -r x y < <(xwininfo -root -tree |
+            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | sort -n | tail -1)
+        number=$(labels_in "$menu" | grep -nxF -- "$label" | cut -d : -f 1)
+        [ -n "$number" ] || fail "no entry $label"
+        y=$((y + 14 + entry_height * (number - 1)))
+        xdotool mousemove $((x + 40)) $((y + 2)) mousemove $((x + 42)) $y
+        menu=$(submenu "$label")
+        depth=$((depth + 1))
     done
-    xdotool mousemove $((left + 20)) $((top + 20)) click 3
-    wait_for "the menu" visible "freeglut menu" 1
-    y=$((top + 34 + entry_height * row))
-    xdotool mousemove $((left + 60)) $((y + 2)) mousemove $((left + 62)) $y
-    if [ $# -gt 1 ]; then
-        wait_for "the menu of $1" visible "freeglut menu" 2
-        # The one that stands to the right of the main menu's left edge.
-        set -- "$1" "$2" $(xwininfo -root -tree |
-            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | awk -v left="$left" '$1 > left + 20')
-        y=$(($4 + 14 + entry_height * ($2 - 1)))
-        xdotool mousemove $(($3 + 20)) $((y + 2)) mousemove $(($3 + 22)) $y
-    fi
     sleep 0.1
     xdotool click 1
     wait_for "the menu gone" visible "freeglut menu" 0
@@ -194,12 +182,20 @@ answer() {
 }
 
 # Answers the question that stands there with no.
-click_no() {
+click_no() { click_button Question 335; }
+
+# Answers the choice that stands there.
+click_save() { click_button Choice 85; }
+click_discard() { click_button Choice 230; }
+click_cancel() { click_button Choice 375; }
+
+# click_button TITLE X: clicks at the button there of a box.
+click_button() {
     local id
-    wait_for "a question" visible Question
-    id=$(xdotool search --onlyvisible --name Question | head -1)
-    xdotool mousemove --window "$id" 335 103 click 1
-    wait_for "the question gone" visible Question 0
+    wait_for "$1" visible "$1"
+    id=$(xdotool search --onlyvisible --name "$1" | head -1)
+    xdotool mousemove --window "$id" "$2" 103 click 1
+    wait_for "$1 gone" visible "$1" 0
 }
 
 # Types a path into the file selector that stands there; without one, cancels it.

@@ -1,6 +1,9 @@
 #include "viewer/aggregate_drawing.h"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <vector>
 
 #include <GL/gl.h>
 
@@ -12,15 +15,28 @@ constexpr int kTubeFacets = 10;
 // The mode that sets its environment and draws nothing; no menu entry selects it.
 constexpr int kAggregateNothing = 4;
 
-int drawnstride = 1;
 DrawingStyle drawingstyle;
+// Branches between two looks at whether drawing is to stop: some hundredths of a second as tubes.
+constexpr int kBranchesAtOnce = 2000;
+
+DrawingPart drawingpart;
+
+namespace
+{
+// The `most` branches of the largest flow: those above `least`, and the first so many that equal it.
+struct Heaviest {
+    explicit Heaviest(int most);
+    double least = -HUGE_VAL;
+    int equals = 0;
+};
+} // namespace
 
 static void SetMaterial();
 static void SetLights(bool lit);
 static void EnableLight(GLenum light, const float position[4]);
 static bool IsFlushDue(int index);
 static void DrawPoints();
-static void DrawLines();
+static void DrawLines(int mode);
 static void DrawTubes();
 
 void CreateEnvironment(int mode)
@@ -51,11 +67,12 @@ void DrawDLA(int mode)
     if (mode != kAggregatePoints && mode != kAggregateLines && mode != kAggregateNothing &&
         mode != kAggregateTubes)
         return;
-    CreateEnvironment(mode);
+    const bool aslines = mode == kAggregateLines || (mode == kAggregateTubes && drawingpart.aslines);
+    CreateEnvironment(aslines ? int{kAggregateLines} : mode);
     if (mode == kAggregatePoints)
         DrawPoints();
-    else if (mode == kAggregateLines)
-        DrawLines();
+    else if (aslines)
+        DrawLines(mode);
     else if (mode == kAggregateTubes)
         DrawTubes();
 }
@@ -108,13 +125,50 @@ static bool IsFlushDue(int index)
     return drawingstyle.flushafter > 0 && index % drawingstyle.flushafter == 0;
 }
 
+Heaviest::Heaviest(int most)
+{
+    if (most >= ncells)
+        return;
+    static std::vector<double> weights;
+    weights.clear();
+    for (int i = 0; i < ncells; i++)
+        if (cells[i].parent >= 0)
+            weights.push_back(cells[i].weight);
+    if (most >= static_cast<int>(weights.size()))
+        return;
+    const auto last = weights.begin() + most;
+    std::nth_element(weights.begin(), last, weights.end(), std::greater<>());
+    least = *last;
+    equals =
+        most - static_cast<int>(std::count_if(weights.begin(), last, [this](double w) { return w > least; }));
+}
+
+// Calls draw(i) for each branch that is to be drawn, by its particle's number.
+template<typename Draw>
+static void ForEachDrawn(Draw draw)
+{
+    const Heaviest heaviest(drawingpart.most);
+    drawingpart.drawn = 0;
+    int equals = heaviest.equals;
+    for (int i = 0; i < ncells; i++) {
+        if (cells[i].parent < 0 || cells[i].weight < heaviest.least)
+            continue;
+        if (cells[i].weight == heaviest.least && equals-- <= 0)
+            continue;
+        if (drawingpart.drawn % kBranchesAtOnce == 0 && drawingpart.stops != nullptr && drawingpart.stops()) {
+            drawingpart.stopped = true;
+            return;
+        }
+        draw(i);
+        drawingpart.drawn++;
+    }
+}
+
 static void DrawPoints()
 {
     const ParticleColours colours(kAggregatePoints);
     glBegin(GL_POINTS);
-    for (int i = 0; i < ncells; i += drawnstride) {
-        if (cells[i].parent < 0)
-            continue;
+    ForEachDrawn([&](int i) {
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         if (IsFlushDue(i)) {
@@ -122,17 +176,15 @@ static void DrawPoints()
             glFlush();
             glBegin(GL_POINTS);
         }
-    }
+    });
     glEnd();
 }
 
-static void DrawLines()
+static void DrawLines(int mode)
 {
-    const ParticleColours colours(kAggregateLines);
+    const ParticleColours colours(mode);
     glBegin(GL_LINES);
-    for (int i = 0; i < ncells; i += drawnstride) {
-        if (cells[i].parent < 0)
-            continue;
+    ForEachDrawn([&](int i) {
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         SetVertex(cells[cells[i].parent].p);
@@ -141,7 +193,7 @@ static void DrawLines()
             glFlush();
             glBegin(GL_LINES);
         }
-    }
+    });
     glEnd();
 }
 
@@ -156,16 +208,14 @@ static void DrawTubes()
         CreateCones(cones, conecolours, count, 0, kTwoPi, kTubeFacets);
         count = 0;
     };
-    for (int i = 0; i < ncells; i += drawnstride) {
+    ForEachDrawn([&](int i) {
         const int parent = cells[i].parent;
-        if (parent < 0)
-            continue;
         cones[count] = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
         conecolours[count] = colours.Of(i);
         if (++count == kConesAtOnce)
             draw();
         if (IsFlushDue(i))
             glFlush();
-    }
+    });
     draw();
 }

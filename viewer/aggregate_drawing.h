@@ -2,13 +2,22 @@
 
 #pragma once
 
+#include <climits>
+
 // Sets the GL state of a drawing mode, of the aggregate or of the surface: kAggregateTubes (and the surface's
 // solid mode, which shares its number) filled, smooth and lit by two lights at the markers; every other mode
 // as flat, unlit lines.
 void CreateEnvironment(int mode);
 
-// Of so many particles one is drawn: 1 for the whole aggregate.
-extern int drawnstride;
+// How much of the aggregate DrawDLA draws: all of it at first.
+struct DrawingPart {
+    int most = INT_MAX;        // of more branches only the heaviest are drawn, so many
+    bool aslines = false;      // tubes are drawn as lines
+    bool (*stops)() = nullptr; // asked now and then; where it says yes, DrawDLA returns at once
+    int drawn = 0;             // branches that DrawDLA drew last
+    bool stopped = false;      // it has stopped, since this was last cleared
+};
+extern DrawingPart drawingpart;
 
 // How lines and points are drawn, of the aggregate and of the surface, and how much of the aggregate at once.
 struct DrawingStyle {
@@ -18,7 +27,7 @@ struct DrawingStyle {
 };
 extern DrawingStyle drawingstyle;
 
-// Draws every particle (by drawnstride) that has a parent, in the order of cells: kAggregatePoints, kAggregateLines (from the
-// particle to its parent) or kAggregateTubes (a cone of ten facets whose radii follow the flow). Mode 4 only
-// sets its environment; any other mode does nothing and leaves the GL state alone.
+// Draws every particle that has a parent (less what drawingpart leaves out), in the order of cells: kAggregatePoints,
+// kAggregateLines (from the particle to its parent) or kAggregateTubes (a cone of ten facets whose radii follow the
+// flow). Mode 4 only sets its environment; any other mode does nothing and leaves the GL state alone.
 void DrawDLA(int mode);

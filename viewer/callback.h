@@ -1,9 +1,12 @@
 // The boundary between the toolkits and the program's callbacks: no exception passes through their C code.
-// Memory that runs out in a callback becomes a message, and the program goes on.
+// Memory that runs out in a callback becomes a message, and the program goes on. After what the user does, the view window
+// draws a frame.
 
 #pragma once
 
 #include <new>
+
+#include "viewer/display.h"
 
 // What a callback is for, which decides how a failure is told: what the user has asked for by a message box;
 // what is called again and again by itself in one line on standard error, until it succeeds again.
@@ -27,6 +30,8 @@ struct GuardedCallback<callback, kind> {
                 ReportOutOfMemory(kind);
             failing = true;
         }
+        if (kind == kInputCallback)
+            RequestFrame();
     }
 };
 

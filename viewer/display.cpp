@@ -1,14 +1,21 @@
 #include "viewer/display.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <climits>
 #include <cmath>
+#include <cstring>
 
 #include <GL/glu.h>
 #include <GL/glut.h>
+#include <forms.h>
 
+#include "archive/rescue.h"
 #include "export/window_capture.h"
 #include "geom/clock.h"
 #include "growth/camera_home.h"
+#include "growth/control_panel.h"
+#include "growth/main_window.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
 #include "viewer/aggregate_drawing.h"
@@ -24,15 +31,25 @@ constexpr double kRightEye = 1;
 
 FrameTime lastframe = {0, 0};
 
-// Of frames while the camera moves: how long one may take, and for how long after, in seconds.
+// How long a frame may take while the camera moves or input waits, and for how long after, in seconds.
 constexpr double kQuickFrame = 0.1;
 constexpr double kRest = 0.5;
 
 static bool quick = false;
-static double perbranch = 0; // seconds that a branch takes, as the last frame tells
+static bool wanted = true;     // a frame, of the view window
+static bool thinned = false;   // the last frame, or the one being drawn
+static double framestart = 0;  // of the same
+static double moved = 0;       // when the camera was last seen to have moved
+static int shownparticles = 0; // particles that the last frame showed
+// Seconds that a branch took when it was last drawn as an AggregateMode; 0 where it never was.
+static double costs[kAggregateTubes + 1];
 
-static void ChooseStride(double now);
+static int ChooseBranches();
+static bool IsCaptured();
+static bool Capture();
+static bool IsToBreakOff();
 static bool HasCameraMoved();
+static void DrawFrame();
 static void DrawMono();
 static void DrawStereo();
 static void DrawOverlays(double eye);
@@ -42,23 +59,24 @@ static void SetViewport(double eye);
 
 void HandleDisplay()
 {
-    const double start = GetRunTime();
-    if (quick)
-        ChooseStride(start);
-    if (camera.stereo == kStereoNone)
-        DrawMono();
-    else
-        DrawStereo();
-    if (options.recordframes || options.dumpnext) {
-        const int stereo = camera.stereo == kStereoActive;
-        WindowDump("", camera.screenwidth, camera.screenheight, stereo, kImageTGACompressed);
-        options.dumpnext = 0;
-    } else {
-        EndCaptures();
+    const bool captured = IsCaptured();
+    framestart = GetRunTime();
+    const int mode = ChooseBranches();
+    DrawFrame();
+    wanted = drawingpart.stopped;
+    bool saved = true;
+    if (!drawingpart.stopped) {
+        saved = Capture();
+        glutSwapBuffers();
+        shownparticles = ncells;
     }
-    glutSwapBuffers();
-    lastframe = {start, GetRunTime()};
-    perbranch = (lastframe.end - lastframe.start) * drawnstride / std::max(ncells, 1);
+    lastframe = {framestart, GetRunTime()};
+    if (!captured)
+        costs[mode] = (lastframe.end - lastframe.start) / std::max(drawingpart.drawn, 1);
+    if (viewwindow && !saved) {
+        options.recordframes = 0;
+        fl_show_message("File Error", "The window's picture could not be saved", strerror(errno));
+    }
 }
 
 void KeepFramesQuick()
@@ -66,14 +84,60 @@ void KeepFramesQuick()
     quick = true;
 }
 
-static void ChooseStride(double now)
+void RequestFrame()
 {
-    static double moved = 0;
+    wanted = true;
+}
+
+bool IsFrameWanted()
+{
+    const bool grows =
+        growthstate.running && (ncells != shownparticles || options.showinfo || options.showextras);
+    const bool rests = thinned && GetRunTime() - moved >= kRest;
+    return wanted || grows || rests || options.recordframes || options.autospin != 0 ||
+           options.boxcountrequest || AreStatisticsShown();
+}
+
+// Sets what the frame draws of the aggregate. Returns the AggregateMode as which branches are drawn.
+static int ChooseBranches()
+{
     if (HasCameraMoved())
-        moved = now;
-    drawnstride = 1;
-    if (now - moved < kRest)
-        drawnstride = std::max(1, static_cast<int>(std::ceil(perbranch * ncells / kQuickFrame)));
+        moved = framestart;
+    const int mode = std::clamp<int>(options.dlamode, 0, kAggregateTubes);
+    const bool moves = framestart - moved < kRest;
+    thinned = quick && moves && !IsCaptured() && costs[mode] * ncells > kQuickFrame;
+    drawingpart.most = INT_MAX;
+    drawingpart.aslines = thinned && mode == kAggregateTubes;
+    if (!thinned)
+        return mode;
+    const int thinmode = drawingpart.aslines ? int{kAggregateLines} : mode;
+    // Lines take no longer than tubes.
+    const double cost = costs[thinmode] > 0 ? costs[thinmode] : costs[mode];
+    drawingpart.most = static_cast<int>(std::clamp<double>(kQuickFrame / cost, 1, ncells));
+    return thinmode;
+}
+
+static bool IsCaptured()
+{
+    return options.recordframes || options.dumpnext;
+}
+
+// Captures the frame where that is asked for. Returns false where it could not be saved.
+static bool Capture()
+{
+    if (!IsCaptured()) {
+        EndCaptures();
+        return true;
+    }
+    const int stereo = camera.stereo == kStereoActive;
+    options.dumpnext = 0;
+    return WindowDump("", camera.screenwidth, camera.screenheight, stereo, kImageTGACompressed) != 0;
+}
+
+static bool IsToBreakOff()
+{
+    return GetRunTime() - framestart > kQuickFrame &&
+           (HasSignalCome() || (!IsCaptured() && IsInputWaiting(IsPanelShown())));
 }
 
 // Since the last call.
@@ -81,10 +145,10 @@ static bool HasCameraMoved()
 {
     static Camera last = {};
     const auto differs = [](Vector a, Vector b) { return a.x != b.x || a.y != b.y || a.z != b.z; };
-    const bool moved = differs(camera.vp, last.vp) || differs(camera.vd, last.vd) ||
-                       differs(camera.vu, last.vu) || camera.aperture != last.aperture;
+    const bool hasmoved = differs(camera.vp, last.vp) || differs(camera.vd, last.vd) ||
+                          differs(camera.vu, last.vu) || camera.aperture != last.aperture;
     last = camera;
-    return moved;
+    return hasmoved;
 }
 
 void DrawBareFrame()
@@ -100,6 +164,16 @@ void HandleReshape(int width, int height)
 {
     camera.screenwidth = width;
     camera.screenheight = height;
+}
+
+static void DrawFrame()
+{
+    drawingpart.stops = viewwindow ? IsToBreakOff : nullptr;
+    drawingpart.stopped = false;
+    if (camera.stereo == kStereoNone)
+        DrawMono();
+    else
+        DrawStereo();
 }
 
 static void DrawMono()
@@ -130,6 +204,8 @@ static void DrawStereo()
 // Text replaces projection and view, so the boxes behind it need them anew.
 static void DrawOverlays(double eye)
 {
+    if (drawingpart.stopped)
+        return;
     DrawExtras();
     DrawInfo();
     if (options.boxcountrequest) {

@@ -1,11 +1,19 @@
 #pragma once
 
-// Display callback: draws one frame, captures it where that is asked for, and swaps the buffers.
+// Display callback: draws one frame, captures it where that is asked for, and swaps the buffers. In the view window, a
+// frame that has taken over a tenth of a second is broken off where a signal has come or, unless it is to be captured,
+// input waits: it is not shown, and another one is wanted.
 void HandleDisplay();
 
 // From now on frames stay quick while the camera moves and for half a second after: one that would take over a tenth
-// of a second draws an evenly spread part of the branches that fits into it.
+// of a second draws the heaviest branches that fit into it, and tubes as lines. Captured frames are drawn whole.
 void KeepFramesQuick();
+
+// Something has changed that a frame of the view window shows.
+void RequestFrame();
+
+// Whether the view window's last frame no longer shows everything as it is, or all frames are to be recorded.
+bool IsFrameWanted();
 
 // Draws surface and aggregate as one eye sees them, without what lies over them, into the back buffer. Focal length, eye
 // separation and clipping planes of the camera follow from its view point here, in every frame.

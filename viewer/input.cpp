@@ -1,11 +1,9 @@
 #include "viewer/input.h"
 
-#include <cstdlib>
-
 #include <GL/glut.h>
 
-#include "archive/rescue.h"
 #include "growth/camera_home.h"
+#include "growth/main_window.h"
 #include "growth/state.h"
 #include "viewer/camera.h"
 #include "viewer/menus.h"
@@ -38,8 +36,11 @@ void HandleKeyboard(unsigned char key, int, int)
     case kEscape:
     case 'q':
     case 'Q':
-        LeaveAggregate();
-        exit(0);
+        if (key == kEscape && IsMenuOpen())
+            CloseMenu();
+        else
+            HandleMainMenu(kCommandQuit);
+        break;
     case '+':
     case '=':
         if (camera.aperture > kNarrowest)
@@ -81,6 +82,10 @@ void HandleKeyboard(unsigned char key, int, int)
     case 'w':
     case 'W':
         options.dumpnext = !options.dumpnext;
+        break;
+    case 'f':
+    case 'F':
+        HandleMainMenu(kCommandFit);
         break;
     default:
         break;

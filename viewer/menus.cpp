@@ -20,6 +20,7 @@
 #include "surface/transform_panel.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/callback.h"
+#include "viewer/camera.h"
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
@@ -34,6 +35,7 @@ enum MenuNumber {
     kSampleMenu,
     kSourceMenu,
     kRootMenu,
+    kFileMenu,
     kMainMenu,
     kMenus
 };
@@ -51,20 +53,24 @@ struct Menu {
 };
 } // namespace
 
+static bool menuopen = false;
+
+static void NoteMenuStatus(int status, int x, int y);
 static Menu DescribeMenu(int number);
+static std::vector<Entry> MainEntries();
+static std::vector<Entry> FileEntries();
 static std::vector<Entry> SaveEntries();
 static std::vector<Entry> SampleEntries();
 static std::vector<Entry> SourceEntries();
 static std::vector<Entry> RootEntries();
 
-void CreateMenus(bool files)
+void CreateMenus()
 {
     int created[kMenus];
     for (int number = 0; number < kMenus; number++) {
-        Menu menu = DescribeMenu(number);
-        if (files && number == kMainMenu)
-            menu.entries.insert(menu.entries.end() - 1, {{"Open aggregate", kCommandOpenAggregate},
-                                                         {"Save aggregate", kCommandSaveAggregate}});
+        if (number == kFileMenu && !viewwindow)
+            continue;
+        const Menu menu = DescribeMenu(number);
         created[number] = glutCreateMenu(menu.handler);
         for (const Entry &entry : menu.entries) {
             if (entry.submenu == kNoMenu)
@@ -74,6 +80,13 @@ void CreateMenus(bool files)
         }
     }
     glutAttachMenu(GLUT_RIGHT_BUTTON); // the menu built last
+    if (viewwindow)
+        glutMenuStatusFunc(NoteMenuStatus);
+}
+
+bool IsMenuOpen()
+{
+    return menuopen;
 }
 
 void HandleMainMenu(int id)
@@ -119,12 +132,20 @@ void HandleMainMenu(int id)
         Statistics();
         break;
     case kCommandOpenAggregate:
-        OpenAggregate();
+        if (viewwindow)
+            OpenAggregate();
         break;
     case kCommandSaveAggregate:
-        SaveAggregate();
+        if (viewwindow)
+            SaveAggregate();
+        break;
+    case kCommandFit:
+        if (viewwindow)
+            FitCamera();
         break;
     case kCommandQuit:
+        if (!AskToGoOn())
+            break;
         LeaveAggregate();
         exit(0);
     default:
@@ -148,6 +169,11 @@ void HandleSampleMenu(int id)
     if (!BuildSample(id))
         fl_show_message("Memory Error", "Not enough memory for this surface", "");
     DrawSTL(options.surfacemode, 1);
+}
+
+static void NoteMenuStatus(int status, int, int)
+{
+    menuopen = status == GLUT_MENU_IN_USE;
 }
 
 static Menu DescribeMenu(int number)
@@ -174,32 +200,53 @@ static Menu DescribeMenu(int number)
         return {Guarded<HandleSourceMenu>, SourceEntries()};
     case kRootMenu:
         return {Guarded<HandleRootMenu>, RootEntries()};
+    case kFileMenu:
+        return {Guarded<HandleMainMenu>, FileEntries()};
     default:
-        return {Guarded<HandleMainMenu>,
-                {{"Settings", kCommandSettings},
-                 {"Save DLA as", 0, kSaveMenu},
-                 {"Save constraint surface to STL file", kCommandSaveSurface},
-                 {"Compute/save slices", kCommandSlices},
-                 {"Save simulation information", kCommandInformation},
-                 {"Read constraint surface from STL file", kCommandReadSurface},
-                 {"Read seeds", kCommandReadSeeds},
-                 {"-", kCommandSeparator},
-                 {"DLA drawing mode", 0, kAggregateModeMenu},
-                 {"Constraint surface drawing mode", 0, kSurfaceModeMenu},
-                 {"-", kCommandSeparator},
-                 {"New particle distribution", 0, kSourceMenu},
-                 {"Sample constraint surfaces", 0, kSampleMenu},
-                 {"Transform constraint surface", kCommandTransform},
-                 {"Initial root distribution", 0, kRootMenu},
-                 {"-", kCommandLastSeparator},
-                 {"Toggle extras (f1)", kCommandExtras},
-                 {"Toggle info (f2)", kCommandInfo},
-                 {"Pause / Continue (f3)", kCommandPause},
-                 {"Restart simulation (f4)", kCommandRestart},
-                 {"Calculate statistics (f5)", kCommandStatistics},
-                 {"-", kCommandSeparator},
-                 {"Quit (q)", kCommandQuit}}};
+        return {Guarded<HandleMainMenu>, MainEntries()};
     }
+}
+
+static std::vector<Entry> MainEntries()
+{
+    std::vector<Entry> entries = {{"Settings", kCommandSettings}};
+    const auto add = [&](const std::vector<Entry> &more) {
+        entries.insert(entries.end(), more.begin(), more.end());
+    };
+    add(viewwindow ? std::vector<Entry>{{"Files", 0, kFileMenu}} : FileEntries());
+    add({{"-", kCommandSeparator},
+         {"DLA drawing mode", 0, kAggregateModeMenu},
+         {"Constraint surface drawing mode", 0, kSurfaceModeMenu},
+         {"-", kCommandSeparator},
+         {"New particle distribution", 0, kSourceMenu},
+         {"Sample constraint surfaces", 0, kSampleMenu},
+         {"Transform constraint surface", kCommandTransform},
+         {"Initial root distribution", 0, kRootMenu},
+         {"-", kCommandLastSeparator},
+         {"Toggle extras (f1)", kCommandExtras},
+         {"Toggle info (f2)", kCommandInfo},
+         {"Pause / Continue (f3)", kCommandPause},
+         {"Restart simulation (f4)", kCommandRestart},
+         {"Calculate statistics (f5)", kCommandStatistics}});
+    if (viewwindow)
+        add({{"All in view (f)", kCommandFit}});
+    add({{"-", kCommandSeparator}, {"Quit (q)", kCommandQuit}});
+    return entries;
+}
+
+static std::vector<Entry> FileEntries()
+{
+    std::vector<Entry> entries = {{"Save DLA as", 0, kSaveMenu},
+                                  {"Save constraint surface to STL file", kCommandSaveSurface},
+                                  {"Compute/save slices", kCommandSlices},
+                                  {"Save simulation information", kCommandInformation},
+                                  {"Read constraint surface from STL file", kCommandReadSurface},
+                                  {"Read seeds", kCommandReadSeeds}};
+    if (viewwindow)
+        entries.insert(entries.begin(), {{"Open aggregate", kCommandOpenAggregate},
+                                         {"Save aggregate", kCommandSaveAggregate},
+                                         {"-", kCommandSeparator}});
+    return entries;
 }
 
 static std::vector<Entry> SaveEntries()

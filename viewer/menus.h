@@ -19,14 +19,18 @@ enum MainCommand {
     kCommandStatistics = 14,
     kCommandOpenAggregate = 20,
     kCommandSaveAggregate = 21,
+    kCommandFit = 22,
     kCommandSeparator = 50,
     kCommandLastSeparator = 60,
     kCommandQuit = 100
 };
 
-// Builds the menu tree and attaches it to the right button of the current window. With `files`, the main menu opens
-// and saves aggregate files.
-void CreateMenus(bool files);
+// Builds the menu tree and attaches it to the right button of the current window. In the view window, what reads and saves
+// files stands in a menu of its own.
+void CreateMenus();
+
+// Whether a menu is open. Known in the view window alone.
+bool IsMenuOpen();
 
 void HandleMainMenu(int id);
 void HandleDLAMenu(int mode);

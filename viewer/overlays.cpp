@@ -51,6 +51,10 @@ private:
 };
 } // namespace
 
+// Draws of the statistics for which they were armed, and that are left; below 0: none.
+static int maxduration = 0;
+static int decay = 0;
+
 static void BeginFlatDrawing();
 static void DrawCircles(double r);
 static void DrawAxes(double length);
@@ -86,9 +90,6 @@ void DrawInfo()
 
 void DrawStatistics(int frames)
 {
-    static int maxduration = 0;
-    static int decay = 0;
-
     if (frames > 0) {
         maxduration = decay = frames;
         return;
@@ -107,6 +108,11 @@ void DrawStatistics(int frames)
         if (stats.boxcount[level] > 0)
             column.Print("   %8.3f : %d\n", stats.boxsize[level], stats.boxcount[level]);
     decay--;
+}
+
+bool AreStatisticsShown()
+{
+    return decay >= 0;
 }
 
 void DrawGLText(int x, int y, const char *text)

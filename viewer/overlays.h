@@ -13,6 +13,9 @@ void DrawInfo();
 // while it is armed, from white to black; it counts draws, so two eyes make it fade twice as fast (kept).
 void DrawStatistics(int frames);
 
+// Whether it is armed.
+bool AreStatisticsShown();
+
 // Text at a position in window pixels from the lower left corner; a line feed or a carriage return goes on 13
 // pixels lower. Replaces the projection and the view.
 void DrawGLText(int x, int y, const char *text);

@@ -5,7 +5,7 @@ set -eu
 program=$1
 grow=$2
 . "$(dirname "$0")/../../tools/drive.sh"
-main_menu=("${main_menu[@]:0:22}" "Open aggregate" "Save aggregate" "Quit (q)")
+menu_tree=$project/tests/viewer/view_menu_tree.txt
 virtual=$DISPLAY
 unset DISPLAY
 
@@ -142,34 +142,34 @@ for mode in lines points tubes; do
     mv 00*.tga window-$mode.tga
 done
 # Paused, then growing, then paused again, and saved.
-choose "Save aggregate"
+choose Files "Save aggregate"
 select_file "$work/saved.sarkelo.h5"
 wait_for "the file" [ -s saved.sarkelo.h5 ]
 key F3
 sleep 1
 key F3
-choose "Save aggregate"
+choose Files "Save aggregate"
 select_file "$work/grown.sarkelo.h5"
 wait_for "the file" [ -s grown.sarkelo.h5 ]
 # A file that stands there is replaced only after a question, which is answered with no; and what is no aggregate is told.
 cp b.sarkelo.h5 kept.sarkelo.h5
-choose "Save aggregate"
+choose Files "Save aggregate"
 select_file "$work/kept.sarkelo.h5"
 click_no
 cmp b.sarkelo.h5 kept.sarkelo.h5
-choose "Open aggregate"
+choose Files "Open aggregate"
 select_file "$work/lines.png"
 answer
-choose "Open aggregate"
+choose Files "Open aggregate"
 select_file "$work/b.sarkelo.h5"
-choose "Save aggregate"
+choose Files "Save aggregate"
 select_file "$work/opened.sarkelo.h5"
 wait_for "the file" [ -s opened.sarkelo.h5 ]
 # Its walkers fly.
 key F3
 sleep 0.5
 key F3
-choose "Save aggregate"
+choose Files "Save aggregate"
 select_file "$work/flown.sarkelo.h5"
 wait_for "the file" [ -s flown.sarkelo.h5 ]
 key q

@@ -67,6 +67,21 @@ void OwnPanel(FL_FORM *)
     Record("OwnPanel");
 }
 
+bool IsInputWaiting(bool)
+{
+    return fakeinput;
+}
+
+void WaitForEvent(double seconds, bool panels)
+{
+    Record("WaitForEvent", {seconds, double(panels)});
+}
+
+void CloseMenu()
+{
+    Record("CloseMenu");
+}
+
 FAKE(fl_hide_form, (FL_FORM *))
 
 extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
@@ -122,6 +137,15 @@ extern "C" int fl_show_question(const char *question, int)
     const OwnAllocations own;
     Record("fl_show_question", {}, question);
     return fakebutton;
+}
+
+extern "C" int fl_show_choices(const char *question, int count, const char *first, const char *second,
+                               const char *third, int)
+{
+    const OwnAllocations own;
+    Record("fl_show_choices", {double(count)},
+           std::string(question) + "|" + first + "|" + second + "|" + third);
+    return fakechoice;
 }
 
 FAKE(fl_set_cursor, (Window, int cursor), cursor)

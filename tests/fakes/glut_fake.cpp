@@ -19,6 +19,7 @@ FAKE_CALLBACK(glutMotionFunc, motion, int, int)
 FAKE_CALLBACK(glutPassiveMotionFunc, passivemotion, int, int)
 FAKE_CALLBACK(glutVisibilityFunc, visibility, int)
 FAKE_CALLBACK(glutIdleFunc, idle, )
+FAKE_CALLBACK(glutMenuStatusFunc, menustatus, int, int, int)
 
 extern "C" int glutGetModifiers()
 {
@@ -37,6 +38,11 @@ extern "C" int glutCreateWindow(const char *title)
 {
     Record("glutCreateWindow", {}, title);
     return 1;
+}
+
+extern "C" void glutSetWindowTitle(const char *title)
+{
+    Record("glutSetWindowTitle", {}, title);
 }
 
 FAKE(glutInitDisplayMode, (unsigned int mode), mode)

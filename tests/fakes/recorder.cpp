@@ -12,6 +12,8 @@ std::vector<Call> calls;
 int fakemodifiers = 0;
 int fakecursor = 0;
 std::string fakefile;
+int fakechoice = 0;
+bool fakeinput = false;
 unsigned fakelist = 7;
 FL_OBJECT_ *fakeworked = nullptr;
 int fakebutton = 0;
@@ -25,7 +27,8 @@ static const bool reset = [] {
     {
         void OnTestStart(const testing::TestInfo &) override
         {
-            fakemodifiers = fakecursor = fakebutton = 0;
+            fakemodifiers = fakecursor = fakebutton = fakechoice = 0;
+            fakeinput = viewwindow = false;
             fakelist = 7;
             fakefile.clear();
             fakeworked = nullptr;

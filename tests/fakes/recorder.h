@@ -57,6 +57,8 @@ extern unsigned fakelist;
 extern int fakemodifiers;
 extern int fakecursor; // of the window
 extern std::string fakefile;
+extern int fakechoice; // of the buttons of a choice, counted from 1
+extern bool fakeinput; // input waits
 
 // Panels: the object that the user has worked, the state of any button, and the closing of the panel built
 // last by the window manager.
@@ -78,5 +80,6 @@ struct RegisteredCallbacks {
     void (*passivemotion)(int, int) = nullptr;
     void (*visibility)(int) = nullptr;
     void (*idle)() = nullptr;
+    void (*menustatus)(int, int, int) = nullptr;
 };
 extern RegisteredCallbacks registered;

@@ -164,23 +164,49 @@ TEST(Frames, ManyTubesAreDrawnAsEachAlone)
     Grow(IterateSystem, 3 * kConesAtOnce, 10000000);
     cells[kConesAtOnce].p = cells[cells[kConesAtOnce].parent].p;
     cells[kConesAtOnce + 1].p = cells[cells[kConesAtOnce + 1].parent].p + Vector{0, 1, 0};
-    for (const int stride : {1, 2}) {
-        drawnstride = stride;
-        std::string alone = Drawn([] { CreateEnvironment(kAggregateTubes); });
-        const BranchThickness thickness;
-        for (int i = 0; i < ncells; i += stride) {
-            const int parent = cells[i].parent;
-            if (parent < 0)
-                continue;
-            const Cone cone = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
-            alone += Drawn([=] {
-                SetColour(ChooseColour(i, kAggregateTubes));
-                CreateCone(cone.p1, cone.p2, cone.r1, cone.r2, 0, kTwoPi, 10);
-            });
-        }
-        EXPECT_EQ(Drawn([] { DrawDLA(kAggregateTubes); }), alone) << "stride " << stride;
+    std::string alone = Drawn([] { CreateEnvironment(kAggregateTubes); });
+    const BranchThickness thickness;
+    for (int i = 0; i < ncells; i++) {
+        const int parent = cells[i].parent;
+        if (parent < 0)
+            continue;
+        const Cone cone = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
+        alone += Drawn([=] {
+            SetColour(ChooseColour(i, kAggregateTubes));
+            CreateCone(cone.p1, cone.p2, cone.r1, cone.r2, 0, kTwoPi, 10);
+        });
     }
-    drawnstride = 1;
+    EXPECT_EQ(Drawn([] { DrawDLA(kAggregateTubes); }), alone);
+}
+
+TEST(Frames, OfTooManyTubesTheHeaviestAreDrawnAsLines)
+{
+    PrepareFrame();
+    Grow(IterateSystem, 500, 10000000);
+    std::vector<double> weights;
+    for (int i = 0; i < ncells; i++)
+        if (cells[i].parent >= 0)
+            weights.push_back(cells[i].weight);
+    const int all = static_cast<int>(weights.size());
+    std::sort(weights.rbegin(), weights.rend());
+    drawingpart.aslines = true;
+    for (const int most : {1, 30, 300, all, all + 1}) {
+        drawingpart.most = most;
+        ForgetCalls();
+        DrawDLA(kAggregateTubes);
+        const std::vector<Call> ends = CallsOf("glVertex3f"); // of lines, the particle's first
+        EXPECT_EQ(CallsOf("glBegin").at(0).args[0], GL_LINES);
+        ASSERT_EQ(static_cast<int>(ends.size()), 2 * std::min(most, all));
+        std::vector<double> drawn;
+        for (std::size_t k = 0; k < ends.size(); k += 2)
+            drawn.push_back(std::find_if(cells, cells + ncells, [&](const Particle &particle) {
+                                return static_cast<float>(particle.p.x) == ends[k].args[0] &&
+                                       static_cast<float>(particle.p.y) == ends[k].args[1];
+                            })->weight);
+        std::sort(drawn.rbegin(), drawn.rend());
+        EXPECT_TRUE(std::equal(drawn.begin(), drawn.end(), weights.begin())) << most;
+    }
+    drawingpart = {};
 }
 
 // What is drawn is the same, and the driver need not keep more than a part.

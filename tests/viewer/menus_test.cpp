@@ -24,22 +24,31 @@
 
 // The whole tree as the user finds it, menu by menu in the order of building: "menu id label", and "menu > id
 // label" for an entry that opens a menu.
-TEST(Menus, TheTree)
+static void ExpectTree(const char *file, const std::vector<void (*)(int)> &handlers)
 {
     fakemenus.clear();
     ForgetCalls();
-    CreateMenus(false);
+    CreateMenus();
     std::ostringstream tree;
     for (const Call &call : calls) {
         const bool opens = call.name == "glutAddSubMenu";
         if (opens || call.name == "glutAddMenuEntry")
             tree << call.args[0] << (opens ? " > " : " ") << call.args[1] << " " << call.text << "\n";
     }
-    ExpectGolden("../viewer/menu_tree.txt", tree.str());
-    EXPECT_EQ(fakemenus, (std::vector<void (*)(int)>{Guarded<HandleSTLMenu>, Guarded<HandleSaveMenu>,
-                                                     Guarded<HandleDLAMenu>, Guarded<HandleSampleMenu>,
-                                                     Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>,
-                                                     Guarded<HandleMainMenu>}));
+    ExpectGolden(file, tree.str());
+    EXPECT_EQ(fakemenus, handlers);
+}
+
+TEST(Menus, TheTrees)
+{
+    std::vector<void (*)(int)> handlers = {Guarded<HandleSTLMenu>,    Guarded<HandleSaveMenu>,
+                                           Guarded<HandleDLAMenu>,    Guarded<HandleSampleMenu>,
+                                           Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>,
+                                           Guarded<HandleMainMenu>};
+    ExpectTree("../viewer/menu_tree.txt", handlers);
+    viewwindow = true;
+    handlers.push_back(Guarded<HandleMainMenu>);
+    ExpectTree("../viewer/view_menu_tree.txt", handlers);
 }
 
 // What a menu's handler leaves and calls, with a file selected or, where it is empty, the selector cancelled.
