@@ -1,7 +1,6 @@
 #include "export/slicing_panel.h"
 
 #include <cstdlib>
-#include <filesystem>
 
 #include "export/slices.h"
 #include "growth/state.h"
@@ -88,8 +87,7 @@ static void Slice()
 static void ShowFault(SliceResult result)
 {
     if (viewwindow)
-        fl_show_message("File Error", "A slice could not be written to the current directory",
-                        std::filesystem::current_path().c_str());
+        fl_show_message("File Error", "A slice could not be written to the current directory", "");
     else if (result == kSliceUnopened)
         exit(-1);
 }

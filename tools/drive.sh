@@ -98,9 +98,10 @@ choose() {
     xdotool mousemove $x $y click 3
     for label in "$@"; do
         wait_for "menu $depth" visible "freeglut menu" $depth
-        # Each menu opens to the right of the one before.
+        # Each menu opens to the right of the one before, above those that were open earlier.
         [ $depth -eq 1 ] || read -r x y < <(xwininfo -root -tree |
-            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' | sort -n | tail -1)
+            sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' |
+            awk -v x="$x" '$1 > x { print; exit }')
         number=$(labels_in "$menu" | grep -nxF -- "$label" | cut -d : -f 1)
         [ -n "$number" ] || fail "no entry $label"
         y=$((y + 14 + entry_height * (number - 1)))

@@ -70,8 +70,6 @@ void ShowFileInTitle()
 
 void OpenAggregate()
 {
-    if (!AskToGoOn())
-        return;
     const char *name = AskForAggregate("Open aggregate");
     if (name == nullptr)
         return;
@@ -81,7 +79,8 @@ void OpenAggregate()
         fl_show_message("File Error", fault.line.c_str(), "");
         return;
     }
-    ReplaceRun(path, std::move(stored));
+    if (AskToGoOn())
+        ReplaceRun(path, std::move(stored));
 }
 
 bool SaveAggregate()

@@ -24,8 +24,8 @@ extern std::string windowfile;
 // Makes the view window's title name the file, and say whether there are particles that are not in it.
 void ShowFileInTitle();
 
-// Asks for an aggregate file and shows it, unless unsaved particles would be lost. A fault is told in a message box, and
-// the run stays as it is.
+// Asks for an aggregate file, and about unsaved particles, and shows it. A fault is told in a message box, and the run stays
+// as it is.
 void OpenAggregate();
 
 // Asks for a file, and before it replaces one, and writes the run to it; a name without the ending .h5 gets that of

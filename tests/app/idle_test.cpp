@@ -2,18 +2,27 @@
 
 #include "app/idle.h"
 
+#include <csignal>
+#include <cstdlib>
+
 #include <GL/glut.h>
 #include <gtest/gtest.h>
 
 #include "analysis/box_count.h"
+#include "archive/rescue.h"
 #include "fakes/recorder.h"
 #include "geom/clock.h"
 #include "golden.h"
 #include "growth/camera_home.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
+#include "panels.h"
+#include "temporary_file.h"
+#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
+#include "viewer/input.h"
+#include "viewer/overlays.h"
 
 static double fakeclock = 1000;
 static double callcost = 0; // seconds that a recorded call takes
@@ -121,6 +130,96 @@ TEST(Idle, FramesStayQuickWhileTheCameraMoves)
     EXPECT_EQ(DrawFrame(), all) << "at rest again";
     callcost = 0;
     DrawFrame();
+}
+
+TEST(Idle, TheViewWindowDrawsOnChangeOnlyAndSleeps)
+{
+    StartAfresh();
+    CameraHome();
+    options.dlamode = kAggregateLines;
+    HandleReshape(8, 6);
+    growthstate.radius = 1e6; // many boxes
+    growthstate.stickiness = 0;
+    viewwindow = true;
+    const struct {
+        const char *name;
+        std::function<void()> change;
+        int frames;  // in the second after it
+        bool sleeps; // in that second
+    } cases[] = {
+        {"nothing", [] {}, 0, true},
+        {"a key", [] { Guarded<HandleKeyboard>('+', 0, 0); }, 1, true},
+        {"a worked panel", [] { settingformvisible = 1, Type(settingform->seed, "5"); }, 1, true},
+        {"a turning camera", [] { options.autospin = 1; }, 29, true},
+        {"a recording", [] { options.recordframes = 1; }, 29, true},
+        {"statistics", [] { DrawStatistics(10); }, 11, true},
+        {"a box count", [] { StartBoxCount(); }, 29, false},
+        {"walkers that do not stick", [] { growthstate.running = 1; }, 0, false},
+        {"their number on the screen", [] { growthstate.running = options.showinfo = 1; }, 29, false},
+        {"growth", [] { StartAfresh(), growthstate.running = 1; }, 29, false},
+    };
+    const TemporaryDirectory captures;
+    CreatePanelsOnce();
+    for (const auto &[name, change, frames, sleeps] : cases) {
+        options.showinfo = options.showextras = growthstate.running = 0;
+        while (IsFrameWanted())
+            HandleDisplay();
+        ForgetCalls();
+        fakeworked = nullptr;
+        change();
+        int posted = 0, slept = 0;
+        for (const double end = fakeclock + 1; fakeclock < end; fakeclock += 0.001) {
+            ForgetCalls();
+            HandleIdle();
+            slept += CountCalls("WaitForEvent");
+            posted += CountCalls("glutPostRedisplay");
+            if (CountCalls("glutPostRedisplay") > 0)
+                HandleDisplay();
+        }
+        EXPECT_NEAR(posted, frames, frames > 1 ? 1 : 0) << name;
+        EXPECT_EQ(slept > 0, sleeps) << name;
+        options.autospin = options.recordframes = options.boxcountrequest = settingformvisible = 0;
+    }
+}
+
+TEST(Idle, ALongFrameIsBrokenOffForInputAndSignals)
+{
+    StartAfresh();
+    CameraHome();
+    options.dlamode = kAggregateLines;
+    options.showextras = options.showinfo = 0;
+    HandleReshape(8, 6);
+    Grow(IterateSystem, 10000, 1000000000);
+    const int all = ncells - 1;
+    const auto draw = [](double cost) {
+        fakeclock += 10;
+        callcost = cost;
+        const int drawn = DrawFrame();
+        callcost = 0;
+        return drawn;
+    };
+    viewwindow = true;
+    fakeinput = true;
+    const TemporaryDirectory captures;
+    EXPECT_EQ(draw(1e-7), all) << "a short frame";
+    EXPECT_LT(draw(1e-5), all / 2);
+    EXPECT_TRUE(IsFrameWanted()) << "the one that was broken off";
+    options.recordframes = 1;
+    EXPECT_EQ(draw(1e-5), all) << "a recorded frame";
+    TurnCamera(0.1);
+    KeepFramesQuick();
+    EXPECT_EQ(draw(1e-5), all) << "a recorded frame while the camera moves";
+    EXPECT_EQ(CountFiles(), 2);
+    const auto endbysignal = [&] {
+        PrepareRescue([] { return RunRecord(); });
+        raise(SIGTERM);
+        exit(draw(1e-5) < all / 2 && CountFiles() == 2);
+    };
+    EXPECT_EXIT(endbysignal(), testing::ExitedWithCode(1), "") << "not even captured";
+    options.recordframes = 0;
+    fakeinput = false;
+    EXPECT_EQ(draw(1e-5), all);
+    EXPECT_FALSE(IsFrameWanted());
 }
 
 TEST(Idle, NothingGrowsWhileTheWindowIsHidden)

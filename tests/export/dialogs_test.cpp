@@ -1,9 +1,12 @@
 // The dialogs that ask for a file to read: what they answer and show, file by file.
 
 #include <cstdlib>
+#include <functional>
 
 #include <gtest/gtest.h>
 
+#include "export/model.h"
+#include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "golden.h"
 #include "growth/scenario.h"
@@ -12,6 +15,8 @@
 #include "surface/stl_dialog.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
+#include "viewer/display.h"
+#include "viewer/input.h"
 
 TEST(ReadDialogs, AnswersAndMessages)
 {
@@ -62,4 +67,39 @@ TEST(ReadDialogs, TwoFaultsEndTheProgram)
     fakefile = brief.path();
     EXPECT_EXIT(ReadAndReport(), testing::ExitedWithCode(255),
                 "File Error\\|Failed to read an expected STL header\\|");
+    viewwindow = true;
+    for (const TemporaryFile *file : {&bad, &brief}) {
+        fakefile = file->path();
+        EXPECT_EQ(ReadSTL(), 0) << "in the view window they do not";
+    }
+}
+
+TEST(SaveDialogs, TheViewWindowShowsWhatCannotBeWritten)
+{
+    StartAfresh();
+    CreatePanelsOnce();
+    const TemporaryDirectory here;
+    std::filesystem::remove(here.path);
+    viewwindow = true;
+    const struct {
+        const char *file;
+        std::function<void()> save;
+        const char *message;
+    } cases[] = {
+        {"x.pov", [] { SaveModel(kFormatPOV, kModeChains); }, "Cannot write x.pov|No such file or directory"},
+        {"/dev/full", [] { SaveModel(kFormatPOV, kModeChains); }, "/dev/full|No space left on device"},
+        {"x.txt", [] { SaveInformation(); }, "Cannot write x.txt|No such file or directory"},
+        {"/dev/full", [] { SaveInformation(); }, "/dev/full|No space left on device"},
+        {"", [] { sliceformvisible = 1, Work(sliceform->slice); }, "A slice could not be written"},
+        {"", [] { HandleKeyboard('r', 0, 0), HandleDisplay(); }, "picture could not be saved|No such file"},
+    };
+    for (const auto &[file, save, message] : cases) {
+        fakefile = file;
+        ForgetCalls();
+        save();
+        ASSERT_EQ(CountCalls("fl_show_message"), 1) << message;
+        EXPECT_NE(CallsOf("fl_show_message")[0].text.find(message), std::string::npos)
+            << CallsOf("fl_show_message")[0].text;
+    }
+    EXPECT_FALSE(options.recordframes);
 }

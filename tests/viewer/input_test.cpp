@@ -13,6 +13,7 @@
 #include "growth/camera_home.h"
 #include "growth/scenario.h"
 #include "viewer/camera.h"
+#include "viewer/menus.h"
 
 static std::string Vectors()
 {
@@ -107,4 +108,26 @@ TEST(Input, QuitsAtOnce)
 {
     for (const unsigned char key : {'q', 'Q', '\x1b'})
         EXPECT_EXIT(HandleKeyboard(key, 0, 0), testing::ExitedWithCode(0), "");
+}
+
+TEST(Input, EscapeClosesTheMenuOfTheViewWindow)
+{
+    viewwindow = true;
+    CreateMenus();
+    registered.menustatus(GLUT_MENU_IN_USE, 0, 0);
+    HandleKeyboard('\x1b', 0, 0);
+    EXPECT_EQ(CountCalls("CloseMenu"), 1);
+    registered.menustatus(GLUT_MENU_NOT_IN_USE, 0, 0);
+    EXPECT_EXIT(HandleKeyboard('\x1b', 0, 0), testing::ExitedWithCode(0), "");
+}
+
+TEST(Input, FFitsTheViewWindow)
+{
+    for (const bool view : {false, true}) {
+        viewwindow = view;
+        LookObliquely();
+        const double distance = Modulus(camera.vp);
+        HandleKeyboard('f', 0, 0);
+        EXPECT_EQ(Modulus(camera.vp) < distance / 2, view);
+    }
 }

@@ -41,10 +41,9 @@ static void ExpectTree(const char *file, const std::vector<void (*)(int)> &handl
 
 TEST(Menus, TheTrees)
 {
-    std::vector<void (*)(int)> handlers = {Guarded<HandleSTLMenu>,    Guarded<HandleSaveMenu>,
-                                           Guarded<HandleDLAMenu>,    Guarded<HandleSampleMenu>,
-                                           Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>,
-                                           Guarded<HandleMainMenu>};
+    std::vector<void (*)(int)> handlers = {
+        Guarded<HandleSTLMenu>,    Guarded<HandleSaveMenu>, Guarded<HandleDLAMenu>, Guarded<HandleSampleMenu>,
+        Guarded<HandleSourceMenu>, Guarded<HandleRootMenu>, Guarded<HandleMainMenu>};
     ExpectTree("../viewer/menu_tree.txt", handlers);
     viewwindow = true;
     handlers.push_back(Guarded<HandleMainMenu>);
