@@ -55,8 +55,6 @@ void HandleIdle()
         glutPostRedisplay();
         redisplayed = now;
         RotateCamera(options.autospin / kSpinUnits, 0, 0);
-        if (viewwindow)
-            ShowFileInTitle();
     } else if (viewwindow && !IsAtWork()) {
         const double wait = IsFrameWanted() ? pace.stamp + pace.period - now : kLongestSleep;
         WaitForEvent(std::clamp(wait, 0.0, kLongestSleep), IsPanelShown());

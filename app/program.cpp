@@ -25,6 +25,9 @@
 #include "viewer/input.h"
 #include "viewer/menus.h"
 
+// Milliseconds until the window is there and drawn, on most displays.
+constexpr int kUntilDrawn = 100;
+
 static void StartForms(char *path);
 static void CreatePanels();
 static void OpenWindow(int argc, char **argv);
@@ -35,7 +38,7 @@ void RunProgram(int argc, char **argv)
 {
     PrepareRecords();
     ReadSwitches(argc, argv);
-    RunWindow(argc, argv, [] {});
+    RunWindow(argc, argv, nullptr);
 }
 
 void PrepareRecords()
@@ -46,7 +49,7 @@ void PrepareRecords()
     SetProgramDefaults();
 }
 
-void RunWindow(int argc, char **argv, void (*opened)())
+void RunWindow(int argc, char **argv, void (*ask)(int))
 {
     StartForms(argv[0]);
     CreatePanels();
@@ -55,9 +58,8 @@ void RunWindow(int argc, char **argv, void (*opened)())
     StartSignalWatch(EndBySignal, CloseWindow, KeepAggregate);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
-    opened();
-    if (viewwindow)
-        ShowFileInTitle();
+    if (ask != nullptr)
+        glutTimerFunc(kUntilDrawn, ask, 0);
     glutMainLoop();
 }
 

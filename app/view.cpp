@@ -30,6 +30,7 @@
 template<typename Work>
 static int WithinMemory(Work work);
 static int View(int argc, char **argv);
+static void AskAtStart(int);
 static Fault Load(const ViewCommand &command);
 static Fault MakePictures(ViewCommand *command);
 static Fault DrawApart(const PictureRequest &request);
@@ -78,8 +79,14 @@ static int View(int argc, char **argv)
     viewwindow = true;
     windowfile = command.file;
     RunWindow(
-        count, words.data(), command.file.empty() ? Guarded<OfferRescue> : [] {});
+        count, words.data(), command.file.empty() ? Guarded<AskAtStart> : nullptr);
     return 0;
+}
+
+// As a timer's callback.
+static void AskAtStart(int)
+{
+    OfferRescue();
 }
 
 static Fault Load(const ViewCommand &command)

@@ -18,6 +18,7 @@
 #include "growth/main_window.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/camera.h"
 #include "viewer/overlays.h"
@@ -69,6 +70,8 @@ void HandleDisplay()
         saved = Capture();
         glutSwapBuffers();
         shownparticles = ncells;
+        if (viewwindow)
+            ShowFileInTitle();
     }
     lastframe = {framestart, GetRunTime()};
     if (!captured)

@@ -29,6 +29,8 @@ extern "C" int glutGetModifiers()
 FAKE(glutSwapBuffers, ())
 FAKE(glutPostRedisplay, ())
 
+extern "C" void glutTimerFunc(unsigned, void (*)(int), int) {}
+
 extern "C" void glutInit(int *count, char **arguments)
 {
     Record("glutInit", {double(*count)}, arguments[*count - 1]);
