@@ -54,6 +54,11 @@ void LeaveAggregate()
     describerun = nullptr;
 }
 
+bool IsRescuePrepared()
+{
+    return describerun != nullptr;
+}
+
 bool HasSignalCome()
 {
     return caught != 0;

@@ -31,6 +31,9 @@ Fault WriteRescue(const std::vector<std::string> &folders, const std::string &st
 // The user ends the program: nothing is kept.
 void LeaveAggregate();
 
+// Whether the aggregate is to be kept, and has not been yet.
+bool IsRescuePrepared();
+
 // The aggregate is in a file as it is now: it has just been opened or saved.
 void MarkAggregateSaved();
 

@@ -115,7 +115,7 @@ bool AskToGoOn()
 
 void AskBeforeClosing()
 {
-    while (viewwindow && HasUnsavedParticles()) {
+    while (viewwindow && IsRescuePrepared() && HasUnsavedParticles()) {
         const std::string question =
             "The window closes. Its run has " + CountParticles(ncells) + ". Not all of them are in a file.";
         if (fl_show_choices(question.c_str(), 2, "Save", "Discard", "", kSave) != kSave || SaveAggregate())

@@ -36,7 +36,8 @@ bool SaveAggregate();
 // whether to go on: they are saved or discarded, or there are none.
 bool AskToGoOn();
 
-// The same where the window closes, whatever the answer: particles are saved or discarded.
+// The same where the user closes the window, which cannot be stopped: particles are saved or discarded. Asks nothing where
+// the window closes because the program ends.
 void AskBeforeClosing();
 
 // Shows the newest rescue file of the current directory, where there is one and the user wants it.

@@ -145,9 +145,8 @@ Heaviest::Heaviest(int most)
 
 // Calls draw(i) for each branch that is to be drawn, by its particle's number.
 template<typename Draw>
-static void ForEachDrawn(Draw draw)
+static void ForEachDrawn(const Heaviest &heaviest, Draw draw)
 {
-    const Heaviest heaviest(drawingpart.most);
     drawingpart.drawn = 0;
     int equals = heaviest.equals;
     for (int i = 0; i < ncells; i++) {
@@ -166,9 +165,10 @@ static void ForEachDrawn(Draw draw)
 
 static void DrawPoints()
 {
+    const Heaviest heaviest(drawingpart.most);
     const ParticleColours colours(kAggregatePoints);
     glBegin(GL_POINTS);
-    ForEachDrawn([&](int i) {
+    ForEachDrawn(heaviest, [&](int i) {
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         if (IsFlushDue(i)) {
@@ -182,9 +182,10 @@ static void DrawPoints()
 
 static void DrawLines(int mode)
 {
+    const Heaviest heaviest(drawingpart.most);
     const ParticleColours colours(mode);
     glBegin(GL_LINES);
-    ForEachDrawn([&](int i) {
+    ForEachDrawn(heaviest, [&](int i) {
         SetColour(colours.Of(i));
         SetVertex(cells[i].p);
         SetVertex(cells[cells[i].parent].p);
@@ -200,6 +201,7 @@ static void DrawLines(int mode)
 static void DrawTubes()
 {
     const BranchThickness thickness;
+    const Heaviest heaviest(drawingpart.most);
     const ParticleColours colours(kAggregateTubes);
     Cone cones[kConesAtOnce];
     Colour conecolours[kConesAtOnce];
@@ -208,7 +210,7 @@ static void DrawTubes()
         CreateCones(cones, conecolours, count, 0, kTwoPi, kTubeFacets);
         count = 0;
     };
-    ForEachDrawn([&](int i) {
+    ForEachDrawn(heaviest, [&](int i) {
         const int parent = cells[i].parent;
         cones[count] = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
         conecolours[count] = colours.Of(i);

@@ -93,8 +93,12 @@ rescued=$(ls sarkelo-rescue-*)
 pid=$!
 click_button Question 100
 window=$(xdotool search --onlyvisible --name "$title")
+find_corner
 wait_for "the rescued run" is_titled "$rescued - $title"
+key F3
+sleep 1
 key q
+click_discard
 ends
 
 status=0

@@ -94,6 +94,10 @@ TEST(AggregateDialog, AsksBeforeUnsavedParticlesAreLost)
     // Closing cannot be cancelled: it asks until the particles are saved or discarded.
     fakefile = "closed.h5";
     AskBeforeClosing();
+    EXPECT_FALSE(Asked()) << "at the end of the program";
+    PrepareRescue(DescribeWindowRun);
+    AskBeforeClosing();
+    LeaveAggregate();
     EXPECT_TRUE(Asked());
     EXPECT_FALSE(HasUnsavedParticles() || ReadAggregate("closed.h5", &stored));
     ShowFileInTitle();
