@@ -102,7 +102,7 @@ choose() {
         [ $depth -eq 1 ] || read -r x y < <(xwininfo -root -tree |
             sed -nE 's/.*"freeglut menu".* \+([0-9]+)\+([0-9]+)$/\1 \2/p' |
             awk -v x="$x" '$1 > x { print; exit }')
-        number=$(labels_in "$menu" | grep -nxF -- "$label" | cut -d : -f 1)
+        number=$(labels_in "$menu" | grep -nxF -m 1 -- "$label" | cut -d : -f 1)
         [ -n "$number" ] || fail "no entry $label"
         y=$((y + 14 + entry_height * (number - 1)))
         xdotool mousemove $((x + 40)) $((y + 2)) mousemove $((x + 42)) $y

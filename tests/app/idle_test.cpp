@@ -162,7 +162,7 @@ TEST(Idle, TheViewWindowDrawsOnChangeOnlyAndSleeps)
     CreatePanelsOnce();
     for (const auto &[name, change, frames, sleeps] : cases) {
         options.showinfo = options.showextras = growthstate.running = 0;
-        while (IsFrameWanted())
+        for (int k = 0; k < 600 && IsFrameWanted(); k++)
             HandleDisplay();
         ForgetCalls();
         fakeworked = nullptr;

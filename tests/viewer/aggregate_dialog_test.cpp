@@ -62,6 +62,7 @@ TEST(AggregateDialog, AsksBeforeUnsavedParticlesAreLost)
     const TemporaryDirectory here;
     CreatePanelsOnce();
     viewwindow = true;
+    CameraHome();
     const auto startandgrow = [](int count) {
         StartAfresh();
         Grow(IterateSystem, count, 10000000);
@@ -114,6 +115,7 @@ TEST(AggregateDialog, OffersTheNewestRescueFile)
     const TemporaryDirectory here;
     CreatePanelsOnce();
     StartAfresh();
+    CameraHome();
     OfferRescue();
     int count = 0;
     for (const char *name : {"other", "sarkelo-rescue-b", "sarkelo-rescue-a", "sarkelo-rescue-c"}) {
