@@ -78,8 +78,7 @@ static int View(int argc, char **argv)
         KeepFramesQuick();
     viewwindow = true;
     windowfile = command.file;
-    RunWindow(
-        count, words.data(), command.file.empty() ? Guarded<AskAtStart> : nullptr);
+    RunWindow(count, words.data(), command.file.empty() ? Guarded<AskAtStart> : nullptr);
     return 0;
 }
 

@@ -57,7 +57,7 @@ void OwnPanel(FL_FORM *form)
     XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
                &event);
     XRaiseWindow(display, form->window); // over a full screen, it can be put behind another panel
-    OwnDialogs(); // the toolkit takes the panel for the owner once it is shown
+    OwnDialogs();                        // the toolkit takes the panel for the owner once it is shown
 }
 
 bool IsInputWaiting(bool panels)
