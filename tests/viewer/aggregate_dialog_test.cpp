@@ -79,12 +79,12 @@ TEST(AggregateDialog, AsksBeforeUnsavedParticlesAreLost)
         OpenAggregate();
         EXPECT_TRUE(Asked());
         EXPECT_EQ(ncells, answer == kDiscard ? 100 : 200);
-        if (answer == kDiscard) {
-            EXPECT_EXIT(HandleMainMenu(kCommandQuit), testing::ExitedWithCode(0), "") << "nothing to ask";
-        } else {
+        // Quitting asks where there is still something to lose; the last status is this test's own.
+        const auto quit = [] {
             HandleKeyboard('q', 0, 0);
-            EXPECT_TRUE(Asked());
-        }
+            exit(Asked() ? 7 : 8);
+        };
+        EXPECT_EXIT(quit(), testing::ExitedWithCode(answer == kDiscard ? 0 : 7), "");
     }
     fakechoice = kSave;
     fakefile = "large";
