@@ -129,10 +129,10 @@ Fault WriteRescue(const std::vector<std::string> &folders, const std::string &st
 
 static std::string StemOfNow()
 {
-    char stem[64];
+    char date[32];
     const std::time_t now = std::time(nullptr);
-    std::strftime(stem, sizeof stem, "sarkelo-rescue-%Y%m%d-%H%M%S", std::localtime(&now));
-    return stem;
+    std::strftime(date, sizeof date, "%Y%m%d-%H%M%S", std::localtime(&now));
+    return std::string(kRescueName) + date;
 }
 
 // Creates an empty file that did not exist. Returns 0, or why that cannot be: a value of errno.

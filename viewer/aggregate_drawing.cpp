@@ -15,11 +15,11 @@ constexpr int kTubeFacets = 10;
 // The mode that sets its environment and draws nothing; no menu entry selects it.
 constexpr int kAggregateNothing = 4;
 
-DrawingStyle drawingstyle;
 // Branches between two looks at whether drawing is to stop: some hundredths of a second as tubes.
 constexpr int kBranchesAtOnce = 2000;
 
 DrawingPart drawingpart;
+DrawingStyle drawingstyle;
 
 namespace
 {
