@@ -51,6 +51,7 @@ static bool Capture();
 static bool IsToBreakOff();
 static bool HasCameraMoved();
 static void DrawFrame();
+static void DrawBareFrame();
 static void DrawMono();
 static void DrawStereo();
 static void DrawOverlays(double eye);
@@ -154,15 +155,6 @@ static bool HasCameraMoved()
     return hasmoved;
 }
 
-void DrawBareFrame()
-{
-    UpdateCameraRange();
-    ClearBuffer(GL_BACK);
-    AimEye(kMonoEye);
-    DrawSTL(options.surfacemode, 0);
-    DrawDLA(options.dlamode);
-}
-
 void HandleReshape(int width, int height)
 {
     camera.screenwidth = width;
@@ -177,6 +169,16 @@ static void DrawFrame()
         DrawMono();
     else
         DrawStereo();
+}
+
+// Focal length, eye separation and clipping planes of the camera follow from its view point here, in every frame.
+static void DrawBareFrame()
+{
+    UpdateCameraRange();
+    ClearBuffer(GL_BACK);
+    AimEye(kMonoEye);
+    DrawSTL(options.surfacemode, 0);
+    DrawDLA(options.dlamode);
 }
 
 static void DrawMono()

@@ -15,10 +15,6 @@ void RequestFrame();
 // Whether the view window's last frame no longer shows everything as it is, or all frames are to be recorded.
 bool IsFrameWanted();
 
-// Draws surface and aggregate as one eye sees them, without what lies over them, into the back buffer. Focal length, eye
-// separation and clipping planes of the camera follow from its view point here, in every frame.
-void DrawBareFrame();
-
 // When the last frame was drawn, from the start of HandleDisplay to its end: GetRunTime's seconds.
 struct FrameTime {
     double start, end;
