@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "analysis/box_grid.h"
+#include "base/array.h"
 #include "geom/elementary.h"
-#include "growth/array.h"
 #include "growth/growth_step.h"
 #include "growth/state.h"
 

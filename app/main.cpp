@@ -4,7 +4,7 @@
 
 int main(int argc, char **argv)
 {
-    PrepareRescue(DescribeWindowRun);
+    ArmRescue(DescribeWindowRun);
     RunProgram(argc, argv);
     return 0;
 }

@@ -4,6 +4,7 @@
 #include "growth/settings_panel.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
+#include "toolkit/callback.h"
 #include "viewer/display.h"
 #include "viewer/surface_drawing.h"
 
@@ -22,5 +23,5 @@ void PollPanels()
         DrawSTL(options.surfacemode, 1);
         UpdateForms();
     }
-    RequestFrame();
+    framerequested = true;
 }

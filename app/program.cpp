@@ -13,14 +13,15 @@
 #include "archive/rescue.h"
 #include "export/slicing_panel.h"
 #include "growth/camera_home.h"
-#include "growth/main_window.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/settings_panel.h"
-#include "growth/signal_watch.h"
 #include "growth/state.h"
 #include "surface/transform_panel.h"
+#include "toolkit/callback.h"
+#include "toolkit/main_loop_timer.h"
+#include "toolkit/main_window.h"
 #include "viewer/aggregate_dialog.h"
-#include "viewer/callback.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
 #include "viewer/menus.h"
@@ -55,7 +56,7 @@ void RunWindow(int argc, char **argv, void (*ask)(int))
     CreatePanels();
     OpenWindow(argc, argv);
     RegisterCallbacks();
-    StartSignalWatch(EndBySignal, CloseWindow, KeepAggregate);
+    StartMainLoopTimer(HandlePendingSignal, CloseWindow, RescueAggregate);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
     if (ask != nullptr)
@@ -83,6 +84,8 @@ static void StartForms(char *path)
 
 static void CreatePanels()
 {
+    if (viewwindow)
+        GivePanelsTitles();
     settingform = create_form_settingform();
     stlform = create_form_stlform();
     sliceform = create_form_sliceform();
@@ -99,7 +102,7 @@ static void OpenWindow(int argc, char **argv)
         exit(EXIT_FAILURE);
     }
     glutCreateWindow(kTitle);
-    IntroduceMainWindow();
+    SetWindowProperties();
     glutReshapeWindow(camera.screenwidth, camera.screenheight);
     if (options.fullscreen)
         glutFullScreen();
@@ -125,5 +128,5 @@ static void RegisterCallbacks()
 static void CloseWindow()
 {
     AskBeforeClosing();
-    LeaveAggregate();
+    DisarmRescue();
 }

@@ -21,9 +21,10 @@
 #include "app/view_command.h"
 #include "archive/rescue.h"
 #include "growth/camera_home.h"
-#include "recipe/recipe.h"
+#include "recipe/recipe_text.h"
+#include "recipe/start.h"
+#include "toolkit/callback.h"
 #include "viewer/aggregate_dialog.h"
-#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 
@@ -73,7 +74,7 @@ static int View(int argc, char **argv)
         fault = MakePictures(&command);
     if (fault || command.picture)
         return Tell(fault);
-    PrepareRescue(DescribeWindowRun);
+    ArmRescue(DescribeWindowRun);
     if (!command.whole)
         KeepFramesQuick();
     viewwindow = true;

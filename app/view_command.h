@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "recipe/fault.h"
+#include "base/fault.h"
 #include "viewer/pictures.h"
 
 struct ViewCommand {

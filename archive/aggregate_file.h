@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "base/fault.h"
 #include "growth/generators.h"
 #include "growth/state.h"
-#include "recipe/fault.h"
 #include "surface/surface.h"
 
 constexpr const char *kAggregateExtension = ".sarkelo.h5";

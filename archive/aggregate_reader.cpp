@@ -8,10 +8,10 @@
 #include "archive/aggregate_file.h"
 #include "archive/format.h"
 #include "archive/tables.h"
-#include "growth/array.h"
-#include "growth/memory.h"
-#include "growth/neighbour_search.h"
+#include "base/array.h"
+#include "base/memory.h"
 #include "growth/parameters.h"
+#include "search/neighbour_search.h"
 
 static Fault ReadAll(const std::string &path, StoredAggregate *stored);
 static void ReadContent(hid_t file, StoredAggregate *stored);

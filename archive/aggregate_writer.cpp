@@ -4,9 +4,9 @@
 #include "archive/aggregate_file.h"
 #include "archive/format.h"
 #include "archive/tables.h"
-#include "export/output_file.h"
-#include "growth/neighbour_search.h"
+#include "base/output_file.h"
 #include "growth/parameters.h"
+#include "search/neighbour_search.h"
 
 // Bytes by which the file grows in memory before it is written.
 constexpr std::size_t kImageIncrement = std::size_t{1} << 20;

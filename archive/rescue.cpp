@@ -11,6 +11,7 @@
 #include <hdf5.h>
 #include <unistd.h>
 
+#include "base/end_signals.h"
 #include "growth/growth_step.h"
 
 namespace
@@ -24,52 +25,33 @@ struct SavedAggregate {
 static SavedAggregate saved = {0, -1};
 
 static RunRecord (*describerun)() = nullptr; // nullptr: nothing is kept
-static volatile std::sig_atomic_t caught = 0;
 
 static std::string StemOfNow();
 static int Reserve(const std::string &folder, const std::string &stem, std::string *path);
 
-void PrepareRescue(RunRecord (*describe)())
+void ArmRescue(RunRecord (*describe)())
 {
     describerun = describe;
     H5dont_atexit(); // the library would end before the file is written
-    HandleEndSignals([](int number) { caught = number; }, SA_RESTART);
+    NoteEndSignals(true);
 }
 
-void HandleEndSignals(void (*handler)(int), int flags)
-{
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = flags;
-    for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGPIPE, SIGXCPU, SIGUSR1}) {
-        struct sigaction old = {};
-        sigaction(number, nullptr, &old);
-        if (old.sa_handler != SIG_IGN)
-            sigaction(number, &action, nullptr);
-    }
-}
-
-void LeaveAggregate()
+void DisarmRescue()
 {
     describerun = nullptr;
 }
 
-bool IsRescuePrepared()
+bool IsRescueArmed()
 {
     return describerun != nullptr;
 }
 
-bool HasSignalCome()
+void HandlePendingSignal()
 {
-    return caught != 0;
-}
-
-void EndBySignal()
-{
-    const int number = caught;
+    const int number = NotedEndSignal();
     if (number == 0)
         return;
-    KeepAggregate();
+    RescueAggregate();
     signal(number, SIG_DFL);
     raise(number);
 }
@@ -85,7 +67,7 @@ bool HasUnsavedParticles()
     return hasgrown && (saved.aggregate != AggregateNumber() || saved.particles != ncells);
 }
 
-void KeepAggregate()
+void RescueAggregate()
 {
     if (describerun == nullptr || !HasUnsavedParticles())
         return;
@@ -103,7 +85,7 @@ void KeepAggregate()
     } catch (const std::bad_alloc &) {
         fprintf(stderr, "Not enough memory to keep the aggregate\n");
     }
-    LeaveAggregate();
+    DisarmRescue();
 }
 
 Fault WriteRescue(const std::vector<std::string> &folders, const std::string &stem, const RunRecord &run,

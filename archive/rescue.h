@@ -7,21 +7,17 @@
 
 #include "archive/aggregate_file.h"
 
-// Gives the signals that end a program in order a handler, with flags of sigaction: SIGHUP, SIGINT, SIGTERM, SIGPIPE,
-// SIGXCPU and SIGUSR1. One that is ignored stays so, as nohup wants it.
-void HandleEndSignals(void (*handler)(int), int flags = 0);
-
 // What the names of rescue files begin with.
 constexpr const char *kRescueName = "sarkelo-rescue-";
 
-// From now on the aggregate is to be kept. `describe` says what the run has besides the records. The signals
-// above are noticed and wait for EndBySignal.
-void PrepareRescue(RunRecord (*describe)());
+// From now on the aggregate is to be kept. `describe` says what the run has besides the records. Signals that
+// end the program (base/end_signals.h) are noted and wait for HandlePendingSignal.
+void ArmRescue(RunRecord (*describe)());
 
 // Where the aggregate is to be kept, and has unsaved particles, writes it to a new file sarkelo-rescue-DATE-TIME.sarkelo.h5
 // in the current directory or, where that cannot be written, the home directory, that for temporary files, or /tmp, and
 // prints on standard error the line that opens it again, or why it could not be kept; once.
-void KeepAggregate();
+void RescueAggregate();
 
 // Writes the run to STEM.sarkelo.h5 in the first of the folders that takes it; where there is such a file already, to
 // STEM-2.sarkelo.h5 and so on: none is ever replaced. Sets its path. The fault gives each folder's reason.
@@ -29,10 +25,10 @@ Fault WriteRescue(const std::vector<std::string> &folders, const std::string &st
                   std::string *path);
 
 // The user ends the program: nothing is kept.
-void LeaveAggregate();
+void DisarmRescue();
 
 // Whether the aggregate is to be kept, and has not been yet.
-bool IsRescuePrepared();
+bool IsRescueArmed();
 
 // The aggregate is in a file as it is now: it has just been opened or saved.
 void MarkAggregateSaved();
@@ -40,9 +36,6 @@ void MarkAggregateSaved();
 // Whether the aggregate has more particles than roots and differs from what was last marked as saved.
 bool HasUnsavedParticles();
 
-// Whether a signal waits for EndBySignal.
-bool HasSignalCome();
-
 // Where a signal has come, keeps the aggregate and ends the program by the same signal. Call several times a second
 // from where the records are not being changed.
-void EndBySignal();
+void HandlePendingSignal();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -10,15 +11,18 @@
 #include <unistd.h>
 
 #include "archive/rescue.h"
+#include "base/end_signals.h"
+#include "base/output_file.h"
 #include "batch/command.h"
 #include "batch/growth.h"
 #include "batch/measure.h"
 #include "batch/outputs.h"
-#include "export/output_file.h"
 #include "export/slices.h"
 #include "growth/camera_home.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
+#include "recipe/recipe_text.h"
+#include "recipe/start.h"
 
 namespace fs = std::filesystem;
 
@@ -58,7 +62,10 @@ int RunBatch(int argc, char **argv)
     }
     if (IsSamePlace(command.checkpoint, command.output))
         command.checkpoint = command.output;
-    CatchSignals();
+    signal(SIGXFSZ,
+           SIG_IGN); // a file that grows too large and an output that nobody reads are faults of writing
+    signal(SIGPIPE, SIG_IGN);
+    NoteEndSignals(false);
     CameraHome();
     SetProgramDefaults();
     Start start;
@@ -181,8 +188,8 @@ static int Finish(const Command &command, const Start &start, GrowthEnd end, Own
                run.seconds);
     fflush(stdout);
     if (status == 0)
-        EndAtSignals();
-    const int saved = CaughtSignal() == 0 ? SaveBesides(command, run) : 128 + CaughtSignal();
+        EndAtOnceBySignals();
+    const int saved = NotedEndSignal() == 0 ? SaveBesides(command, run) : 128 + NotedEndSignal();
     return status != 0 ? status : saved;
 }
 

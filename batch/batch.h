@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "recipe/fault.h"
+#include "base/fault.h"
 
 // Returns the status that the program ends with: 0, a FaultKind, or 128 and the signal that ended growth. Each
 // fault is told in one line on standard error.

@@ -11,6 +11,7 @@
 #include "archive/aggregate_file.h"
 #include "growth/parameters.h"
 #include "growth/state.h"
+#include "recipe/recipe_text.h"
 
 constexpr std::int64_t kDefaultParticles = 100000;
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "base/fault.h"
 #include "export/model.h"
 #include "geom/vector.h"
 #include "recipe/recipe.h"

@@ -3,22 +3,17 @@
 #include <algorithm>
 #include <chrono>
 #include <climits>
-#include <csignal>
 #include <cstdio>
 
-#include <unistd.h>
-
-#include "archive/rescue.h"
+#include "base/end_signals.h"
 #include "batch/progress.h"
+#include "growth/deferred_flows.h"
 #include "growth/flights.h"
-#include "growth/flows.h"
 
 // Steps between two looks at the clock: a fraction of a millisecond.
 constexpr long kBurst = 8192;
 // Minutes until a checkpoint that could not be written is tried again, at most.
 constexpr double kRetryMinutes = 1;
-
-static volatile std::sig_atomic_t caught = 0;
 
 static double Now();
 static void GrowBurst(long steps, int particles);
@@ -33,14 +28,14 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
     double checkpointdue = 60 * plan.checkpointminutes;
     Progress progress(stops, plan.quiet);
     GrowthEnd end = kStopReached;
-    const HeldFlows heldflows;
+    const DeferredFlows deferredflows;
     while (ncells < particles && growthstate.steptotal < steps) {
         const double elapsed = Now() - start;
         run->seconds = before + elapsed;
         if (stops.minutes > 0 && elapsed >= 60 * stops.minutes)
             break;
-        if (caught != 0 || !growthstate.running || growthstate.stepcount >= plan.stallsteps) {
-            end = caught != 0 ? kSignalled : !growthstate.running ? kOutOfMemory : kStalled;
+        if (NotedEndSignal() != 0 || !growthstate.running || growthstate.stepcount >= plan.stallsteps) {
+            end = NotedEndSignal() != 0 ? kSignalled : !growthstate.running ? kOutOfMemory : kStalled;
             break;
         }
         progress.Report(elapsed);
@@ -70,25 +65,6 @@ static void GrowBurst(long steps, int particles)
     const long end = growthstate.steptotal + steps;
     while (growthstate.steptotal < end && ncells < particles)
         WalkUntilStick(static_cast<int>(std::min(turn, end - growthstate.steptotal)));
-}
-
-void CatchSignals()
-{
-    signal(SIGXFSZ, SIG_IGN);
-    signal(SIGPIPE, SIG_IGN);
-    HandleEndSignals([](int number) { caught = number; });
-}
-
-void EndAtSignals()
-{
-    HandleEndSignals([](int number) { _exit(128 + number); });
-    if (caught != 0)
-        _exit(128 + caught);
-}
-
-int CaughtSignal()
-{
-    return caught;
 }
 
 static double Now()

@@ -9,7 +9,7 @@
 
 enum GrowthEnd {
     kStopReached,
-    kSignalled, // CaughtSignal says by which signal
+    kSignalled, // NotedEndSignal is the signal
     kStalled,   // no particle arrives any more
     kOutOfMemory
 };
@@ -27,13 +27,3 @@ struct GrowthPlan {
 
 // Grows the run of the global records, counting its seconds.
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);
-
-// From now on SIGHUP, SIGINT, SIGTERM, SIGXCPU and SIGUSR1 are noticed and end growth in order; a file that grows too
-// large and an output that nobody reads are faults of writing.
-void CatchSignals();
-
-// The signal that has come; 0 while none has.
-int CaughtSignal();
-
-// From now on a signal ends the program at once, with the same status.
-void EndAtSignals();

@@ -8,7 +8,7 @@
 
 #include "analysis/box_count.h"
 #include "analysis/dimension.h"
-#include "export/output_file.h"
+#include "base/output_file.h"
 #include "geom/elementary.h"
 
 // The first level whose boxes see the inside of the aggregate, and the least number of particles whose radius of

@@ -6,9 +6,9 @@
 
 #include <unistd.h>
 
-#include "growth/growth_step.h"
-#include "growth/neighbour_search.h"
 #include "growth/state.h"
+#include "growth/walker.h"
+#include "search/neighbour_search.h"
 #include "surface/surface.h"
 
 // Seconds between two lines: on a terminal, and at first and at last elsewhere.
@@ -129,8 +129,8 @@ static std::string ListWhatSlows()
     snprintf(far, sizeof far, "walkers start %.4g branch lengths away", way);
     add(state.association != 0 && state.nroots > 1,
         "with association a particle sticks to one in " + std::to_string(state.nroots) + " only");
-    add(way > kLongWay, far + std::string(WalkersLeave() ? "" : ", and live 10,000 steps"));
-    add(WalkersLeave() && state.walk == kWalkSteps, "walkers far away go step by step, without flights");
+    add(way > kLongWay, far + std::string(WalkersMayLeave() ? "" : ", and live 10,000 steps"));
+    add(WalkersMayLeave() && state.walk == kWalkSteps, "walkers far away go step by step, without flights");
     add(state.stickiness < kLowStickiness, "few walkers that come near stick");
     add(state.intersectrange > 0, "branches that come near to others are refused");
     add(state.branchlength > kFarthestPartner, "no particle is found that is 1e16 away or farther");

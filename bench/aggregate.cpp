@@ -3,8 +3,9 @@
 #include <chrono>
 #include <ctime>
 
+#include "growth/deferred_flows.h"
 #include "growth/flights.h"
-#include "growth/flows.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 
@@ -34,7 +35,7 @@ void GrowDefault(int particles)
 
 long GrowOn(int particles, long most)
 {
-    const HeldFlows heldflows;
+    const DeferredFlows heldflows;
     long steps = 0;
     while (ncells < particles && steps < most) {
         for (int left = kStepsPerCall; left > 0;)

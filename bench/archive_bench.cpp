@@ -10,8 +10,8 @@
 
 #include "aggregate.h"
 #include "archive/aggregate_file.h"
+#include "base/array.h"
 #include "batch/growth.h"
-#include "growth/array.h"
 #include "growth/camera_home.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"

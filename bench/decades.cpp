@@ -11,6 +11,7 @@
 
 #include "aggregate.h"
 #include "floor.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 

@@ -6,7 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include "aggregate.h"
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"

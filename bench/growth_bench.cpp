@@ -10,10 +10,11 @@
 #include <benchmark/benchmark.h>
 
 #include "aggregate.h"
+#include "base/array.h"
 #include "floor.h"
-#include "growth/array.h"
 #include "growth/generators.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "spherical_surface.h"

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 
-#include "growth/array.h"
+#include "base/array.h"
 #include "surface/surface.h"
 
 void SetSphere(double radius, int n)

@@ -11,7 +11,7 @@
 #include "aggregate.h"
 #include "analysis/box_count.h"
 #include "app/idle.h"
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/state.h"

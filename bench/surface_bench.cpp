@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "growth/parameters.h"
 #include "growth/state.h"
 #include "spherical_surface.h"
 #include "surface/surface.h"

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 

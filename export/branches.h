@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "growth/colour.h"
+#include "export/appearance.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 

@@ -2,8 +2,8 @@
 
 #include <cstdarg>
 
+#include "export/description.h"
 #include "geom/elementary.h"
-#include "growth/description.h"
 
 namespace
 {

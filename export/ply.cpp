@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "export/appearance.h"
 #include "export/ring.h"
-#include "growth/colour.h"
 #include "growth/state.h"
 
 // Points of a ring. A tube that ends with a radius of 0 has a single point there.

@@ -5,18 +5,19 @@
 
 #include <forms.h>
 
+#include "base/output_file.h"
 #include "export/information.h"
 #include "export/model.h"
-#include "export/output_file.h"
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/file_selector.h"
+#include "toolkit/wait_cursor.h"
 
 // Characters of a file name, with its end.
 constexpr std::size_t kNameSize = 256;
 
 static void Save(const ModelKind &kind);
 static void ShowFault(const std::string &path, const OutputFile &file);
-static const char *AskForName(const char *title);
+static std::string AskForName(const char *title);
 
 void SaveModel(int format, int mode)
 {
@@ -35,10 +36,9 @@ void HandleSaveMenu(int id)
 
 static void Save(const ModelKind &kind)
 {
-    const char *name = AskForName(kind.title);
-    if (name == nullptr)
+    const std::string path = AskForName(kind.title);
+    if (path.empty())
         return;
-    const std::string path = name;
     OutputFile file(path.c_str(), viewwindow);
     if (file.Stream() == nullptr)
         return ShowFault(path, file);
@@ -57,10 +57,9 @@ static void Save(const ModelKind &kind)
 
 int SaveInformation()
 {
-    const char *name = AskForName("Text file");
-    if (name == nullptr)
+    const std::string path = AskForName("Text file");
+    if (path.empty())
         return 0;
-    const std::string path = name;
     OutputFile file(path.c_str(), viewwindow);
     if (file.Stream() == nullptr) {
         ShowFault(path, file);
@@ -83,12 +82,9 @@ static void ShowFault(const std::string &path, const OutputFile &file)
         fl_show_message("File Error", ("Cannot write " + path).c_str(), strerror(file.Reason()));
 }
 
-// Returns nullptr where the user cancels, or the name is empty or does not fit; else it is valid until the
-// next question.
-static const char *AskForName(const char *title)
+// Returns an empty name where the user cancels, or the name does not fit.
+static std::string AskForName(const char *title)
 {
-    const char *name = fl_show_fselector(title, "", "", "");
-    if (name == nullptr || *name == '\0' || strlen(name) >= kNameSize)
-        return nullptr;
-    return name;
+    const std::string name = AskForFile(title);
+    return name.size() < kNameSize ? name : "";
 }

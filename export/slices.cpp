@@ -5,7 +5,7 @@
 #include <new>
 #include <vector>
 
-#include "export/output_file.h"
+#include "base/output_file.h"
 #include "export/text_writer.h"
 #include "growth/state.h"
 

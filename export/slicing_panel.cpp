@@ -3,8 +3,9 @@
 #include <cstdlib>
 
 #include "export/slices.h"
+#include "growth/parameters.h"
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/wait_cursor.h"
 
 // More files than this are written only after a question.
 constexpr int kManySlices = 10000;
@@ -47,7 +48,7 @@ void HandleSlicingPanel(const FL_OBJECT *worked)
     else if (worked == panel.slice)
         Slice();
     else if (const PanelObject *input = FindInput(kObjects, worked))
-        Change(*input, ShownParameter(*input));
+        Change(*input, ParameterOf(ShownField(*input)));
 }
 
 // Of a whole number its digits count alone: "1e1" is 1.

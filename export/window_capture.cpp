@@ -11,7 +11,7 @@
 #include <sys/file.h>
 #include <unistd.h>
 
-#include "export/output_file.h"
+#include "base/output_file.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
 

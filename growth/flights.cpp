@@ -5,8 +5,9 @@
 
 #include "growth/generators.h"
 #include "growth/growth_step.h"
-#include "growth/neighbour_search.h"
 #include "growth/state.h"
+#include "growth/walker.h"
+#include "search/neighbour_search.h"
 
 // In branch lengths. What would be shorter is walked.
 constexpr double kShortestFlight = 2;
@@ -46,7 +47,7 @@ void IterateFlights()
 static double FlightRadius()
 {
     const double free = KnownFreeRadius();
-    const double radius = WalkersLeave() ? free : std::min(free, kLongestFlight * LaunchRadius());
+    const double radius = WalkersMayLeave() ? free : std::min(free, kLongestFlight * LaunchRadius());
     if (!(growthstate.bias > 0))
         return radius;
     // A flight of radius r drifts by slope r^2.
@@ -61,19 +62,19 @@ static double KnownFreeRadius()
     const double distance = Modulus(growthstate.pos);
     const bool isbeyond = distance > AggregateReach();
     const double way = isbeyond ? distance - growthstate.radius - growthstate.branchlength : 0;
-    return isbeyond && WalkersLeave() ? way : std::max(way, FreeRadius());
+    return isbeyond && WalkersMayLeave() ? way : std::max(way, FreeRadius());
 }
 
 // A walker whose life ends on the way is abandoned: nothing can have stopped it.
 static void Fly(double radius)
 {
     const double lengths = radius / growthstate.branchlength;
-    const double left = WalkersLeave() ? HUGE_VAL : kWalkerLife - growthstate.stepcount % kWalkerLife;
+    const double left = WalkersMayLeave() ? HUGE_VAL : kWalkerLife - growthstate.stepcount % kWalkerLife;
     const double steps = std::min(std::round(lengths * lengths), left);
     CountSteps(static_cast<int>(std::min<double>(steps, kWalkerLife)));
-    Drift(steps);
+    DriftBy(steps * DriftLength(), &growthstate.pos);
     growthstate.pos = growthstate.pos + radius * DrawDirection();
-    if (!WalkersLeave())
+    if (!WalkersMayLeave())
         MirrorAtLaunchSphere();
 }
 

@@ -1,4 +1,4 @@
-// Flows: what each particle that sticks adds along the path to its root.
+// Flows: what each particle that sticks adds along the path to its root, and the largest of them.
 
 #pragma once
 
@@ -7,23 +7,25 @@
 // that end in root 0 get a slightly larger share. Returns the largest flow on the path.
 double AddFlow(int partner);
 
-// The flow of the newest particle is added, or held. Returns the largest flow on its path, 0 where it is held.
-double BringFlow();
+// The same without the path tables, for lack of memory.
+double AddFlowWithoutTables(int partner);
 
-// While one exists, flows are held, and added together when many are, when SettleFlows is called and when it goes: the
-// same sums to the last bit, several times faster in large aggregates. Nobody else may use `visited` of the particles
-// meanwhile; weights and growthstate.maxweight are behind. Where memory does not suffice, nothing is held.
-class HeldFlows
-{
-public:
-    HeldFlows();
-    ~HeldFlows();
-    HeldFlows(const HeldFlows &) = delete;
-    HeldFlows &operator=(const HeldFlows &) = delete;
-};
+// Extends the tables of the paths to the first `count` particles, with each particle's distant ancestor where that is
+// asked for. Returns false where memory does not suffice.
+bool ExtendPathTables(int count, bool withancestors);
 
-// Adds the flows that are held.
-void SettleFlows();
+// Particles that the flow of a new one counts on the path from this particle to its root. It must be in the tables.
+int PathLength(int particle);
 
-// Drops what is known of the particles' paths, and flows that are held.
+// Drops the path tables, and what is known of the largest flow.
 void ForgetPaths();
+
+// Whether growthstate.maxweight is known to be the largest flow of the first `count` particles.
+bool IsLargestFlowKnown(int count);
+
+// Raises growthstate.maxweight to the largest flow of any particle, where a new one has come: only those on its path,
+// of which the largest is given, can have risen, where the largest was known before.
+void UpdateLargestFlow(double newest);
+
+// Raises growthstate.maxweight to a flow that a particle has now, if it is larger.
+void RaiseLargestFlow(double flow);

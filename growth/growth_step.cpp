@@ -7,26 +7,25 @@
 #include <new>
 #include <vector>
 
-#include "growth/array.h"
-#include "growth/flows.h"
+#include "base/array.h"
+#include "growth/deferred_flows.h"
 #include "growth/generators.h"
-#include "growth/neighbour_search.h"
 #include "growth/sources.h"
 #include "growth/state.h"
+#include "growth/walker.h"
+#include "search/neighbour_search.h"
 #include "surface/surface.h"
 #include "surface/surface_index.h"
 
-constexpr double kPercent = 0.01;
-
 namespace
 {
-// What maxweight and radius were when they were last known to be the largest of the first `count` particles.
-struct Extent {
+// What growthstate.radius was when it was last known to be the largest of the first `count` particles.
+struct KnownRadius {
     int count;
-    double maxweight, radius;
+    double radius;
 };
 } // namespace
-static Extent extent = {-1, 0, 0};
+static KnownRadius knownradius = {-1, 0};
 
 static unsigned aggregatenumber = 0;
 
@@ -36,7 +35,6 @@ static int WalkFreely(int most);
 static bool MoveWalker(Vector *pos);
 static void MoveAtRandom(Vector *pos);
 static bool IsOutside(Vector pos);
-static void DriftBy(double length, Vector *pos);
 static void Rotate(Vector *pos);
 static void MeetAggregate(Vector undo);
 static bool MeetsBranch(int partner);
@@ -45,7 +43,7 @@ static bool PokesThroughGap();
 static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection);
 static bool IsNearEdge(const Triangle &t);
 static bool Stick(int partner);
-static void UpdateExtent(double largestflow);
+static void UpdateRadius();
 
 static void StopGrowth();
 static void Explain(const char *rejection);
@@ -77,7 +75,7 @@ int IterateUntilStick(int most)
 // Takes at most so many steps within the free ball that the last search found, and the one that leaves it. Returns how many.
 static int WalkFreely(int most)
 {
-    if (WalkersLeave())
+    if (WalkersMayLeave())
         return 0;
     const int age = growthstate.stepcount % kWalkerLife;
     const int limit = age == 0 ? 0 : std::min({most, kWalkerLife - age, INT_MAX - growthstate.stepcount});
@@ -109,7 +107,7 @@ static int WalkFreely(int most)
 {
     const Vector undo = *pos;
     MoveAtRandom(pos);
-    if (IsOutside(*pos) && !WalkersLeave()) {
+    if (IsOutside(*pos) && !WalkersMayLeave()) {
         *pos = undo;
         return false;
     }
@@ -132,44 +130,22 @@ static void MeetAggregate(Vector undo)
         growthstate.pos = undo;
         return;
     }
-    UpdateExtent(BringFlow());
+    AddFlowOfNewest();
+    UpdateRadius();
     growthstate.stepcount = 0;
 }
 
 void ForgetAggregate()
 {
     DropNeighbourIndex();
-    extent.count = -1;
-    ForgetPaths();
+    knownradius.count = -1;
+    ForgetFlows();
     aggregatenumber++;
 }
 
 unsigned AggregateNumber()
 {
     return aggregatenumber;
-}
-
-bool IsLaunchDue()
-{
-    if (WalkersLeave())
-        return growthstate.stepcount == 0 ||
-               Modulus(growthstate.pos) > growthstate.killingscale * LaunchRadius();
-    return growthstate.stepcount % kWalkerLife == 0;
-}
-
-double AggregateReach()
-{
-    return 2 * growthstate.branchlength + growthstate.radius;
-}
-
-double LaunchRadius()
-{
-    return growthstate.launchscale * AggregateReach();
-}
-
-bool WalkersLeave()
-{
-    return growthstate.killingscale > 1;
 }
 
 // The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
@@ -180,15 +156,6 @@ static void LaunchWalker()
     if (nseeds == INT_MAX)
         nseeds = kSeedRing + nseeds % kSeedRing;
     nseeds++;
-}
-
-// The count starts over, in phase with the launches, before it overflows.
-void CountSteps(int steps)
-{
-    if (growthstate.stepcount > INT_MAX - steps)
-        growthstate.stepcount %= kWalkerLife;
-    growthstate.stepcount += steps;
-    growthstate.steptotal += steps;
 }
 
 [[gnu::always_inline]] static inline void MoveAtRandom(Vector *pos)
@@ -208,43 +175,6 @@ static bool IsOutside(Vector pos)
     const double squared = DotProduct(pos, pos);
     constexpr double kRounding = 1e-9;
     return !(squared < (1 - kRounding) * limit * limit && limit > 0) && std::sqrt(squared) > limit;
-}
-
-double DriftLength()
-{
-    return growthstate.branchlength * growthstate.bias * kPercent;
-}
-
-void Drift(double steps)
-{
-    DriftBy(steps * DriftLength(), &growthstate.pos);
-}
-
-// Moves the walker away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
-[[gnu::always_inline]] static inline void DriftBy(double length, Vector *pos)
-{
-    const int nplaced = std::min(growthstate.nroots, ncells);
-    if (!(growthstate.bias > 0) || nplaced < 1)
-        return;
-
-    Vector target;
-    if (growthstate.association) {
-        const int root = ncells % growthstate.nroots;
-        if (root >= nplaced)
-            return;
-        target = cells[root].p;
-    } else {
-        const auto draw = [nplaced] {
-            const int drawn = DrawInteger();
-            return nplaced == 1 ? 0 : drawn % nplaced;
-        };
-        target.x = cells[draw()].p.x;
-        target.y = cells[draw()].p.y;
-        target.z = cells[draw()].p.z;
-    }
-    Vector direction = target - *pos;
-    Normalise(&direction);
-    *pos = *pos - length * direction;
 }
 
 static void Rotate(Vector *pos)
@@ -334,31 +264,14 @@ static bool Stick(int partner)
     return true;
 }
 
-// Raises maxweight and radius to the largest of any particle. Where they already were that before this stick,
-// only the path from the new particle to its root can raise them.
-static void UpdateExtent(double largestflow)
+// Raises the radius to the largest distance of any particle. Where it already was that before this stick, only the new
+// particle can raise it.
+static void UpdateRadius()
 {
-    const bool waslargest = extent.count == ncells - 1 && extent.maxweight == growthstate.maxweight &&
-                            extent.radius == growthstate.radius;
-    if (waslargest) {
-        growthstate.maxweight = std::max(growthstate.maxweight, largestflow);
-        growthstate.radius = std::max(growthstate.radius, Modulus(cells[ncells - 1].p));
-    } else {
-        SettleFlows();
-        for (int i = 0; i < ncells; i++) {
-            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
-            growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
-        }
-    }
-    extent = {ncells, growthstate.maxweight, growthstate.radius};
-}
-
-void RaiseLargestFlow(double flow)
-{
-    const bool wasknown = extent.maxweight == growthstate.maxweight;
-    growthstate.maxweight = std::max(growthstate.maxweight, flow);
-    if (wasknown)
-        extent.maxweight = growthstate.maxweight;
+    const bool waslargest = knownradius.count == ncells - 1 && knownradius.radius == growthstate.radius;
+    for (int i = waslargest ? ncells - 1 : 0; i < ncells; i++)
+        growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
+    knownradius = {ncells, growthstate.radius};
 }
 
 // For lack of memory. The step is refused, with one message; the user may try again.

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "growth/roots.h"
+#include "growth/root_distributions.h"
 #include "growth/sources.h"
 #include "growth/state.h"
 
@@ -109,6 +109,21 @@ void SetDefaults(const char *group)
     for (const Parameter &parameter : kParameters)
         if (strcmp(parameter.group, group) == 0)
             SetParameter(parameter, parameter.standard);
+}
+
+void SetProgramDefaults()
+{
+    options = {};
+    options.framerate = 30.0;
+    options.showextras = 1;
+    options.showinfo = 1;
+    options.marker1[0] = 10;
+    options.marker2[2] = 10;
+    SetDefault(&options.dlamode);
+    SetDefault(&options.surfacemode);
+    SetDefault(&options.printscale);
+    SetDefaults("slices");
+    interfacestate = {-1, 0, 0, 0};
 }
 
 std::optional<int> FindNamed(const Parameter &parameter, std::string_view name)

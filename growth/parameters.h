@@ -46,6 +46,9 @@ void SetDefault(const void *field);
 // Gives all parameters of a group their defaults.
 void SetDefaults(const char *group);
 
+// Gives options and interfacestate the values that they have at program start.
+void SetProgramDefaults();
+
 // The whole number that a name stands for, where the parameter has names and this is one of them.
 std::optional<int> FindNamed(const Parameter &parameter, std::string_view name);
 

@@ -4,11 +4,12 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "growth/array.h"
+#include "base/array.h"
+#include "base/memory.h"
 #include "growth/generators.h"
 #include "growth/growth_step.h"
-#include "growth/memory.h"
 #include "growth/parameters.h"
+#include "growth/root_distributions.h"
 #include "growth/state.h"
 
 // Least distance from the range of several roots to the edge of the launch area.
@@ -18,31 +19,6 @@ constexpr int kLastRootType = 9;
 // Memory that a root takes, in the aggregate and in the index over it.
 constexpr std::size_t kBytesPerRoot = 2 * sizeof(Particle);
 
-namespace
-{
-// How one coordinate of a root is made; R is rootrange, theta the root's share of the full circle.
-enum Coordinate {
-    kZero,
-    kRandom, // (u - 0.5) R
-    kCosine, // R cos(theta)
-    kSine    // R sin(theta)
-};
-
-struct Distribution {
-    const char *name;
-    Coordinate x, y, z;
-};
-} // namespace
-
-// Indexed by RootType; element 0 stands for every other value that places roots.
-static const Distribution kDistributions[] = {
-    {"Spherical", kRandom, kRandom, kRandom},          {"Origin", kZero, kZero, kZero},
-    {"Spherical", kRandom, kRandom, kRandom},          {"Random: x axis plane", kZero, kRandom, kRandom},
-    {"Random: y axis plane", kRandom, kZero, kRandom}, {"Random: z axis plane", kRandom, kRandom, kZero},
-    {"Ring: x axis plane", kZero, kCosine, kSine},     {"Ring: y axis plane", kCosine, kZero, kSine},
-    {"Ring: z axis plane", kCosine, kSine, kZero},
-};
-
 static int CountPlacedRoots();
 static int CountWantedRoots();
 static void PlaceRoots(Particle *placed);
@@ -50,8 +26,6 @@ static void ReplaceCells(Particle *particles, int count);
 static bool ReadPositions(FILE *file, Vector **positions, int *count);
 static SeedFileResult StartFromPositions(const char *path, Vector *positions, int count);
 static SeedFileResult StartFromOrigin();
-static const Distribution &FindDistribution(int roottype);
-static double PlaceCoordinate(Coordinate coordinate, double theta);
 static void SetRootName(const char *name);
 
 void InitialiseGrowth()
@@ -107,16 +81,11 @@ bool MemoryHoldsRoots()
     return static_cast<std::size_t>(CountWantedRoots()) <= AvailableMemory() / kBytesPerRoot;
 }
 
-const char *RootTypeName(int roottype)
-{
-    return FindDistribution(roottype).name;
-}
-
 void HandleRootMenu(int id)
 {
     growthstate.roottype = id;
     if (id >= kRootOrigin && id <= kRootRingZ)
-        SetRootName(kDistributions[id].name);
+        SetRootName(RootTypeName(id));
 }
 
 SeedFileResult ReadSeedFile(const char *path)
@@ -162,17 +131,10 @@ static int CountWantedRoots()
 static void PlaceRoots(Particle *placed)
 {
     const int count = CountWantedRoots();
-    const Distribution &distribution = FindDistribution(growthstate.roottype);
-    for (int i = 0; i < count; i++) {
-        const double theta = i * kTwoPi / growthstate.nroots;
-        Vector p;
-        p.x = PlaceCoordinate(distribution.x, theta);
-        p.y = PlaceCoordinate(distribution.y, theta);
-        p.z = PlaceCoordinate(distribution.z, theta);
-        placed[i] = {p, 0, -1, 0};
-    }
+    for (int i = 0; i < count; i++)
+        placed[i] = {PlaceRoot(i), 0, -1, 0};
     if (count > 0)
-        SetRootName(distribution.name);
+        SetRootName(RootTypeName(growthstate.roottype));
     ReplaceCells(placed, count);
     SeedGenerators(growthstate.seed);
     nseeds = 0;
@@ -226,26 +188,6 @@ static SeedFileResult StartFromOrigin()
         return kSeedFileEmpty;
     growthstate = old;
     return kSeedFileOutOfMemory;
-}
-
-static const Distribution &FindDistribution(int roottype)
-{
-    return kDistributions[roottype >= kRootOrigin && roottype <= kRootRingZ ? roottype : 0];
-}
-
-static double PlaceCoordinate(Coordinate coordinate, double theta)
-{
-    switch (coordinate) {
-    case kZero:
-        return 0;
-    case kRandom:
-        return (DrawUniform() - 0.5) * growthstate.rootrange;
-    case kCosine:
-        return growthstate.rootrange * FindSineCosine(theta).cosine;
-    case kSine:
-        return growthstate.rootrange * FindSineCosine(theta).sine;
-    }
-    return 0;
 }
 
 static void SetRootName(const char *name)

@@ -22,9 +22,6 @@ int RestartFromRoots();
 // Whether the memory that is free holds the roots that growthstate.roottype and growthstate.nroots ask for.
 bool MemoryHoldsRoots();
 
-// Name of the distribution `roottype`, one of RootType.
-const char *RootTypeName(int roottype);
-
 // Menu callback: records distribution id and its name; roots are placed so at the next ResetSeeds.
 void HandleRootMenu(int id);
 

@@ -4,16 +4,16 @@
 
 #include <forms.h>
 
-#include "growth/control_panel.h"
 #include "growth/roots.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/control_panel.h"
+#include "toolkit/file_selector.h"
+#include "toolkit/wait_cursor.h"
 
 int ReadRoots()
 {
-    const char *chosen = fl_show_fselector("Seed file", "", "", "");
-    if (chosen == nullptr || *chosen == '\0')
+    const std::string path = AskForFile("Seed file");
+    if (path.empty())
         return 1;
-    const std::string path = chosen;
 
     switch (WithWaitCursor([&] { return ReadSeedFile(path.c_str()); })) {
     case kSeedFileRead:

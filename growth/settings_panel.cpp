@@ -2,10 +2,11 @@
 
 #include <cstdlib>
 
-#include "growth/control_panel.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/control_panel.h"
+#include "toolkit/wait_cursor.h"
 
 FD_settingform *settingform = nullptr;
 
@@ -49,7 +50,7 @@ void HandleSettingsPanel(const FL_OBJECT *worked)
     if (worked == panel.hide)
         HidePanel(panel.form, &settingformvisible);
     else if (const PanelObject *input = FindInput(kObjects, worked))
-        Change(*input, ShownParameter(*input));
+        Change(*input, ParameterOf(ShownField(*input)));
 }
 
 // Where memory does not hold the roots of a run that starts anew, nothing changes.

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "growth/control_panel.h"
+#include "toolkit/control_panel.h"
 
 struct FD_settingform {
     FL_FORM *form;

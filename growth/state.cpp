@@ -1,7 +1,5 @@
 #include "growth/state.h"
 
-#include "growth/parameters.h"
-
 Particle *cells = nullptr;
 int ncells = 0;
 Vector *roots = nullptr;
@@ -18,18 +16,3 @@ int settingformvisible = 0;
 int stlformvisible = 0;
 int sliceformvisible = 0;
 bool viewwindow = false;
-
-void SetProgramDefaults()
-{
-    options = {};
-    options.framerate = 30.0;
-    options.showextras = 1;
-    options.showinfo = 1;
-    options.marker1[0] = 10;
-    options.marker2[2] = 10;
-    SetDefault(&options.dlamode);
-    SetDefault(&options.surfacemode);
-    SetDefault(&options.printscale);
-    SetDefaults("slices");
-    interfacestate = {-1, 0, 0, 0};
-}

@@ -170,6 +170,3 @@ extern int sliceformvisible;
 // The window is that of sarkelo-view. It opens and saves files, asks before unsaved particles are lost, says in message
 // boxes what fails, and draws a frame only when something has changed. False: the window of sarkelo.
 extern bool viewwindow;
-
-// Gives options and interfacestate the values that they have at program start.
-void SetProgramDefaults();

@@ -1,3 +1,5 @@
+#include "recipe/start.h"
+
 #include <cerrno>
 #include <cmath>
 #include <cstdint>
@@ -7,12 +9,12 @@
 #include <span>
 #include <string>
 
-#include "growth/growth_step.h"
-#include "growth/neighbour_search.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
-#include "recipe/recipe.h"
+#include "growth/walker.h"
+#include "recipe/recipe_text.h"
+#include "search/neighbour_search.h"
 #include "surface/samples.h"
 #include "surface/stl_reader.h"
 #include "surface/surface.h"

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 

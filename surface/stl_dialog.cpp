@@ -6,18 +6,18 @@
 #include <forms.h>
 
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
 #include "surface/stl_reader.h"
+#include "toolkit/file_selector.h"
+#include "toolkit/wait_cursor.h"
 
 static int Refuse();
 static void ShowFileError(const char *text, const std::string &detail = "");
 
 int ReadSTL()
 {
-    const char *chosen = fl_show_fselector("STL file", "", "", "");
-    if (chosen == nullptr || *chosen == '\0')
+    const std::string path = AskForFile("STL file");
+    if (path.empty())
         return 1;
-    const std::string path = chosen;
 
     switch (WithWaitCursor([&] { return ReadSTLFile(path.c_str()); })) {
     case kSTLRead:

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "growth/state.h"
-#include "surface/surface_index.h"
 
 // Below this cosine of the angle to the normal, times the segment's length, a segment is parallel to a face.
 constexpr double kParallel = 1e-5;
@@ -27,6 +26,7 @@ int nstltri = 0;
 Vector stlmin = {kUnbounded, kUnbounded, kUnbounded};
 Vector stlmax = {-kUnbounded, -kUnbounded, -kUnbounded};
 Vector stlmid = {0, 0, 0};
+static unsigned surfacenumber = 0;
 
 namespace
 {
@@ -58,7 +58,7 @@ SurfaceAside::~SurfaceAside()
 
 void UpdateSTL()
 {
-    DropSurfaceIndex();
+    surfacenumber++;
     RemoveBadFaces();
     for (int i = 0; i < nstltri; i++)
         DeriveFaceData(&stltri[i]);
@@ -69,6 +69,11 @@ void UpdateSTL()
         fprintf(stderr, "        %g <= z <= %g\n", stlmin.z, stlmax.z);
         fprintf(stderr, "Midpoint: %g %g %g\n", stlmid.x, stlmid.y, stlmid.z);
     }
+}
+
+unsigned SurfaceNumber()
+{
+    return surfacenumber;
 }
 
 void TransformSTL(Vector scale, Vector shift, Vector rotate)

@@ -42,6 +42,9 @@ private:
 // computes normals, planes, centres and bounds. In verbose mode reports them to standard error.
 void UpdateSTL();
 
+// Number of calls of UpdateSTL: it differs between a surface and the one before it.
+unsigned SurfaceNumber();
+
 // Rotates every corner about the x, then the y, then the z axis by the angles `rotate` in degrees, scales it
 // about the origin and shifts it, then calls UpdateSTL: a scale of 0 flattens the surface, and the faces that
 // vanish thereby are removed. In verbose mode reports the three to standard error.

@@ -56,6 +56,7 @@ struct alignas(64) Family {
 struct SurfaceIndex {
     const Triangle *array = nullptr;
     int count = -1;
+    unsigned surface = 0;
     std::vector<Entry> entries; // by node
     std::vector<Node> nodes;
     std::vector<Family> families;
@@ -85,7 +86,8 @@ FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test)
     if (nstltri <= 0)
         return FaceSearch::kNone;
     try {
-        if (surfaceindex.array != stltri || surfaceindex.count != nstltri)
+        if (surfaceindex.array != stltri || surfaceindex.count != nstltri ||
+            surfaceindex.surface != SurfaceNumber())
             Build();
         const Vector ends[] = {p1, p2};
         const Box wanted = BoxOf(ends, 2, reach);
@@ -95,11 +97,6 @@ FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test)
         surfaceindex = SurfaceIndex();
         return FaceSearch::kOutOfMemory;
     }
-}
-
-void DropSurfaceIndex()
-{
-    surfaceindex.count = -1;
 }
 
 static void Build()
@@ -119,6 +116,7 @@ static void Build()
     AddNode(0, static_cast<int>(surfaceindex.entries.size()));
     surfaceindex.array = stltri;
     surfaceindex.count = nstltri;
+    surfaceindex.surface = SurfaceNumber();
 }
 
 // Whether the test holds for a face whose box meets the wanted one.

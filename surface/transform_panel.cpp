@@ -3,8 +3,8 @@
 #include <cstdlib>
 
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
 #include "surface/surface.h"
+#include "toolkit/wait_cursor.h"
 
 FD_stlform *stlform = nullptr;
 

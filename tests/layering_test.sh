@@ -15,29 +15,44 @@ forbid() {
         fi
     done
 }
-fronts="viewer app batch"
+fronts="toolkit viewer app batch"
 files="recipe archive"
-forbid geom growth surface analysis export image $files $fronts
-forbid growth analysis export image $files $fronts
-forbid surface analysis export image $files $fronts
+results="analysis export image"
+forbid base geom search growth surface $results $files $fronts
+forbid geom base search growth surface $results $files $fronts
+for room in search growth surface; do
+    forbid $room $results $files viewer app batch
+done
+forbid search surface toolkit
 forbid analysis $files $fronts
-forbid export $files $fronts
-forbid image growth surface analysis export $files $fronts
+forbid export $files viewer app batch
+forbid image search growth surface analysis export $files $fronts
 forbid recipe archive $fronts
 forbid archive $fronts
+forbid toolkit search growth surface $results $files viewer app batch
 forbid viewer app batch
 forbid app batch
-forbid batch viewer app
+forbid batch toolkit viewer app
+
+# No circle of files, each header with its source file.
+circles=$(find base geom search growth surface analysis export image recipe archive toolkit viewer app batch -name '*.h' -o -name '*.cpp' |
+    while read -r file; do
+        sed -nE "s#^\#include \"(.*)\.h\"#${file%.*} \1#p" "$file"
+    done | tsort 2>&1 >/dev/null)
+if [ -n "$circles" ]; then
+    echo "files include each other in a circle: $circles"
+    faults=1
+fi
 
 toolkits=$(tests/toolkit_files.sh)
-for file in $(find geom growth surface analysis export image recipe archive batch -name '*.h' -o -name '*.cpp'); do
+for file in $(find base geom search growth surface analysis export image recipe archive batch -name '*.h' -o -name '*.cpp'); do
     grep -qx "${file%.*}" <<<"$toolkits" && continue
     included=$(sed -nE 's/^#include "(.*)\.h"$/\1/p' "$file" | grep -Fx "$toolkits") ||
         included=$(grep -nE '#include <(GL/|EGL/|X11/|forms\.h)' "$file") || continue
     echo "$file is core and must not use a toolkit: $included"
     faults=1
 done
-if grep -nE '#include <(hdf5|toml|nlohmann|CLI/)' -r geom growth surface analysis export image viewer ||
+if grep -nE '#include <(hdf5|toml|nlohmann|CLI/)' -r base geom search growth surface analysis export image toolkit viewer ||
     grep -nE '#include <(hdf5|toml|nlohmann)' -r app; then
     echo "only recipe/, archive/ and batch/ know HDF5, TOML and JSON, and only app/ and batch/ command lines"
     faults=1

@@ -5,10 +5,10 @@
 #include "app/panels.h"
 #include "export/slicing_panel.h"
 #include "fakes/recorder.h"
-#include "growth/control_panel.h"
 #include "growth/settings_panel.h"
 #include "surface/transform_panel.h"
-#include "viewer/callback.h"
+#include "toolkit/callback.h"
+#include "toolkit/control_panel.h"
 
 inline void CreatePanelsOnce()
 {

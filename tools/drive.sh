@@ -158,7 +158,7 @@ place() {
                 textx = next_x
             }
             if (textx != "") print int(textx), int(texty)
-        }' "$project/tests/growth/panel_layout.txt"
+        }' "$project/tests/toolkit/panel_layout.txt"
 }
 
 # press PANEL LABEL: clicks at what bears the label.

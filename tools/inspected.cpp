@@ -123,7 +123,7 @@ extern "C" void __wrap_glutSwapBuffers()
 
 int main(int argc, char **argv)
 {
-    PrepareRescue(DescribeWindowRun);
+    ArmRescue(DescribeWindowRun);
     signal(SIGUSR1, [](int) { wanted = 1; }); // in place of its end
     RunProgram(argc, argv);
     return 0;

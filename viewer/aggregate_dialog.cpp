@@ -12,8 +12,9 @@
 
 #include "archive/rescue.h"
 #include "growth/camera_home.h"
-#include "growth/control_panel.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/control_panel.h"
+#include "toolkit/file_selector.h"
+#include "toolkit/wait_cursor.h"
 #include "viewer/camera.h"
 #include "viewer/surface_drawing.h"
 
@@ -25,7 +26,6 @@ std::string windowfile;
 
 static void ReplaceRun(const std::string &path, StoredAggregate stored);
 static std::string CountParticles(int count);
-static const char *AskForAggregate(const char *title);
 
 RunRecord DescribeWindowRun()
 {
@@ -70,10 +70,9 @@ void ShowFileInTitle()
 
 void OpenAggregate()
 {
-    const char *name = AskForAggregate("Open aggregate");
-    if (name == nullptr)
+    const std::string path = AskForFile("Open aggregate", "*.h5");
+    if (path.empty())
         return;
-    const std::string path = name;
     StoredAggregate stored;
     if (const Fault fault = WithWaitCursor([&] { return ReadAggregate(path, &stored); })) {
         fl_show_message("File Error", fault.line.c_str(), "");
@@ -85,10 +84,9 @@ void OpenAggregate()
 
 bool SaveAggregate()
 {
-    const char *name = AskForAggregate("Save aggregate");
-    if (name == nullptr)
+    std::string path = AskForFile("Save aggregate", "*.h5");
+    if (path.empty())
         return false;
-    std::string path = name;
     if (std::filesystem::path(path).extension() != ".h5")
         path += kAggregateExtension;
     const std::string question = "Replace " + path + "?";
@@ -115,7 +113,7 @@ bool AskToGoOn()
 
 void AskBeforeClosing()
 {
-    while (viewwindow && IsRescuePrepared() && HasUnsavedParticles()) {
+    while (viewwindow && IsRescueArmed() && HasUnsavedParticles()) {
         const std::string question =
             "The window closes. Its run has " + CountParticles(ncells) + ". Not all of them are in a file.";
         if (fl_show_choices(question.c_str(), 2, "Save", "Discard", "", kSave) != kSave || SaveAggregate())
@@ -165,11 +163,4 @@ static std::string CountParticles(int count)
     for (int at = static_cast<int>(digits.size()) - 3; at > 0; at -= 3)
         digits.insert(static_cast<std::size_t>(at), 1, ',');
     return digits + " particles";
-}
-
-// Returns nullptr where the user cancels; else it is valid until the next question.
-static const char *AskForAggregate(const char *title)
-{
-    const char *name = fl_show_fselector(title, "", "*.h5", "");
-    return name == nullptr || *name == '\0' ? nullptr : name;
 }

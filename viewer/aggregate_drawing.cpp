@@ -7,7 +7,7 @@
 
 #include <GL/gl.h>
 
-#include "growth/colour.h"
+#include "export/appearance.h"
 #include "growth/state.h"
 #include "viewer/gl_primitives.h"
 

@@ -3,11 +3,16 @@
 #include <algorithm>
 #include <cmath>
 
+#include "export/appearance.h"
 #include "growth/camera_home.h"
-#include "growth/colour.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 
+// Factor of one zoom or dolly step.
+constexpr double kZoomStep = 0.95;
+// Degrees. Tested before a step, so that the aperture can end one step beyond (kept).
+constexpr double kNarrowest = 1;
+constexpr double kWidest = 90;
 // Room about what is fitted into the view.
 constexpr double kFitMargin = 1.02;
 // Of what is fitted into the view, how many times as far as the nearest the farthest may be: the clipping planes'
@@ -39,6 +44,7 @@ struct ViewFrame {
 };
 } // namespace
 
+static void MoveToDistance(double distance);
 static Vector FromPivot(Vector arm);
 static void SwingCamera(double theta, Vector axis, Vector right, double distance);
 static Reach PlaceCamera(bool turning);
@@ -65,11 +71,26 @@ double CameraDistance()
     return Modulus(camera.vp - camera.pr);
 }
 
-void MoveToDistance(double distance)
+void MoveCloser()
 {
-    Vector arm = camera.vp - camera.pr;
-    Normalise(&arm);
-    camera.vp = FromPivot(distance * arm);
+    MoveToDistance(CameraDistance() * kZoomStep);
+}
+
+void MoveAway()
+{
+    MoveToDistance(CameraDistance() / kZoomStep);
+}
+
+void ZoomIn()
+{
+    if (camera.aperture > kNarrowest)
+        camera.aperture *= kZoomStep;
+}
+
+void ZoomOut()
+{
+    if (camera.aperture < kWidest)
+        camera.aperture /= kZoomStep;
 }
 
 void FitCamera()
@@ -114,6 +135,14 @@ Vector RightVector()
 static Vector FromPivot(Vector arm)
 {
     return arm - (Vector{0, 0, 0} - camera.pr);
+}
+
+// Moves the view point along its line through the point of rotation.
+static void MoveToDistance(double distance)
+{
+    Vector arm = camera.vp - camera.pr;
+    Normalise(&arm);
+    camera.vp = FromPivot(distance * arm);
 }
 
 // Turns the view direction by theta radians about an axis and aims at the point of rotation from a distance; the

@@ -14,8 +14,13 @@ void RotateCamera(double ix, double iy, double iz);
 // Distance of the view point from the point of rotation.
 double CameraDistance();
 
-// Moves the view point along its line through the point of rotation.
-void MoveToDistance(double distance);
+// One step of the view point along its line through the point of rotation, by a twentieth of the distance.
+void MoveCloser();
+void MoveAway();
+
+// One step of the angle of view, by a twentieth, from 1 to 90 degrees.
+void ZoomIn();
+void ZoomOut();
 
 // Moves the camera to where all particles and the surface, as they are drawn, just fill the view, and its point of
 // rotation into the middle of them. Its direction and aperture stay. Clipping planes cut nothing off.

@@ -10,14 +10,15 @@
 #include <GL/glut.h>
 #include <forms.h>
 
-#include "archive/rescue.h"
+#include "base/end_signals.h"
 #include "export/window_capture.h"
 #include "geom/clock.h"
 #include "growth/camera_home.h"
-#include "growth/control_panel.h"
-#include "growth/main_window.h"
 #include "growth/state.h"
 #include "image/bitmap.h"
+#include "toolkit/callback.h"
+#include "toolkit/control_panel.h"
+#include "toolkit/main_window.h"
 #include "viewer/aggregate_dialog.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/camera.h"
@@ -37,7 +38,6 @@ constexpr double kQuickFrame = 0.1;
 constexpr double kRest = 0.5;
 
 static bool quick = false;
-static bool wanted = true;     // a frame, of the view window
 static bool thinned = false;   // the last frame, or the one being drawn
 static double framestart = 0;  // of the same
 static double moved = 0;       // when the camera was last seen to have moved
@@ -65,7 +65,7 @@ void HandleDisplay()
     framestart = GetRunTime();
     const int mode = ChooseBranches();
     DrawFrame();
-    wanted = drawingpart.stopped;
+    framerequested = drawingpart.stopped;
     bool saved = true;
     if (!drawingpart.stopped) {
         saved = Capture();
@@ -88,17 +88,12 @@ void KeepFramesQuick()
     quick = true;
 }
 
-void RequestFrame()
-{
-    wanted = true;
-}
-
 bool IsFrameWanted()
 {
     const bool grows =
         growthstate.running && (ncells != shownparticles || options.showinfo || options.showextras);
     const bool rests = thinned && GetRunTime() - moved >= kRest;
-    return wanted || grows || rests || options.recordframes || options.autospin != 0 ||
+    return framerequested || grows || rests || options.recordframes || options.autospin != 0 ||
            options.boxcountrequest || AreStatisticsShown();
 }
 
@@ -141,7 +136,7 @@ static bool Capture()
 static bool IsToBreakOff()
 {
     return GetRunTime() - framestart > kQuickFrame &&
-           (HasSignalCome() || (!IsCaptured() && IsInputWaiting(IsPanelShown())));
+           (NotedEndSignal() != 0 || (!IsCaptured() && IsInputWaiting(IsPanelShown())));
 }
 
 // Since the last call.

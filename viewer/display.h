@@ -9,9 +9,6 @@ void HandleDisplay();
 // of a second draws the heaviest branches that fit into it, and tubes as lines. Captured frames are drawn whole.
 void KeepFramesQuick();
 
-// Something has changed that a frame of the view window shows.
-void RequestFrame();
-
 // Whether the view window's last frame no longer shows everything as it is, or all frames are to be recorded.
 bool IsFrameWanted();
 

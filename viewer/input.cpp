@@ -3,17 +3,12 @@
 #include <GL/glut.h>
 
 #include "growth/camera_home.h"
-#include "growth/main_window.h"
 #include "growth/state.h"
+#include "toolkit/main_window.h"
 #include "viewer/camera.h"
 #include "viewer/menus.h"
 
 constexpr unsigned char kEscape = 27;
-// Factor of one zoom or dolly step.
-constexpr double kZoomStep = 0.95;
-// Degrees. Tested before a step, so that the aperture can end one step beyond (kept).
-constexpr double kNarrowest = 1;
-constexpr double kWidest = 90;
 // Radians of one key press.
 constexpr double kKeyTurn = 0.02;
 // Pixels of a drag per radian.
@@ -43,21 +38,19 @@ void HandleKeyboard(unsigned char key, int, int)
         break;
     case '+':
     case '=':
-        if (camera.aperture > kNarrowest)
-            camera.aperture *= kZoomStep;
+        ZoomIn();
         break;
     case '-':
     case '_':
-        if (camera.aperture < kWidest)
-            camera.aperture /= kZoomStep;
+        ZoomOut();
         break;
     case '<':
     case ',':
-        MoveToDistance(CameraDistance() / kZoomStep);
+        MoveAway();
         break;
     case '>':
     case '.':
-        MoveToDistance(CameraDistance() * kZoomStep);
+        MoveCloser();
         break;
     case 'h':
     case 'H':

@@ -10,6 +10,7 @@
 #include "export/model.h"
 #include "export/save_dialog.h"
 #include "export/slicing_panel.h"
+#include "growth/root_distributions.h"
 #include "growth/roots.h"
 #include "growth/seed_file_dialog.h"
 #include "growth/settings_panel.h"
@@ -18,8 +19,8 @@
 #include "surface/samples.h"
 #include "surface/stl_dialog.h"
 #include "surface/transform_panel.h"
+#include "toolkit/callback.h"
 #include "viewer/aggregate_dialog.h"
-#include "viewer/callback.h"
 #include "viewer/camera.h"
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
@@ -146,7 +147,7 @@ void HandleMainMenu(int id)
     case kCommandQuit:
         if (!AskToGoOn())
             break;
-        LeaveAggregate();
+        DisarmRescue();
         exit(0);
     default:
         break;

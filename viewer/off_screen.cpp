@@ -15,7 +15,7 @@
 #include "growth/camera_home.h"
 #include "growth/state.h"
 #include "viewer/aggregate_drawing.h"
-#include "viewer/pictures.h"
+#include "viewer/picture_request.h"
 #include "viewer/surface_drawing.h"
 
 // The shorter side of a picture, in pixels, for which widths of lines and points count.

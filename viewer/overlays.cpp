@@ -7,8 +7,8 @@
 
 #include <GL/glut.h>
 
-#include "growth/colour.h"
-#include "growth/description.h"
+#include "export/appearance.h"
+#include "export/description.h"
 #include "growth/state.h"
 #include "viewer/gl_primitives.h"
 

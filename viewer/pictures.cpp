@@ -7,10 +7,10 @@
 
 #include <png.h>
 
-#include "export/output_file.h"
+#include "base/output_file.h"
 #include "growth/replay.h"
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
+#include "toolkit/wait_cursor.h"
 #include "viewer/camera.h"
 #include "viewer/off_screen.h"
 #include "viewer/surface_drawing.h"
@@ -59,7 +59,7 @@ std::vector<std::string> PicturePaths(const PictureRequest &request)
 
 Fault DrawPictures(const PictureRequest &request)
 {
-    LeaveOutWaitCursors();
+    DisableWaitCursors();
     camera.screenwidth = request.width;
     camera.screenheight = request.height;
     camera.stereo = kStereoNone;

@@ -3,8 +3,8 @@
 #include <GL/gl.h>
 
 #include "growth/state.h"
-#include "growth/wait_cursor.h"
 #include "surface/surface.h"
+#include "toolkit/wait_cursor.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/gl_primitives.h"
 

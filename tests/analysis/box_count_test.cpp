@@ -7,8 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 

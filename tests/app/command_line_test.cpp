@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "growth/camera_home.h"
+#include "growth/parameters.h"
 #include "growth/state.h"
 
 TEST(CommandLine, SwitchesTakeEffectInOrder)

@@ -18,7 +18,7 @@
 #include "growth/scenario.h"
 #include "panels.h"
 #include "temporary_file.h"
-#include "viewer/callback.h"
+#include "toolkit/callback.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -62,6 +62,7 @@ static std::string RunASecond(double took)
 
 TEST(Idle, PacesFramesPanelsAndGrowthAsRightBefore)
 {
+    CreatePanelsOnce();
     std::ostringstream text;
     text.precision(4);
     for (const double took : {0.0, 0.005, 0.04, 0.3}) {
@@ -211,7 +212,7 @@ TEST(Idle, ALongFrameIsBrokenOffForInputAndSignals)
     EXPECT_EQ(draw(1e-5), all) << "a recorded frame while the camera moves";
     EXPECT_EQ(CountFiles(), 2);
     const auto endbysignal = [&] {
-        PrepareRescue([] { return RunRecord(); });
+        ArmRescue([] { return RunRecord(); });
         raise(SIGTERM);
         exit(draw(1e-5) < all / 2 && CountFiles() == 2);
     };

@@ -14,7 +14,7 @@
 #include "archive/content.h"
 #include "archive/hdf5.h"
 #include "archive/rescue.h"
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"

@@ -10,6 +10,7 @@
 #include <sys/wait.h>
 
 #include "archive/content.h"
+#include "growth/root_distributions.h"
 #include "growth/roots.h"
 #include "growth/sources.h"
 #include "surface/samples.h"

@@ -8,11 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include "base/array.h"
 #include "export/information.h"
 #include "export/vrml.h"
 #include "golden.h"
-#include "growth/array.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/scenario.h"
 #include "surface/surface.h"
 

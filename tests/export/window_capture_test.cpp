@@ -4,6 +4,7 @@
 
 #include "fakes/recorder.h"
 #include "growth/camera_home.h"
+#include "growth/parameters.h"
 #include "growth/scenario.h"
 #include "image/bitmap.h"
 #include "temporary_file.h"

@@ -8,6 +8,7 @@
 #include "export/model.h"
 #include "export/slices.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "surface/samples.h"

@@ -4,8 +4,8 @@
 #include <forms.h>
 
 #include "fakes/recorder.h"
-#include "growth/main_window.h"
-#include "growth/signal_watch.h"
+#include "toolkit/main_loop_timer.h"
+#include "toolkit/main_window.h"
 
 static std::list<FL_OBJECT> objects;
 static std::map<FL_OBJECT *, std::string> inputs;
@@ -55,12 +55,12 @@ extern "C" Window fl_show_form(FL_FORM *, int place, int border, const char *tit
     return 0;
 }
 
-void IntroduceMainWindow()
+void SetWindowProperties()
 {
-    Record("IntroduceMainWindow");
+    Record("SetWindowProperties");
 }
 
-void StartSignalWatch(void (*)(), void (*)(), void (*)()) {}
+void StartMainLoopTimer(void (*)(), void (*)(), void (*)()) {}
 
 void OwnPanel(FL_FORM *)
 {

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "export/output_file.h"
+#include "base/output_file.h"
 #include "export/save_dialog.h"
 #include "export/slices.h"
 #include "export/window_capture.h"

@@ -11,22 +11,22 @@
 #include <unistd.h>
 
 #include "app/idle.h"
+#include "base/array.h"
 #include "export/save_dialog.h"
 #include "fakes/recorder.h"
 #include "faults/failing_memory.h"
-#include "growth/array.h"
 #include "growth/camera_home.h"
-#include "growth/flows.h"
+#include "growth/deferred_flows.h"
 #include "growth/growth_step.h"
-#include "growth/neighbour_search.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "panels.h"
+#include "search/neighbour_search.h"
 #include "surface/samples.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
-#include "viewer/callback.h"
+#include "toolkit/callback.h"
 #include "viewer/display.h"
 #include "viewer/menus.h"
 #include "viewer/pictures.h"
@@ -349,22 +349,22 @@ TEST(FailingMemory, SearchesAreTheSameWithoutMemoryForTables)
 }
 
 // The flows of an aggregate once more, in the order in which its particles came. Returns the hash of all.
-static unsigned long long BringFlowsAnew(bool held, bool fails)
+static unsigned long long AddFlowsAnew(bool deferred, bool fails)
 {
     const int all = ncells;
     for (int i = 0; i < all; i++)
         cells[i].weight = 0;
-    ForgetPaths();
+    ForgetFlows();
     {
-        std::optional<HeldFlows> flows;
+        std::optional<DeferredFlows> flows;
         ncells = growthstate.nroots;
-        if (held)
+        if (deferred)
             flows.emplace();
         if (fails)
             FailAllocations(1, true);
         while (ncells < all) {
             ncells++;
-            BringFlow();
+            AddFlowOfNewest();
         }
     }
     if (fails) {
@@ -383,5 +383,5 @@ TEST(FailingMemory, FlowsAreTheSameWithoutMemoryForPaths)
     const unsigned long long hash = HashParticles(500);
     for (const bool held : {false, true})
         for (const bool fails : {false, true})
-            EXPECT_EQ(BringFlowsAnew(held, fails), hash) << held << fails;
+            EXPECT_EQ(AddFlowsAnew(held, fails), hash) << held << fails;
 }

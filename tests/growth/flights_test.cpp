@@ -9,11 +9,12 @@
 
 #include <gtest/gtest.h>
 
-#include "growth/flows.h"
+#include "growth/deferred_flows.h"
 #include "growth/growth_step.h"
-#include "growth/neighbour_search.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
+#include "growth/walker.h"
+#include "search/neighbour_search.h"
 
 namespace
 {
@@ -118,7 +119,7 @@ TEST(Flights, PinnedRun)
 {
     for (const bool held : {false, true}) {
         Start({"default"}, 12345);
-        std::optional<HeldFlows> flows;
+        std::optional<DeferredFlows> flows;
         if (held)
             flows.emplace();
         Grow(IterateFlights, 20000, 100000000);

@@ -9,6 +9,7 @@
 #include "growth/reference_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
+#include "growth/walker.h"
 #include "surface/surface.h"
 
 namespace

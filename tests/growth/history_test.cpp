@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "growth/array.h"
-#include "growth/flows.h"
+#include "base/array.h"
+#include "growth/deferred_flows.h"
 #include "growth/growth_step.h"
 #include "growth/reference_step.h"
 #include "growth/roots.h"
@@ -17,9 +17,9 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 
-static void GrowWithHeldFlows(int steps)
+static void GrowWithDeferredFlows(int steps)
 {
-    const HeldFlows flows;
+    const DeferredFlows flows;
     for (int i = 0; i < steps; i++)
         IterateSystem();
 }
@@ -149,7 +149,7 @@ TEST(History, LeavesWhatThePlainReferenceLeaves)
     for (unsigned seed = first; seed < first + count; seed++) {
         RunHistory(seed, GrowByReference);
         const Outcome expected = TakeOutcome();
-        stuck += RunHistory(seed, seed % 3 == 0 ? GrowPlainly : GrowWithHeldFlows);
+        stuck += RunHistory(seed, seed % 3 == 0 ? GrowPlainly : GrowWithDeferredFlows);
         const Outcome grown = TakeOutcome();
         EXPECT_EQ(Difference(expected, grown), "") << "SARKELO_HISTORY_SEED=" << seed;
     }
@@ -169,7 +169,7 @@ TEST(History, LargeAggregatesGrowAsByThePlainReference)
             growthstate.seed = 77;
             InitialiseGrowth();
             while (ncells < 2500)
-                (plain ? GrowByReference : GrowWithHeldFlows)(1000);
+                (plain ? GrowByReference : GrowWithDeferredFlows)(1000);
             outcomes[plain] = TakeOutcome();
         }
         EXPECT_EQ(Difference(outcomes[1], outcomes[0]), "") << branchlength;
@@ -208,7 +208,7 @@ TEST(History, TheIndexFollowsChangedParticles)
     StartAfresh();
     for (const bool told : {false, true}) {
         RestartFromRoots();
-        GrowWithHeldFlows(50000);
+        GrowWithDeferredFlows(50000);
         ASSERT_GT(ncells, 10);
         const int moved = told ? 0 : ncells - 1;
         cells[moved].p = {100, 100, 100};

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "growth/array.h"
+#include "base/array.h"
 #include "growth/generators.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"

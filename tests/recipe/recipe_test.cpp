@@ -1,4 +1,4 @@
-#include "recipe/recipe.h"
+#include "recipe/recipe_text.h"
 
 #include <gtest/gtest.h>
 
@@ -6,6 +6,7 @@
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
+#include "recipe/start.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "growth/parameters.h"
 #include "growth/state.h"
 #include "surface/stl_reader.h"
 #include "surface/surface.h"

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/array.h"
 #include "golden.h"
-#include "growth/array.h"
 #include "growth/scenario.h"
 
 static void AddFace(Vector a, Vector b, Vector c)

@@ -96,9 +96,9 @@ TEST(AggregateDialog, AsksBeforeUnsavedParticlesAreLost)
     fakefile = "closed.h5";
     AskBeforeClosing();
     EXPECT_FALSE(Asked()) << "at the end of the program";
-    PrepareRescue(DescribeWindowRun);
+    ArmRescue(DescribeWindowRun);
     AskBeforeClosing();
-    LeaveAggregate();
+    DisarmRescue();
     EXPECT_TRUE(Asked());
     EXPECT_FALSE(HasUnsavedParticles() || ReadAggregate("closed.h5", &stored));
     ShowFileInTitle();

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "export/appearance.h"
 #include "growth/camera_home.h"
-#include "growth/colour.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
 #include "growth/state.h"

@@ -7,10 +7,10 @@
 #include <gtest/gtest.h>
 
 #include "analysis/box_count.h"
+#include "export/appearance.h"
 #include "fakes/recorder.h"
 #include "golden.h"
 #include "growth/camera_home.h"
-#include "growth/colour.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"

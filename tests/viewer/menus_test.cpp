@@ -20,7 +20,7 @@
 #include "panels.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
-#include "viewer/callback.h"
+#include "toolkit/callback.h"
 
 // The whole tree as the user finds it, menu by menu in the order of building: "menu id label", and "menu > id
 // label" for an entry that opens a menu.

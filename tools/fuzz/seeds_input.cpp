@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "tools/fuzz/input_file.h"

@@ -4,6 +4,7 @@
 
 #include "export/model.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "surface/stl_reader.h"

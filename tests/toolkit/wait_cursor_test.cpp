@@ -1,4 +1,4 @@
-#include "growth/wait_cursor.h"
+#include "toolkit/wait_cursor.h"
 
 #include <functional>
 
@@ -7,6 +7,7 @@
 
 #include "fakes/recorder.h"
 #include "growth/growth_step.h"
+#include "growth/parameters.h"
 #include "growth/scenario.h"
 #include "growth/state.h"
 #include "panels.h"

@@ -1,4 +1,4 @@
-#include "growth/memory.h"
+#include "base/memory.h"
 
 #include <algorithm>
 #include <cstdint>

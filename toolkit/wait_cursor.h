@@ -4,7 +4,7 @@
 #pragma once
 
 // There is no window: wait cursors do nothing from now on.
-void LeaveOutWaitCursors();
+void DisableWaitCursors();
 
 class WaitCursor
 {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "growth/large_pages.h"
+#include "base/large_pages.h"
 
 // Elements stand in chunks of a large page: growth copies no more than the first chunk, and never needs room for all
 // elements twice.

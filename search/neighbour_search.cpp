@@ -1,4 +1,4 @@
-#include "growth/neighbour_search.h"
+#include "search/neighbour_search.h"
 
 #include <algorithm>
 #include <bit>
@@ -6,10 +6,10 @@
 #include <new>
 #include <vector>
 
-#include "growth/clearance_map.h"
-#include "growth/cube_lists.h"
-#include "growth/growth_step.h"
 #include "growth/state.h"
+#include "growth/walker.h"
+#include "search/clearance_map.h"
+#include "search/cube_lists.h"
 
 // Larger than any squared distance in an aggregate: where the scan's minimum starts.
 constexpr double kFarAway = kFarthestPartner * kFarthestPartner;

@@ -1,10 +1,10 @@
-#include "growth/control_panel.h"
+#include "toolkit/control_panel.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <vector>
 
-#include "growth/main_window.h"
-#include "growth/state.h"
+#include "toolkit/main_window.h"
 
 namespace
 {
@@ -17,6 +17,7 @@ struct Panel {
 
 // In the order in which they were built.
 static std::vector<Panel> panels;
+static bool titled = false;
 
 static FL_OBJECT *AddObject(const PanelObject &object);
 static int CloseWindow(FL_FORM *form, void *visible);
@@ -42,7 +43,7 @@ FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelOb
 void ShowPanel(FL_FORM *form, int *visible)
 {
     UpdateForms();
-    fl_show_form(form, FL_PLACE_CENTER, FL_FULLBORDER, viewwindow ? FindTitle(form) : "");
+    fl_show_form(form, FL_PLACE_CENTER, FL_FULLBORDER, titled ? FindTitle(form) : "");
     OwnPanel(form);
     *visible = 1;
 }
@@ -62,16 +63,21 @@ const PanelObject *FindInput(std::span<const PanelObject> objects, const FL_OBJE
     return nullptr;
 }
 
-const Parameter &ShownParameter(const PanelObject &object)
+const void *ShownField(const PanelObject &object)
 {
     if (double *const *number = std::get_if<double *>(&object.value))
-        return ParameterOf(*number);
-    return ParameterOf(std::get<int *>(object.value));
+        return *number;
+    return std::get<int *>(object.value);
+}
+
+void GivePanelsTitles()
+{
+    titled = true;
 }
 
 bool IsPanelShown()
 {
-    return settingformvisible || stlformvisible || sliceformvisible;
+    return std::any_of(panels.begin(), panels.end(), [](const Panel &panel) { return *panel.visible != 0; });
 }
 
 void SetPanelCursors(int cursor)

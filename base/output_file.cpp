@@ -1,4 +1,4 @@
-#include "export/output_file.h"
+#include "base/output_file.h"
 
 #include <climits>
 #include <cstdlib>

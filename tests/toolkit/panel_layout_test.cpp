@@ -34,7 +34,7 @@ TEST(PanelLayout, EveryObjectAtItsPlace)
     create_form_settingform();
     create_form_stlform();
     create_form_sliceform();
-    std::ifstream file(SARKELO_TESTS "/growth/panel_layout.txt");
+    std::ifstream file(SARKELO_TESTS "/toolkit/panel_layout.txt");
     std::ostringstream expected;
     expected << file.rdbuf();
     EXPECT_EQ(Layout(), expected.str());

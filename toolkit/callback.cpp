@@ -1,8 +1,10 @@
-#include "viewer/callback.h"
+#include "toolkit/callback.h"
 
 #include <cstdio>
 
 #include <forms.h>
+
+bool framerequested = true;
 
 void ReportOutOfMemory(CallbackKind kind)
 {

@@ -8,8 +8,6 @@
 
 #include <forms.h>
 
-#include "growth/parameters.h"
-
 enum PanelObjectKind {
     kPanelFrame,
     kPanelButton,
@@ -20,7 +18,7 @@ enum PanelObjectKind {
     kPanelInput
 };
 
-// What an input shows: a parameter, by its field, or always the same text at first.
+// What an input shows: a number that it sets, or always the same text at first.
 using PanelValue = std::variant<std::monostate, double *, int *, const char *>;
 
 // One object of a panel: geometry in pixels from the form's upper left corner, and where its handle is kept.
@@ -30,20 +28,23 @@ struct PanelObject {
     const char *label;
     FL_OBJECT **handle = nullptr;
     PanelValue value = {};
-    bool restarts = false; // a change of the parameter starts the run anew
+    bool restarts = false; // a change of the number starts the run anew
 };
 
 // Builds a form of the given size, filled by a box of a type of the toolkit (FL_UP_BOX), with its objects in
 // order. Closing its window hides it and clears *visible. The objects stay with the panel.
 FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelObject> objects, int *visible);
 
-// The object that was worked, where it shows a parameter; else nullptr.
+// The object that was worked, where it shows a number; else nullptr.
 const PanelObject *FindInput(std::span<const PanelObject> objects, const FL_OBJECT *worked);
 
-// The parameter that such an object shows.
-const Parameter &ShownParameter(const PanelObject &object);
+// The number that such an object shows.
+const void *ShownField(const PanelObject &object);
 
-// Fills the panels with the current parameters, and shows one of them.
+// From now on the windows of panels have titles: their first title object's text.
+void GivePanelsTitles();
+
+// Fills the panels with the current numbers, and shows one of them.
 void ShowPanel(FL_FORM *form, int *visible);
 
 // Hides a panel.
@@ -55,6 +56,6 @@ bool IsPanelShown();
 // Gives the panels that are shown a cursor of the toolkit.
 void SetPanelCursors(int cursor);
 
-// Writes the current parameters into all inputs; those of the transform panel go back to the identity. Buttons
+// Writes the current numbers into all inputs; those of the transform panel go back to the identity. Buttons
 // are not set (kept).
 void UpdateForms();

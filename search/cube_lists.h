@@ -8,9 +8,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "growth/chunked_vector.h"
-#include "growth/cube_grid.h"
-#include "growth/large_pages.h"
+#include "base/chunked_vector.h"
+#include "base/large_pages.h"
+#include "search/cube_grid.h"
 
 // A list remembers roughly where in the cube its particles are, so that the particles themselves need not be looked at
 // where they are clearly beyond the reach. It consists of buckets of four, the newest first.

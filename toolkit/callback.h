@@ -1,18 +1,19 @@
 // The boundary between the toolkits and the program's callbacks: no exception passes through their C code.
-// Memory that runs out in a callback becomes a message, and the program goes on. After what the user does, the view window
-// draws a frame.
+// Memory that runs out in a callback becomes a message, and the program goes on. After what the user does, a frame is
+// requested.
 
 #pragma once
 
 #include <new>
-
-#include "viewer/display.h"
 
 // What a callback is for, which decides how a failure is told: what the user has asked for by a message box;
 // what is called again and again by itself in one line on standard error, until it succeeds again.
 enum CallbackKind { kInputCallback, kRepeatedCallback };
 
 void ReportOutOfMemory(CallbackKind kind);
+
+// A frame is to be drawn. Whoever draws one clears it.
+extern bool framerequested;
 
 template<auto callback, CallbackKind kind>
 struct GuardedCallback;
@@ -31,7 +32,7 @@ struct GuardedCallback<callback, kind> {
             failing = true;
         }
         if (kind == kInputCallback)
-            RequestFrame();
+            framerequested = true;
     }
 };
 

@@ -1,15 +1,15 @@
-#include "growth/wait_cursor.h"
+#include "toolkit/wait_cursor.h"
 
 #include <GL/glut.h>
 #include <forms.h>
 
-#include "growth/control_panel.h"
+#include "toolkit/control_panel.h"
 
 static void SetCursors(int window, int panels);
 
 static bool leftout = false;
 
-void LeaveOutWaitCursors()
+void DisableWaitCursors()
 {
     leftout = true;
 }

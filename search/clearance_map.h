@@ -11,9 +11,9 @@
 #include <utility>
 #include <vector>
 
-#include "growth/chunked_vector.h"
-#include "growth/cube_grid.h"
-#include "growth/large_pages.h"
+#include "base/chunked_vector.h"
+#include "base/large_pages.h"
+#include "search/cube_grid.h"
 
 // Cubes of several scales that meet at the origin, each scale's edge twice the one below; and on each scale two levels,
 // one for a near reach and one for a far one. A cube's bit is set on a level when a particle lies in it or in a cube that

@@ -1,4 +1,4 @@
-#include "growth/main_window.h"
+#include "toolkit/main_window.h"
 
 #include <cstdio>
 #include <vector>
@@ -26,7 +26,7 @@ static void OwnDialogs();
 static Atom FindAtom(const char *name);
 static Bool LookAtEvent(Display *, XEvent *event, XPointer isinput);
 
-void IntroduceMainWindow()
+void SetWindowProperties()
 {
     mainwindow = glXGetCurrentDrawable();
     maindisplay = glXGetCurrentDisplay();

@@ -1,4 +1,4 @@
-#include "growth/colour.h"
+#include "export/appearance.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 
 // Gives the main window its class and icon, and makes it the owner of the dialogs to come: they stay above it
 // and get the keyboard. Call right after the window has been made.
-void IntroduceMainWindow();
+void SetWindowProperties();
 
 // Makes the main window the owner of a panel that has just been shown, puts the panel in front and keeps it out of
 // the taskbar.

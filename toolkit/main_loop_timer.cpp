@@ -1,0 +1,32 @@
+#include "toolkit/main_loop_timer.h"
+
+#include <cstdlib>
+
+#include <GL/freeglut.h>
+#include <forms.h>
+
+constexpr int kMilliseconds = 200;
+
+static void (*polling)() = nullptr;
+
+static void PollInMainLoop(int)
+{
+    polling();
+    glutTimerFunc(kMilliseconds, PollInMainLoop, 0);
+}
+
+static void PollInDialog(int, void *)
+{
+    polling();
+    fl_add_timeout(kMilliseconds, PollInDialog, nullptr);
+}
+
+void StartMainLoopTimer(void (*poll)(), void (*onclose)(), void (*onexit)())
+{
+    polling = poll;
+    PollInMainLoop(0);
+    PollInDialog(0, nullptr);
+    glutCloseFunc(onclose);
+    // Before the toolkit closes the window in turn, which was registered earlier.
+    atexit(onexit);
+}
