@@ -41,12 +41,12 @@ static Fault ReadAll(const std::string &path, StoredAggregate *stored)
     if (stat(path.c_str(), &about) != 0 || access(path.c_str(), R_OK) != 0)
         return bad(std::string("cannot be read: ") + strerror(errno));
     if (!S_ISREG(about.st_mode))
-        return bad("no file of an aggregate");
+        return bad("not an aggregate file");
     try {
         const Hdf5Object access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose, "not enough memory");
         H5Pset_file_locking(access, false, true); // which some shared disks refuse
         if (H5Fis_hdf5(path.c_str()) <= 0)
-            return bad("no file of an aggregate, or not a whole one");
+            return bad("not an aggregate file, or truncated");
         const Hdf5Object file(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access), H5Fclose, "not a whole file");
         ReadContent(file, stored);
         return {};
@@ -255,14 +255,14 @@ void CheckParticles(const Particle *particles, int count)
         const Particle &particle = particles[i];
         const auto require = [=](bool holds, const char *otherwise) {
             if (!holds)
-                throw Hdf5Fault("particle " + std::to_string(i) + " " + otherwise);
+                throw Hdf5Fault("particle " + std::to_string(i) + otherwise);
         };
-        require(std::isfinite(Modulus(particle.p)), "is nowhere: its position is no number");
-        require(particle.weight >= 0 && std::isfinite(particle.weight), "has a flow that is out of range");
-        require(i < rootcount || particle.parent >= 0, "is a root, or its parent is out of range");
-        require(particle.parent < i, "has a parent that does not come before it");
+        require(std::isfinite(Modulus(particle.p)), ": position is not finite");
+        require(particle.weight >= 0 && std::isfinite(particle.weight), " has a flow that is out of range");
+        require(i < rootcount || particle.parent >= 0, " is a root, or its parent is out of range");
+        require(particle.parent < i, " has a parent that does not come before it");
         require(i < rootcount || VectorLength(particle.p, particles[particle.parent].p) <= kFarthestPartner,
-                "is farther from its parent than any particle sticks");
+                " is farther from its parent than any particle sticks");
     }
 }
 
@@ -270,7 +270,7 @@ void CheckFaces(const Triangle *faces, int count)
 {
     for (int i = 0; i < count; i++)
         for (const Vector corner : faces[i].p)
-            Require(std::isfinite(Modulus(corner)), "surface/faces: a corner is no place");
+            Require(std::isfinite(Modulus(corner)), "surface/faces: a corner is not a finite position");
 }
 
 int CountRoots(const Particle *particles, int count)

@@ -17,7 +17,7 @@ constexpr const char *kNoMemory = "out of memory";
 // parents is a ring; roots come before all others.
 void CheckParticles(const Particle *particles, int count);
 
-// Likewise where a corner of a face is no place.
+// Likewise where a corner of a face is not a finite position.
 void CheckFaces(const Triangle *faces, int count);
 
 // The particles at the start without a parent.

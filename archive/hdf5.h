@@ -145,7 +145,7 @@ inline std::string ReadText(hid_t object, const std::string &name)
     const Hdf5Object space(H5Aget_space(attribute), H5Sclose, name, " cannot be read");
     Require(H5Tget_class(type) == H5T_STRING && H5Tis_variable_str(type) == 0 &&
                 H5Tget_size(type) <= longest && H5Sget_simple_extent_npoints(space) == 1,
-            name, " is no text");
+            name, " has the wrong type or shape");
     std::string text(H5Tget_size(type) + 1, '\0');
     Require(H5Aread(attribute, type, text.data()) >= 0, name, " cannot be read");
     text.resize(strlen(text.c_str()));

@@ -142,7 +142,7 @@ inline void RequireAllWritten(hid_t table, hid_t creation, hid_t space, std::spa
 template<typename T>
 hsize_t CountRows(hid_t file, const char *name, std::initializer_list<hsize_t> row)
 {
-    const std::string wrong = std::string(name) + " is no such table";
+    const std::string wrong = std::string(name) + " has the wrong type or shape";
     const Hdf5Object table = OpenTable(file, name);
     const Hdf5Object creation(H5Dget_create_plist(table), H5Pclose, wrong);
     RequirePlainStorage(creation, name);

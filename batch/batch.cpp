@@ -46,7 +46,7 @@ static Fault WriteResult(const RunRecord &run, OwnFile *output);
 static int SaveBesides(const Command &command, const RunRecord &run);
 static Fault Save(const SaveRequest &save);
 static Fault WriteSlices(const SliceRequest &slices);
-static int Worse(int status, const Fault &fault);
+static int ReportAndKeepFirst(int status, const Fault &fault);
 static int Tell(Fault fault);
 
 int RunBatch(int argc, char **argv)
@@ -175,14 +175,15 @@ static int Finish(const Command &command, const Start &start, GrowthEnd end, Own
     const RunRecord &run = start.run;
     int status = 0;
     if (output != nullptr)
-        status = Worse(status, WriteResult(run, output));
+        status = ReportAndKeepFirst(status, WriteResult(run, output));
     if (status == 0 && checkpoint != nullptr && checkpoint->Path() != command.resume)
         checkpoint->Remove(start.owncheckpoint);
     if (end == kStalled)
-        status = Worse(status, {kGrowthFault, "growth has stalled at " + std::to_string(ncells) +
-                                                  " particles: none has arrived for 10^9 steps"});
+        status =
+            ReportAndKeepFirst(status, {kGrowthFault, "growth has stalled at " + std::to_string(ncells) +
+                                                          " particles: none has arrived for 10^9 steps"});
     if (end == kOutOfMemory)
-        status = Worse(status, {kMemoryFault, ""}); // which growth has told
+        status = ReportAndKeepFirst(status, {kMemoryFault, ""}); // which growth has told
     if (!command.quiet && status == 0)
         printf("%s: %d particles, radius %g, %.1f s\n", command.output.c_str(), ncells, growthstate.radius,
                run.seconds);
@@ -215,11 +216,11 @@ static int SaveBesides(const Command &command, const RunRecord &run)
 {
     int status = 0;
     if (!command.statistics.empty())
-        status = Worse(status, WriteStatistics(command.statistics, run));
+        status = ReportAndKeepFirst(status, WriteStatistics(command.statistics, run));
     for (const SaveRequest &save : command.saves)
-        status = Worse(status, Save(save));
+        status = ReportAndKeepFirst(status, Save(save));
     if (command.slices)
-        status = Worse(status, WriteSlices(*command.slices));
+        status = ReportAndKeepFirst(status, WriteSlices(*command.slices));
     return status;
 }
 
@@ -257,7 +258,7 @@ static Fault WriteSlices(const SliceRequest &slices)
 }
 
 // The first fault decides the status.
-static int Worse(int status, const Fault &fault)
+static int ReportAndKeepFirst(int status, const Fault &fault)
 {
     const int told = Tell(fault);
     return status != 0 ? status : told;

@@ -12,7 +12,7 @@ namespace fs = std::filesystem;
 
 static Fault CheckOutput(const std::string &path, bool mayreplace);
 static Fault CheckSlices(const SliceRequest &slices, bool mayreplace);
-static Fault CheckTwice(const Command &command);
+static Fault CheckDistinctPaths(const Command &command);
 
 bool IsSamePlace(const std::string &a, const std::string &b)
 {
@@ -27,7 +27,7 @@ bool IsSamePlace(const std::string &a, const std::string &b)
 
 Fault CheckOutputs(const Command &command, bool ownoutput, bool owncheckpoint)
 {
-    if (Fault fault = CheckTwice(command))
+    if (Fault fault = CheckDistinctPaths(command))
         return fault;
     if (Fault fault = CheckOutput(command.output, command.overwrites || ownoutput))
         return fault;
@@ -66,7 +66,7 @@ static Fault CheckSlices(const SliceRequest &slices, bool mayreplace)
     if (!fs::exists(slices.folder, error))
         return CheckOutput(slices.folder, false);
     if (!fs::is_directory(slices.folder, error))
-        return {kFileFault, slices.folder + ": no directory"};
+        return {kFileFault, slices.folder + ": not a directory"};
     if (access(slices.folder.c_str(), W_OK | X_OK) != 0)
         return {kFileFault, slices.folder + ": cannot be written: " + strerror(errno)};
     if (mayreplace)
@@ -77,7 +77,7 @@ static Fault CheckSlices(const SliceRequest &slices, bool mayreplace)
     return {};
 }
 
-static Fault CheckTwice(const Command &command)
+static Fault CheckDistinctPaths(const Command &command)
 {
     std::vector<std::string> written = {command.output};
     if (command.checkpoint != command.output)
@@ -91,37 +91,37 @@ static Fault CheckTwice(const Command &command)
     for (std::size_t i = 0; i < written.size(); i++) {
         for (std::size_t k = 0; k < i; k++)
             if (IsSamePlace(written[i], written[k]))
-                return {kRequestFault, written[i] + ": is to be written twice"};
+                return {kRequestFault, written[i] + ": is named for two outputs"};
         for (const std::string &input : command.inputs)
             if (IsSamePlace(written[i], input))
-                return {kRequestFault, written[i] + ": is read, and is to be written"};
+                return {kRequestFault, written[i] + ": is both input and output"};
     }
     return {};
 }
 
 OwnFile::OwnFile(const std::string &name) : path(name)
 {
-    known = Look();
+    known = ReadIdentity();
 }
 
 Fault OwnFile::Write(const RunRecord &run)
 {
-    if (Look() != known)
+    if (ReadIdentity() != known)
         return {kFileFault, "Cannot write \"" + path + "\": another program has written it meanwhile"};
     Fault fault = WriteAggregate(path, run);
     if (!fault)
         written = true;
-    known = Look();
+    known = ReadIdentity();
     return fault;
 }
 
 void OwnFile::Remove(bool mayremove)
 {
-    if (known.regular && Look() == known && (written || mayremove))
+    if (known.regular && ReadIdentity() == known && (written || mayremove))
         unlink(path.c_str());
 }
 
-OwnFile::Identity OwnFile::Look() const
+OwnFile::Identity OwnFile::ReadIdentity() const
 {
     struct stat about = {};
     if (stat(path.c_str(), &about) != 0)

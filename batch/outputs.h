@@ -36,7 +36,7 @@ private:
         ino_t number = 0;
         bool operator==(const Identity &) const = default;
     };
-    [[nodiscard]] Identity Look() const;
+    [[nodiscard]] Identity ReadIdentity() const;
 
     std::string path;
     Identity known;

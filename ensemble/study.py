@@ -91,9 +91,9 @@ def read(path, check=True):
     except (yaml.YAMLError, UnicodeDecodeError) as error:
         mark = getattr(error, "problem_mark", None)
         where = f"{path}:{mark.line + 1}" if mark else str(path)
-        raise Fault(f"{where}: no study: {getattr(error, 'problem', None) or error}") from error
+        raise Fault(f"{where}: not a valid study: {getattr(error, 'problem', None) or error}") from error
     if not isinstance(content, dict):
-        raise Fault(f"{path}: no study: keys and values are expected")
+        raise Fault(f"{path}: not a valid study: keys and values are expected")
     lines = find_lines(document)
 
     def fault(key, text):
@@ -103,7 +103,7 @@ def read(path, check=True):
         if key not in KEYS:
             raise fault((key,), f"unknown key {key}; known ones are {', '.join(KEYS)}")
         if not isinstance(value, KEYS[key]) or (isinstance(value, bool) and KEYS[key] is not bool):
-            raise fault((key,), f"{key} is {value!r}, which is of another kind")
+            raise fault((key,), f"{key} is {value!r}, which has the wrong type")
     particles = content.get("particles", 0)
     if particles < 1:
         raise fault(("particles",), "particles: a whole number above 0 is expected")
@@ -113,7 +113,7 @@ def read(path, check=True):
     if not seeds or not all(isinstance(seed, int) and 0 <= seed < 2**31 for seed in seeds):
         raise fault(("seeds",), "seeds: how many, or a list of whole numbers from 0 on")
     if len(set(seeds)) < len(seeds):
-        raise fault(("seeds",), "seeds: one of them stands there twice")
+        raise fault(("seeds",), "seeds: one of them is there twice")
     grid = content.get("grid", {})
     for key, values in grid.items():
         if not isinstance(values, list) or not values:
@@ -122,7 +122,7 @@ def read(path, check=True):
             raise fault(("grid", key), f"{key} is in the settings as well")
     for key in [*grid, *content.get("settings", {})]:
         if key in ("growth.seed", "stop.particles"):
-            raise fault(("grid" if key in grid else "settings", key), f"{key}: the study's own key says it")
+            raise fault(("grid" if key in grid else "settings", key), f"{key}: the study's own key sets it")
     recipes = [str(path.parent / name) for name in content.get("recipes", [])] or [""]
     name = content.get("name", path.stem)
     output = path.parent / content.get("output", f"{name}-results")

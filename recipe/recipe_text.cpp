@@ -72,7 +72,7 @@ Fault ReadRecipe(const std::string &path, Recipe *recipe)
         root = toml::parse(text);
     } catch (const toml::parse_error &error) {
         return {kRequestFault, path + ":" + std::to_string(error.source().begin.line) +
-                                   ": no recipe: " + std::string(error.description())};
+                                   ": not a valid recipe: " + std::string(error.description())};
     }
     const std::filesystem::path folder = std::filesystem::path(path).parent_path();
     for (const auto &[name, node] : root) {
@@ -116,7 +116,7 @@ Fault SetInRecipe(const std::string &assignment, const std::string &place, Recip
 static Fault UnknownKey(const std::string &place, const std::string &name)
 {
     return {kRequestFault,
-            place + ": unknown key " + name + "; the nearest known one is " + NearestKey(name).Name()};
+            place + ": unknown key " + name + "; did you mean " + NearestKey(name).Name() + "?"};
 }
 
 static Fault NotATable(const std::string &place, const std::string &table)

@@ -91,9 +91,9 @@ static Fault ReadSurface(const Recipe &recipe)
     case kSTLBadVertices:
         return {kFileFault, about + ": a face without three vertices"};
     case kSTLShortHeader:
-        return {kFileFault, about + ": no STL file: too short"};
+        return {kFileFault, about + ": not an STL file: too short"};
     case kSTLBadCount:
-        return {kFileFault, about + ": no STL file: more than 10,000,000 faces announced"};
+        return {kFileFault, about + ": not an STL file: more than 10,000,000 faces announced"};
     case kSTLOutOfMemory:
         return {kMemoryFault, about + ": memory does not hold its faces"};
     }
@@ -129,7 +129,8 @@ static Fault CheckCorners(const Recipe &recipe)
             if (!(Modulus(corner) < kFarthest))
                 return {kRequestFault,
                         recipe.PlaceOf(recipe.surfacefile.empty() ? "surface.scale" : "surface.file") +
-                            ": a corner of the surface is no place: face " + std::to_string(i + 1)};
+                            ": face " + std::to_string(i + 1) +
+                            " has a corner that is not a finite position"};
     return {};
 }
 
@@ -153,7 +154,7 @@ static Fault StartRoots(const Recipe &recipe)
         }
         for (int i = 0; i < ncells; i++)
             if (!std::isfinite(Modulus(cells[i].p)))
-                return {kFileFault, about + ": root " + std::to_string(i + 1) + " is no place"};
+                return {kFileFault, about + ": root " + std::to_string(i + 1) + " is not a finite position"};
         return {};
     }
     const auto set = [&](const void *field) {

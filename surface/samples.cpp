@@ -74,10 +74,10 @@ std::span<const Sample> Samples()
 
 int BuildSample(int id)
 {
-    SurfaceAside old;
+    SurfaceTransaction old;
     if (!BuildShape(id))
         return 0;
-    old.KeepNew();
+    old.Commit();
     const char *name = "None";
     for (const Sample &sample : kSamples)
         if (sample.id == id)

@@ -28,12 +28,12 @@ STLResult ReadSTLFile(const char *path)
     if (file == nullptr)
         return kSTLUnopened;
 
-    SurfaceAside old;
+    SurfaceTransaction old;
     const STLResult result = IsASCII(file) ? ReadASCIIFaces(file) : ReadBinaryFaces(file);
     fclose(file);
     if (result == kSTLOutOfMemory)
         return result;
-    old.KeepNew();
+    old.Commit();
     snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
     if (result != kSTLRead) {
         nstltri = 0;

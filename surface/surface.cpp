@@ -45,11 +45,14 @@ static bool IsBadFace(const Triangle &t);
 static void DeriveFaceData(Triangle *t);
 static void FindBounds();
 
-SurfaceAside::SurfaceAside() : faces(std::exchange(stltri, nullptr)), count(std::exchange(nstltri, 0)) {}
-
-SurfaceAside::~SurfaceAside()
+SurfaceTransaction::SurfaceTransaction()
+    : faces(std::exchange(stltri, nullptr)), count(std::exchange(nstltri, 0))
 {
-    if (!keepnew) {
+}
+
+SurfaceTransaction::~SurfaceTransaction()
+{
+    if (!committed) {
         std::swap(faces, stltri);
         nstltri = count;
     }

@@ -23,19 +23,19 @@ extern Vector stlmid;
 
 // Sets the surface aside while another is built in its place, from no face on, and puts it back when it goes,
 // unless the new one is to stay. UpdateSTL is called for a surface that stays.
-class SurfaceAside
+class SurfaceTransaction
 {
 public:
-    SurfaceAside();
-    ~SurfaceAside();
-    SurfaceAside(const SurfaceAside &) = delete;
-    SurfaceAside &operator=(const SurfaceAside &) = delete;
-    void KeepNew() { keepnew = true; }
+    SurfaceTransaction();
+    ~SurfaceTransaction();
+    SurfaceTransaction(const SurfaceTransaction &) = delete;
+    SurfaceTransaction &operator=(const SurfaceTransaction &) = delete;
+    void Commit() { committed = true; }
 
 private:
     Triangle *faces;
     int count;
-    bool keepnew = false;
+    bool committed = false;
 };
 
 // Removes the faces of which two corners coincide (the last face takes the place of a removed one) and

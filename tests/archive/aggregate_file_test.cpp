@@ -152,21 +152,21 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          [](hid_t file) { SetInTable<int>(file, "particles/parent", 9, -2); }},
         {"particle 10 is a root, or its parent is out of range",
          [](hid_t file) { SetInTable<int>(file, "particles/parent", 10, -1); }},
-        {"particle 0 is nowhere: its position is no number",
+        {"particle 0: position is not finite",
          [](hid_t file) { SetInTable<double>(file, "particles/position", 2, NAN); }},
-        {"particle 1 is nowhere: its position is no number",
+        {"particle 1: position is not finite",
          [](hid_t file) { SetInTable<double>(file, "particles/position", 3, INFINITY); }},
         {"particle 5 has a flow that is out of range",
          [](hid_t file) { SetInTable<double>(file, "particles/flow", 5, -1); }},
-        {"surface/faces: a corner is no place",
+        {"surface/faces: a corner is not a finite position",
          [](hid_t file) { SetInTable<double>(file, "surface/faces", 5, NAN); }},
         {"particles: the tables are not of the same length",
          [](hid_t file) { ReplaceTable(file, "particles/flow", {299}); }},
-        {"particles/position is no such table",
+        {"particles/position has the wrong type or shape",
          [](hid_t file) {
              ReplaceTable(file, "particles/position", {300, 2});
          }},
-        {"particles/position is no such table",
+        {"particles/position has the wrong type or shape",
          [](hid_t file) {
              ReplaceTable(file, "particles/position", {3000000000, 3}, [](hid_t) {});
          }},
@@ -295,9 +295,9 @@ TEST(AggregateFile, OtherFilesAreRefused)
         const Hdf5Object other(H5Fcreate("other.h5", H5F_ACC_TRUNC, H5P_DEFAULT, H5P_DEFAULT), H5Fclose, "");
     }
     const std::pair<const char *, const char *> rows[] = {
-        {"text", "text: no file of an aggregate, or not a whole one"},
-        {"empty", "empty: no file of an aggregate, or not a whole one"},
-        {".", ".: no file of an aggregate"},
+        {"text", "text: not an aggregate file, or truncated"},
+        {"empty", "empty: not an aggregate file, or truncated"},
+        {".", ".: not an aggregate file"},
         {"missing", "missing: cannot be read: No such file or directory"},
         {"other.h5", "other.h5: an HDF5 file, but of another program"},
     };
@@ -320,7 +320,7 @@ TEST(AggregateFile, RootsThatAreNowhereAreNotWritten)
     const TemporaryFile seedfile("0 0 0\n1 nan 2\n");
     ASSERT_EQ(ReadSeedFile(seedfile.path()), kSeedFileRead);
     EXPECT_EQ(WriteAggregate(kFile, {}).line,
-              "Cannot write \"a.sarkelo.h5\": particle 1 is nowhere: its position is no number");
+              "Cannot write \"a.sarkelo.h5\": particle 1: position is not finite");
     EXPECT_FALSE(fs::exists(kFile));
 }
 
@@ -370,8 +370,8 @@ TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
     cells[1].p.x = NAN;
     EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line,
               "Cannot write to \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
-              "particle 1 is "
-              "nowhere: its position is no number");
+              "particle 1: "
+              "position is not finite");
     EXPECT_EQ(CountFiles(), 2);
 }
 

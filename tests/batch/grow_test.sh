@@ -105,19 +105,19 @@ ends 3 "kept.sarkelo.h5: exists already" --resume b.sarkelo.h5 --particles 10 -o
 ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --save csv:five.toml
 ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --statistics five.toml
 ends 3 "five.toml: exists already" --particles 10 -o new.sarkelo.h5 --checkpoint-file five.toml
-ends 3 "no directory" --particles 10 -o new.sarkelo.h5 --slices 3,0,0,1 five.toml
+ends 3 "not a directory" --particles 10 -o new.sarkelo.h5 --slices 3,0,0,1 five.toml
 mkdir held folder
 touch held/slice_007.txt
 ln -s . link
 ends 3 "holds slices already" --particles 10 -o new.sarkelo.h5 --slices 3,0,0,1 held
 ends 3 "folder: is a directory" --particles 10 -o folder --force
-ends 2 "five.toml: is read, and is to be written" five.toml -o new.sarkelo.h5 --statistics link/five.toml --force
-ends 2 "is to be written twice" --particles 10 -o new.sarkelo.h5 --save csv:link/new.sarkelo.h5
+ends 2 "five.toml: is both input and output" five.toml -o new.sarkelo.h5 --statistics link/five.toml --force
+ends 2 "is named for two outputs" --particles 10 -o new.sarkelo.h5 --save csv:link/new.sarkelo.h5
 ends 2 "--seed" --particles 10 --seed "" -o new.sarkelo.h5
 ends 2 "--slices 4294967298,0,0,1" --slices 4294967298,0,0,1 slices
 ends 3 "cannot be written: No such file" --particles 10 -o missing/new.sarkelo.h5
 ends 3 ".: is a directory" --particles 10 -o .
-ends 2 "is to be written twice" --particles 10 -o new.sarkelo.h5 --save csv:./new.sarkelo.h5
+ends 2 "is named for two outputs" --particles 10 -o new.sarkelo.h5 --save csv:./new.sarkelo.h5
 ends 2 'unknown extension "foo"; kinds: pov-sweep (.pov) pov-cones geom (.geom) vrml (.wrl)' --save new.foo
 ends 2 "unknown kind foo" --save foo:new.pov
 ends 2 "--slices 1,0,0,1" --slices 1,0,0,1 slices
@@ -142,7 +142,7 @@ printf '1 1 1\n' >root.txt
 ends 2 "the roots are not the same" five.toml --set roots.file=root.txt $job
 ends 2 "whole.sarkelo.h5: cannot be continued: growth.seed" five.toml $job --checkpoint-file whole.sarkelo.h5
 echo precious >notes.txt
-ends 3 "notes.txt: no file of an aggregate" five.toml $job --checkpoint-file notes.txt
+ends 3 "notes.txt: not an aggregate file" five.toml $job --checkpoint-file notes.txt
 head -c 5000 before >job.sarkelo.h5
 mv before job.part
 ends 3 "not a whole file" five.toml $job --checkpoint-file job.part
