@@ -79,7 +79,7 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
                                                      std::to_string(LONG_MAX));
     stored->state.steptotal = static_cast<long>(steps);
     // One root can be there whatever was asked for.
-    const double wantedroots = stored->values[&ParameterOf(&growthstate.nroots) - Parameters().data()];
+    const double wantedroots = stored->values[ParameterIndex(&growthstate.nroots)];
     Require(rootcount <= 1 || wantedroots >= rootcount, "roots/count is " + NumberText(wantedroots) +
                                                             "; allowed: " + std::to_string(rootcount) +
                                                             " and above");

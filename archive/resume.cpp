@@ -52,15 +52,14 @@ std::string DifferenceFromRun(const StoredAggregate &stored)
         if (group != "drawing" && group != "slices" && value != stored.values[i])
             return group + "." + rows[i].key + " is not the same";
     }
-    const auto same = [](Vector a, Vector b) { return a.x == b.x && a.y == b.y && a.z == b.z; };
     if (nstltri != stored.facecount)
         return "the surface is not the same";
     for (int i = 0; i < nstltri; i++)
         for (int corner = 0; corner < 3; corner++)
-            if (!same(stltri[i].p[corner], stored.faces[i].p[corner]))
+            if (stltri[i].p[corner] != stored.faces[i].p[corner])
                 return "the surface is not the same";
     for (int i = 0; i < ncells; i++)
-        if (i >= stored.count || stored.particles[i].parent >= 0 || !same(cells[i].p, stored.particles[i].p))
+        if (i >= stored.count || stored.particles[i].parent >= 0 || cells[i].p != stored.particles[i].p)
             return "the roots are not the same";
     if (ncells < stored.count && stored.particles[ncells].parent < 0)
         return "the roots are not the same";

@@ -240,12 +240,9 @@ static Fault WriteSlices(const SliceRequest &slices)
 {
     std::error_code error;
     fs::create_directory(slices.folder, error);
-    if (!error)
-        fs::current_path(slices.folder,
-                         error); // they go to the current one; nothing else is written after them
     if (error)
         return {kFileFault, slices.folder + ": " + error.message()};
-    switch (DoSlice(slices.count, slices.normal, nullptr)) {
+    switch (DoSlice(slices.folder, slices.count, slices.normal, nullptr)) {
     case kSlicesDone:
         return {};
     case kSliceUnwritten:

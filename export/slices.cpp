@@ -20,13 +20,13 @@ struct TracedBranch {
 } // namespace
 
 static std::vector<TracedBranch> ListBranches();
-static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches,
-                                FILE *progress);
+static SliceResult ProcessSlice(const std::string &folder, int number, const Slab &slab,
+                                const std::vector<TracedBranch> &branches, FILE *progress);
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
 static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *progress);
 static Vector CutAtPlane(Vector p, Vector q, Vector n, double D);
 
-SliceResult DoSlice(int count, Vector direction, FILE *progress)
+SliceResult DoSlice(const std::string &folder, int count, Vector direction, FILE *progress)
 {
     const double radius = growthstate.radius;
     try {
@@ -39,7 +39,7 @@ SliceResult DoSlice(int count, Vector direction, FILE *progress)
                 break;
             if (progress != nullptr)
                 fprintf(progress, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
-            const SliceResult result = ProcessSlice(k, slab, branches, progress);
+            const SliceResult result = ProcessSlice(folder, k, slab, branches, progress);
             if (result == kSliceUnwritten)
                 all = result;
             else if (result != kSlicesDone)
@@ -151,16 +151,17 @@ static std::vector<TracedBranch> ListBranches()
     return branches;
 }
 
-static SliceResult ProcessSlice(int number, const Slab &slab, const std::vector<TracedBranch> &branches,
-                                FILE *progress)
+static SliceResult ProcessSlice(const std::string &folder, int number, const Slab &slab,
+                                const std::vector<TracedBranch> &branches, FILE *progress)
 {
     char name[32];
     snprintf(name, sizeof name, "slice_%03d.txt", number);
-    OutputFile file(name);
+    const std::string path = folder == "." ? name : folder + "/" + name;
+    OutputFile file(path.c_str());
     if (file.Stream() == nullptr && file.Reason() == ENOMEM)
         return kSlicesOutOfMemory; // which has been told
     if (file.Stream() == nullptr) {
-        fprintf(stderr, "Failed to open output slice file \"%s\"\n", name);
+        fprintf(stderr, "Failed to open output slice file \"%s\"\n", path.c_str());
         return kSliceUnopened;
     }
     if (number == 0 && progress != nullptr)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 
 #include "geom/vector.h"
 
@@ -21,11 +22,11 @@ enum SliceResult {
 };
 
 // Cuts the aggregate along a unit direction into `count` slabs of equal thickness, from the aggregate's
-// radius down to its negative, and writes slab k to "slice_%03d.txt" in the current directory: the pieces'
+// radius down to its negative, and writes slab k to "slice_%03d.txt" in a folder: the pieces'
 // two ends, x y z x y z, one piece a line, in the order of the branches described at ListBranches. Tells its
 // progress to a stream, where there is one, and on standard error each file that cannot be written whole; the
 // next slices are tried all the same.
-SliceResult DoSlice(int count, Vector direction, FILE *progress);
+SliceResult DoSlice(const std::string &folder, int count, Vector direction, FILE *progress);
 
 // The piece of the branch from p to q inside a slab: its ends in *start and *end, and 1, or 0 when the branch
 // lies outside. Which end is the start depends on the plane that cuts it (kept).

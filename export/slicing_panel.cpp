@@ -70,7 +70,8 @@ static void Slice()
         options.sliceparam3 = 1;
     Vector direction = {options.sliceparam1, options.sliceparam2, options.sliceparam3};
     Normalise(&direction);
-    const SliceResult result = WithWaitCursor([=] { return DoSlice(options.slicecount, direction, stderr); });
+    const SliceResult result =
+        WithWaitCursor([=] { return DoSlice(".", options.slicecount, direction, stderr); });
     switch (result) {
     case kSlicesDone:
         break;

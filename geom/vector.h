@@ -13,6 +13,7 @@
 
 struct Vector {
     double x, y, z;
+    bool operator==(const Vector &) const = default;
 };
 
 constexpr double kDegreesToRadians = 0.017453292519943295;

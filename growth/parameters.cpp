@@ -72,11 +72,17 @@ std::span<const Parameter> Parameters()
     return kParameters;
 }
 
+std::size_t ParameterIndex(const void *field)
+{
+    std::size_t row = 0;
+    while (!std::visit([=](const void *own) { return own == field; }, kParameters[row].field))
+        row++;
+    return row;
+}
+
 const Parameter &ParameterOf(const void *field)
 {
-    return *std::find_if(std::begin(kParameters), std::end(kParameters), [=](const Parameter &parameter) {
-        return std::visit([=](const void *own) { return own == field; }, parameter.field);
-    });
+    return kParameters[ParameterIndex(field)];
 }
 
 double ParameterValue(const Parameter &parameter)

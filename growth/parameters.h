@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string_view>
@@ -28,7 +29,8 @@ struct Parameter {
 
 std::span<const Parameter> Parameters();
 
-// The parameter whose field that is: one of the table's.
+// The row of the parameter whose field that is, which must be one of the table's; and the parameter.
+std::size_t ParameterIndex(const void *field);
 const Parameter &ParameterOf(const void *field);
 
 // The value that a parameter has.

@@ -68,9 +68,7 @@ static Fault StartSurface(const Recipe &recipe)
                 return {kMemoryFault, "memory does not hold the surface " + recipe.sample};
     }
     const Recipe plain;
-    const auto differs = [](Vector a, Vector b) { return a.x != b.x || a.y != b.y || a.z != b.z; };
-    if (differs(recipe.scale, plain.scale) || differs(recipe.rotate, plain.rotate) ||
-        differs(recipe.shift, plain.shift))
+    if (recipe.scale != plain.scale || recipe.rotate != plain.rotate || recipe.shift != plain.shift)
         TransformSTL(recipe.scale, recipe.shift, recipe.rotate);
     return CheckCorners(recipe);
 }
@@ -158,8 +156,8 @@ static Fault StartRoots(const Recipe &recipe)
         return {};
     }
     const auto set = [&](const void *field) {
-        const Parameter &row = ParameterOf(field);
-        SetParameter(row, recipe.values[&row - Parameters().data()]);
+        const std::size_t row = ParameterIndex(field);
+        SetParameter(Parameters()[row], recipe.values[row]);
     };
     set(&growthstate.roottype);
     HandleRootMenu(growthstate.roottype);

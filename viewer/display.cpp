@@ -143,9 +143,8 @@ static bool IsToBreakOff()
 static bool HasCameraMoved()
 {
     static Camera last = {};
-    const auto differs = [](Vector a, Vector b) { return a.x != b.x || a.y != b.y || a.z != b.z; };
-    const bool hasmoved = differs(camera.vp, last.vp) || differs(camera.vd, last.vd) ||
-                          differs(camera.vu, last.vu) || camera.aperture != last.aperture;
+    const bool hasmoved = camera.vp != last.vp || camera.vd != last.vd || camera.vu != last.vu ||
+                          camera.aperture != last.aperture;
     last = camera;
     return hasmoved;
 }

@@ -117,7 +117,7 @@ TEST_F(Slices, FilesAndReportsAreThoseOfThePlainWalk)
         for (const Vector n : {Vector{0, 0, 1}, Vector{1, 0, 0}, oblique}) {
             options.debug = debug;
             testing::internal::CaptureStderr();
-            ASSERT_EQ(DoSlice(7, n, stderr), kSlicesDone);
+            ASSERT_EQ(DoSlice(".", 7, n, stderr), kSlicesDone);
             const std::string told = testing::internal::GetCapturedStderr();
             std::string expectedtold;
             const double r = growthstate.radius;
@@ -163,7 +163,7 @@ TEST_F(Slices, OneLongChain)
     ncells = count;
     growthstate.radius = 200;
     testing::internal::CaptureStderr();
-    EXPECT_EQ(DoSlice(2, {0, 0, 1}, stderr), kSlicesDone);
+    EXPECT_EQ(DoSlice(".", 2, {0, 0, 1}, stderr), kSlicesDone);
     testing::internal::GetCapturedStderr();
     const std::string upper = ReadWhole("slice_000.txt");
     EXPECT_EQ(std::count(upper.begin(), upper.end(), '\n'), count - 1);
@@ -175,7 +175,7 @@ TEST_F(Slices, OddRadiiEnd)
     for (const double radius : {0.0, -1.0, double(INFINITY), double(NAN), 1e308}) {
         growthstate.radius = radius;
         testing::internal::CaptureStderr();
-        EXPECT_EQ(DoSlice(3, {0, 0, 1}, stderr), kSlicesDone);
+        EXPECT_EQ(DoSlice(".", 3, {0, 0, 1}, stderr), kSlicesDone);
         testing::internal::GetCapturedStderr();
     }
 }
@@ -184,7 +184,7 @@ TEST_F(Slices, AFileThatCannotBeOpenedIsReported)
 {
     std::filesystem::create_directory("slice_001.txt");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(DoSlice(3, {0, 0, 1}, stderr), kSliceUnopened);
+    EXPECT_EQ(DoSlice(".", 3, {0, 0, 1}, stderr), kSliceUnopened);
     EXPECT_NE(
         testing::internal::GetCapturedStderr().find("Failed to open output slice file \"slice_001.txt\"\n"),
         std::string::npos);

@@ -111,7 +111,7 @@ TEST_F(FullDisk, WhatIsSavedIsWholeOrLeavesWhatWasThere)
 
 TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
 {
-    WithRoomFor(RLIM_INFINITY, [] { DoSlice(3, {0, 0, 1}, stderr); });
+    WithRoomFor(RLIM_INFINITY, [] { DoSlice(".", 3, {0, 0, 1}, stderr); });
     std::string whole[3], names[3];
     for (int i = 0; i < 3; i++) {
         names[i] = "slice_00" + std::to_string(i) + ".txt";
@@ -121,7 +121,7 @@ TEST_F(FullDisk, EachSliceIsWholeOrAsItWas)
         for (const std::string &name : names)
             Write(name);
         const std::string told = WithRoomFor(room, [] {
-            EXPECT_EQ(DoSlice(3, {0, 0, 1}, stderr), kSliceUnwritten);
+            EXPECT_EQ(DoSlice(".", 3, {0, 0, 1}, stderr), kSliceUnwritten);
         });
         for (int i = 0; i < 3; i++) {
             const bool fits = whole[i].size() <= room;

@@ -25,11 +25,6 @@ static bool AnnouncesMany(const std::uint8_t *data, std::size_t size)
     return isbetween(count) || isbetween(__builtin_bswap32(count));
 }
 
-static bool Coincide(Vector a, Vector b)
-{
-    return a.x == b.x && a.y == b.y && a.z == b.z;
-}
-
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     if (AnnouncesMany(data, size))
@@ -46,7 +41,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         const int faces = nstltri;
         for (int i = 0; i < faces; i++) // no degenerate face is left
             for (int k = 0; k < 3; k++)
-                Require(!Coincide(stltri[i].p[k], stltri[i].p[(k + 1) % 3]));
+                Require(stltri[i].p[k] != stltri[i].p[(k + 1) % 3]);
         RestartFromRoots();
         for (int i = 0; i < kSteps; i++)
             IterateSystem();
