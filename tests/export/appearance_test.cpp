@@ -12,7 +12,7 @@ TEST(Colour, MapsAndParticlesAreColouredAsRightBefore)
     const auto print = [&](const char *name, Colour c) {
         text << name << ' ' << c.r << ' ' << c.g << ' ' << c.b << '\n';
     };
-    for (double v = -0.05; v <= 1.05; v += 0.005) {
+    for (double v = -0.05; v <= 1.05; v += 0.05) {
         print("map", GetColour(v, 0, 1, 1));
         print("other way", GetColour(v, 1, 0, 1));
     }

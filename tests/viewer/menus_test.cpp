@@ -84,10 +84,12 @@ TEST(Menus, EveryEntryDoesWhatItDidRightBefore)
 {
     std::string text;
     for (void (*handler)(int) : {HandleSTLMenu, HandleSaveMenu, HandleDLAMenu, HandleSampleMenu,
-                                 HandleSourceMenu, HandleRootMenu, HandleMainMenu})
-        for (int id = -1; id <= 101; id++)
-            if (handler != HandleMainMenu || id != kCommandQuit)
-                text += Choose(handler, id, "");
+                                 HandleSourceMenu, HandleRootMenu, HandleMainMenu}) {
+        for (int id = -1; id <= 23; id++)
+            text += Choose(handler, id, "");
+        for (const int id : {50, 60, 101})
+            text += Choose(handler, id, "");
+    }
     const TemporaryDirectory directory;
     for (int id = 1; id <= 10; id++) {
         text += Choose(HandleSaveMenu, id, "saved");
@@ -95,7 +97,8 @@ TEST(Menus, EveryEntryDoesWhatItDidRightBefore)
     }
     std::ofstream("face.stl") << "solid s\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n";
     text += Choose(HandleMainMenu, kCommandReadSurface, "face.stl");
-    text += Choose(HandleMainMenu, kCommandInformation, "saved") + ReadWhole("saved");
+    text += Choose(HandleMainMenu, kCommandInformation, "saved");
+    text += ReadWhole("saved");
     // Names that are refused.
     for (const std::string &name : {std::string(256, 'x'), std::string("no/such/place"), std::string(".")})
         for (const int id : {kCommandSaveSurface, kCommandInformation})
