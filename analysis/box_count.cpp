@@ -13,27 +13,27 @@
 #include "growth/growth_step.h"
 #include "growth/state.h"
 
-// The edge of a level over that of the next.
+// Ratio of a level's edge to the next level's.
 constexpr double kLevelRatio = 1.5;
 
 Box *boxes = nullptr;
 int nboxes = 0;
-// Boxes that the array has room for: at first, and now.
+// Capacity of the array of boxes: initially, and now.
 constexpr int kFirstBoxes = 1000;
 static int boxroom;
 
 // The count under way.
-static double radius; // of the aggregate, up to which the boxes are arranged
+static double radius; // of the aggregate, which the boxes have to cover
 static double scale;  // edge of the current level's boxes
 static int depth;     // the current level
-// The level's boxes, part after part in the order of counting, and the next one.
+// The level's boxes as three grids in the order of counting; the grid and the index in it of the next box to count.
 static std::vector<BoxGrid> parts;
 static std::size_t part;
 static std::size_t next;
-// The aggregate of which the parts know, and its number of particles.
+// The aggregate that the grids were filled from (AggregateNumber), and its number of particles.
 static unsigned filledaggregate;
 static int filledcount;
-// Drawing modes to go back to.
+// Drawing modes of the surface and the aggregate, restored after the count.
 static int save1, save2;
 
 static int TestNextBox();
@@ -114,7 +114,7 @@ static int TestNextBox()
         if (!parts.empty())
             ArrangeBoxes(parts[part].Lower(next));
     }
-    if (parts.empty()) { // a radius that is no number has no boxes
+    if (parts.empty()) { // the radius is not a positive finite number
         EndCount();
         return 1;
     }
@@ -125,7 +125,7 @@ static int TestNextBox()
     if (!Advance())
         return 0;
 
-    const double start = -radius - scale; // by the edge of the finished level (kept)
+    const double start = -radius - scale; // uses the edge of the finished level (kept)
     scale /= kLevelRatio;
     depth++;
     if (depth == kBoxLevels - 1 || scale < 2 * growthstate.branchlength) {
@@ -147,8 +147,8 @@ static void BeginLevel(double start)
     ArrangeBoxes({start, start, start});
 }
 
-// The boxes of the level from the one with a given lower corner on. It need not lie in the grid that follows: z, y and x
-// come back to -R - scale, each after its own first run.
+// Arranges the level's boxes, beginning with the one whose lower corner is `first`, which may be off the grid of the
+// others: after their first run, z and y restart at -R - scale; x never restarts.
 static void ArrangeBoxes(Vector first)
 {
     parts.clear();
@@ -174,7 +174,8 @@ static void FillParts()
     filledcount = ncells;
 }
 
-// Corners of boxes along an axis: the last box is the first, or the last whose lower corner does not exceed the radius.
+// Corners of the boxes along an axis from `start` to the last box whose lower corner does not exceed the radius; at
+// least one box.
 static Corners ListCorners(double start)
 {
     Corners corners = {start, start + scale};
@@ -188,11 +189,11 @@ static void CountBox(const BoxGrid &grid, std::size_t index)
     stats.boxcount[depth]++;
     if (nboxes == boxroom && ResizeArray(&boxes, 2 * static_cast<std::size_t>(boxroom) + kFirstBoxes))
         boxroom = 2 * boxroom + kFirstBoxes;
-    if (nboxes < boxroom) // else memory does not hold it: it is counted all the same, and not drawn
+    if (nboxes < boxroom) // else, for lack of memory, the box is counted but not drawn
         boxes[nboxes++] = {grid.Lower(index), grid.Upper(index)};
 }
 
-// Goes to the next box; true when that was the level's last.
+// Goes to the next box; returns true if there is none left on this level.
 static bool Advance()
 {
     next++;
@@ -203,7 +204,7 @@ static bool Advance()
     return part == parts.size();
 }
 
-// For lack of memory: the level counts as not reached.
+// Ends the count for lack of memory: the present level is marked as not reached.
 static void AbandonLevel()
 {
     stats.boxcount[depth] = -1;

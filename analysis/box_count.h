@@ -1,10 +1,10 @@
 // Measures of the aggregate: the branch distribution, and the box count, from which a fractal dimension can
 // be read as the slope of log N against log(1/size).
 //
-// A box count runs in steps of one box, so that the display stays live. Level 0 has boxes of half the
-// aggregate's radius R, and each level boxes of 1/1.5 of the edge before; its boxes stand in a grid from one
-// box below -R up to the first whose lower corner exceeds R, z fastest. The count ends below an edge of two
-// branch lengths, or after nine levels. See docs/box-count.md.
+// A box count runs in steps of one box, so that the display stays live. Boxes of level 0 have an edge of half the
+// aggregate's radius R; each level's edge is that of the level before divided by 1.5. A level's boxes form a grid
+// from one box below -R to the last box whose lower corner does not exceed R, and are counted z fastest. The count
+// ends below an edge of two branch lengths, or after nine levels. See docs/box-count.md.
 
 #pragma once
 
@@ -28,12 +28,11 @@ int CountBranches();
 LineFit FitBoxCount(int first);
 
 // Starts a box count: sets the request and stats.timestep, clears the levels of stats, hides the surface and
-// shows the aggregate as lines. A count that is under way starts over. Returns 1, or 0
-// with no count under way when memory does not suffice.
+// shows the aggregate as lines. A count under way is restarted. Returns 1, or 0 with
+// no count under way when memory does not suffice.
 int StartBoxCount();
 
-// Tests one box: adds it to stats.boxcount and to boxes if a branch passes through it, as LineInBox says.
-// Returns 1 when that was the last box of all: the request is cleared and the drawing modes are back. So it
-// ends as well, after a message on standard error, when memory does not hold the next level. Does nothing
-// without a request.
+// Tests one box: adds it to stats.boxcount and to boxes if a branch passes through it, as LineInBox says. Returns 1
+// when that was the last box of all: the request is cleared and the drawing modes are restored. The count ends the
+// same way, after a message on standard error, when memory does not suffice. Does nothing without a request.
 int CountNextBox();

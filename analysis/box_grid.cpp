@@ -5,7 +5,7 @@
 
 #include "growth/state.h"
 
-// Points of a branch between its ends that LineInBox looks at: at k / kSampleParts of its length.
+// LineInBox tests the ends of a branch and the points between them at k / kSampleParts of its length.
 constexpr int kSampleParts = 10;
 
 BoxGrid::BoxGrid(const Corners &xcorners, const Corners &ycorners, const Corners &zcorners)
@@ -36,7 +36,7 @@ Vector BoxGrid::Upper(std::size_t index) const
     return {x.corners[index / nz / ny + 1], y.corners[index / nz % ny + 1], z.corners[index % nz + 1]};
 }
 
-// LineInBox holds only where one of its samples lies in the box.
+// Tests only the boxes that contain one of the points that LineInBox tests: it holds for no other box.
 void BoxGrid::FillBranch(Vector p, Vector parent)
 {
     if (x.Misses(p.x, parent.x) || y.Misses(p.y, parent.y) || z.Misses(p.z, parent.z))
@@ -85,7 +85,7 @@ BoxGrid::Range BoxGrid::Axis::FindAll(double coordinate) const
 {
     if (!(coordinate >= corners.front() && coordinate <= corners.back()))
         return {0, -1};
-    // The guess may miss by a box, or overflow; the corners decide.
+    // The guess may be off by a box or out of range; it is corrected by comparison with the corners.
     const int boxcount = static_cast<int>(corners.size()) - 1;
     const double *corner = corners.data();
     const double guess = (coordinate - corner[0]) * perunit;

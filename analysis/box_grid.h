@@ -26,7 +26,7 @@ public:
     Vector Upper(std::size_t index) const;
 
 private:
-    // Boxes along one axis that hold a coordinate: two where it is the corner between them, none outside.
+    // Boxes along one axis that contain a coordinate: two if it is the corner between them, none if it is outside.
     struct Range {
         int first, last;
     };
@@ -34,9 +34,9 @@ private:
         explicit Axis(Corners list);
 
         Corners corners;
-        double perunit; // boxes, about
+        double perunit; // approximate number of boxes per unit of length
         Range FindAll(double coordinate) const;
-        // Whether two coordinates lie beyond the same end.
+        // Whether two coordinates are both beyond the same end.
         bool Misses(double a, double b) const;
     };
 

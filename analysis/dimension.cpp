@@ -7,12 +7,12 @@
 #include "geom/elementary.h"
 #include "growth/state.h"
 
-// Points a decade.
+// Points of the gyration curve per decade of particle numbers.
 constexpr double kPerDecade = 10;
 
 namespace
 {
-// The spread of particles, one added after the other: mean and sum of squares about it, after Welford,
+// The spread of particles added one by one: their mean and the sum of squares about it, after Welford,
 // "Note on a Method for Calculating Corrected Sums of Squares and Products", Technometrics 4 (1962) 419.
 class Spread
 {

@@ -20,14 +20,14 @@
 constexpr int kMovesPerCall = 100;
 // Seconds after a redisplay from which the panels are polled.
 constexpr double kPanelDelay = 0.02;
-// The longest sleep, in seconds: how late the panels' own clocks can be.
+// The longest sleep, in seconds. Timers of the panels can be late by so much.
 constexpr double kLongestSleep = 0.05;
 // Autospin units per radian.
 constexpr double kSpinUnits = 200;
 
 namespace
 {
-// When the panels and the next redisplay are due: seconds from a time stamp.
+// When the panels and the next redisplay are due: kPanelDelay and `period` seconds after `stamp`
 struct Pace {
     double stamp, period;
 };
@@ -66,7 +66,7 @@ void HandleVisibility(int state)
     glutIdleFunc(state == GLUT_VISIBLE ? Guarded<HandleIdle, kRepeatedCallback> : nullptr);
 }
 
-// Between frames.
+// Whether growth or a box count runs between frames
 static bool IsAtWork()
 {
     return growthstate.running || options.boxcountrequest;
@@ -85,9 +85,9 @@ static void Grow()
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Redisplays follow each other at the frame rate. But a frame that takes longer than that would be followed
-// by the next after a hundred steps, or a single box of a count: work that goes on between frames gets as
-// much time as the frame took.
+// Redisplays are due at the frame rate. If a frame takes longer than 1 / framerate, the next one would be due after
+// only a hundred steps, or a single box of a box count. So growth or a count then gets as much time as the frame
+// took.
 static Pace FindPace(double redisplayed)
 {
     const double took = lastframe.end - lastframe.start;

@@ -1,9 +1,9 @@
 #pragma once
 
-// Idle callback, the body of the main loop: 100 growth steps while growth runs, the control panels from 0.02
-// s after a redisplay on, and a redisplay with a turn of the camera options.framerate times a second. The view window
-// is redisplayed only where something has changed, and sleeps where there is nothing to do.
+// Idle callback, the body of the main loop. It takes 100 growth steps while growth runs, polls the control panels
+// later than 0.02 s after a redisplay, and redisplays options.framerate times a second, with a turn of the camera. In
+// the view window it redisplays only if something has changed, and sleeps if there is nothing to do.
 void HandleIdle();
 
-// Visibility callback: nothing grows while the window is not visible (state is GLUT's).
+// Visibility callback: stops HandleIdle while the window is not visible. `state` is GLUT's, as GLUT_VISIBLE.
 void HandleVisibility(int state);

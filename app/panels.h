@@ -1,6 +1,5 @@
 #pragma once
 
-// Asks the toolkit which object of a visible panel the user worked, and carries out what it stands for: an
-// input sets its parameter within the parameter's limits, a button does its work. Nothing is asked while no
-// panel is visible.
+// Asks the toolkit which object of a visible panel the user has operated, and handles it: an input sets its parameter
+// within the parameter's limits, a button carries out its command. Does nothing while no panel is visible.
 void PollPanels();

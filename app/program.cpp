@@ -26,7 +26,7 @@
 #include "viewer/input.h"
 #include "viewer/menus.h"
 
-// Milliseconds until the window is there and drawn, on most displays.
+// Milliseconds after which the window has been drawn on most displays
 constexpr int kUntilDrawn = 100;
 
 static void StartForms(char *path);
@@ -44,7 +44,7 @@ void RunProgram(int argc, char **argv)
 
 void PrepareRecords()
 {
-    signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a fault of writing, and told as one
+    signal(SIGXFSZ, SIG_IGN); // a file that grows too large is reported as a fault of writing
     InitialiseGrowth();
     CameraHome();
     SetProgramDefaults();
@@ -71,13 +71,13 @@ static void StartForms(char *path)
     char *arguments[] = {path, nullptr};
     if (options.debug)
         fputs("Initialising forms library\n", stderr);
-    // By itself the toolkit takes a visual with an alpha channel where there is one; without a compositing
-    // manager its windows then lie unpainted over each other.
+    // By default the toolkit chooses a visual with an alpha channel if there is one. Without a compositing manager
+    // its windows would then not be painted.
     FL_IOPT settings = {};
     settings.vclass = FL_DefaultVisual;
     fl_set_defaults(FL_PDVisual, &settings);
     if (fl_initialize(&count, arguments, "Sarkelo", nullptr, 0) == nullptr)
-        exit(EXIT_FAILURE); // the library has said why
+        exit(EXIT_FAILURE); // the library has printed the reason
     if (options.debug)
         fputs("Initialised forms library\n", stderr);
 }
@@ -124,7 +124,7 @@ static void RegisterCallbacks()
     glutIdleFunc(Guarded<HandleIdle, kRepeatedCallback>);
 }
 
-// The user closes the main window.
+// Called when the main window is closed.
 static void CloseWindow()
 {
     AskBeforeClosing();

@@ -1,11 +1,11 @@
 #pragma once
 
-// Starts the program and runs it until the user quits: defaults, switches, toolkits, window, callbacks, main
-// loop.
+// Runs the program sarkelo until the user quits: PrepareRecords, the command line's switches, and RunWindow.
 void RunProgram(int argc, char **argv);
 
-// The first half of that: all records as they are before the first switch is read.
+// Sets all global records to their defaults.
 void PrepareRecords();
 
-// The second half: the window, with the records as they are. `ask`, where there is one, asks the user something at the start.
+// Starts the toolkits, opens the window, and runs the main loop with the current records. `ask` is called by a timer
+// once the window has been drawn, to ask the user a question; nullptr: no question.
 void RunWindow(int argc, char **argv, void (*ask)(int));

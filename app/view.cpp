@@ -1,4 +1,4 @@
-// sarkelo-view: the window of sarkelo, with files; and pictures without a screen.
+// sarkelo-view: the window of sarkelo with aggregate files and recipes, and pictures without a screen
 
 #include <algorithm>
 #include <cctype>
@@ -34,17 +34,18 @@ static int View(int argc, char **argv);
 static void AskAtStart(int);
 static Fault Load(const ViewCommand &command);
 static Fault MakePictures(ViewCommand *command);
-static Fault DrawApart(const PictureRequest &request);
+static Fault DrawInChildProcess(const PictureRequest &request);
 static std::string FilmCommand(const PictureRequest &request, std::size_t count);
-static std::string ForShell(const std::string &word);
-static int Tell(const Fault &fault);
+static std::string QuoteForShell(const std::string &word);
+static int ReportFault(const Fault &fault);
 
 int main(int argc, char **argv)
 {
     return WithinMemory([&] { return View(argc, argv); });
 }
 
-// The status that `work` returns; where memory does not suffice, that of this fault, which is told without any.
+// Returns the status that `work` returns; if memory runs out, reports that without using memory, and returns its
+// status.
 template<typename Work>
 static int WithinMemory(Work work)
 {
@@ -61,7 +62,7 @@ static int View(int argc, char **argv)
     ViewCommand command;
     Fault fault;
     if (!ReadViewCommand(argc, argv, &command, &fault))
-        return Tell(fault);
+        return ReportFault(fault);
     PrepareRecords();
     std::vector<char *> words = {argv[0]};
     for (std::string &word : command.switches)
@@ -73,7 +74,7 @@ static int View(int argc, char **argv)
     if (!fault && command.picture)
         fault = MakePictures(&command);
     if (fault || command.picture)
-        return Tell(fault);
+        return ReportFault(fault);
     ArmRescue(DescribeWindowRun);
     if (!command.whole)
         KeepFramesQuick();
@@ -83,7 +84,7 @@ static int View(int argc, char **argv)
     return 0;
 }
 
-// As a timer's callback.
+// Timer callback for RunWindow: offers to open a rescue file.
 static void AskAtStart(int)
 {
     OfferRescue();
@@ -123,9 +124,10 @@ static Fault MakePictures(ViewCommand *command)
     const std::filesystem::path file = command->file;
     if (file.extension() == ".toml" && options.dlamode != kAggregateOff) {
         const std::string grown = file.stem().string() + kAggregateExtension;
-        return {kRequestFault, command->file + " has not grown yet: sarkelo-grow " + ForShell(command->file) +
-                                   " -o " + ForShell(grown) + " && sarkelo-view " + ForShell(grown) +
-                                   " --picture " + ForShell(request.path)};
+        return {kRequestFault, command->file + " has not grown yet: sarkelo-grow " +
+                                   QuoteForShell(command->file) + " -o " + QuoteForShell(grown) +
+                                   " && sarkelo-view " + QuoteForShell(grown) + " --picture " +
+                                   QuoteForShell(request.path)};
     }
     const std::vector<std::string> paths = PicturePaths(request);
     for (const std::string &path : paths) {
@@ -134,15 +136,15 @@ static Fault MakePictures(ViewCommand *command)
             return {kFileFault, path + ": exists already; --force overwrites it"};
     }
     request.fits = command->fits || (!windowrun.fromwindow && !command->fromhome);
-    Fault fault = DrawApart(request);
+    Fault fault = DrawInChildProcess(request);
     if (!fault && paths.size() > 1)
         printf("%s\n", FilmCommand(request, paths.size()).c_str());
     return fault;
 }
 
-// Draws in a process of its own, which ends with this one: a driver without memory crashes. What the process says on
-// standard error is passed on, unless it crashes.
-static Fault DrawApart(const PictureRequest &request)
+// Draws the pictures in a child process, since OpenGL drivers crash when memory runs out. The child ends when this
+// process ends. Its standard error is passed on unless it crashes.
+static Fault DrawInChildProcess(const PictureRequest &request)
 {
     const pid_t parent = getpid();
     int ends[2];
@@ -155,7 +157,7 @@ static Fault DrawApart(const PictureRequest &request)
         if (getppid() != parent)
             _exit(kFileFault);
         dup2(ends[1], STDERR_FILENO);
-        const int status = WithinMemory([&] { return Tell(DrawPictures(request)); });
+        const int status = WithinMemory([&] { return ReportFault(DrawPictures(request)); });
         fflush(nullptr);
         _exit(status);
     }
@@ -176,7 +178,8 @@ static Fault DrawApart(const PictureRequest &request)
     return {static_cast<FaultKind>(WEXITSTATUS(status)), ""};
 }
 
-// The line that makes a film of a series: of its pictures alone, with even sides as the encoder wants them.
+// The command line that makes a film of a series of pictures. It limits the film to these pictures, and pads them to
+// an even width and height, which the encoder requires.
 static std::string FilmCommand(const PictureRequest &request, std::size_t count)
 {
     std::string stem = request.path.substr(0, request.path.rfind('.'));
@@ -186,15 +189,15 @@ static std::string FilmCommand(const PictureRequest &request, std::size_t count)
     for (const char c : stem)
         pattern += c == '%' ? "%%" : std::string(1, c);
     std::string line = "ffmpeg -framerate 25 -start_number 1 -pattern_type sequence -i " +
-                       ForShell(pattern + "-%04d.png") + " -frames:v " + std::to_string(count);
+                       QuoteForShell(pattern + "-%04d.png") + " -frames:v " + std::to_string(count);
     const int width = request.width + request.width % 2, height = request.height + request.height % 2;
     if (width != request.width || height != request.height)
         line += " -vf pad=" + std::to_string(width) + ":" + std::to_string(height);
-    return line + " -pix_fmt yuv420p " + ForShell(stem + ".mp4");
+    return line + " -pix_fmt yuv420p " + QuoteForShell(stem + ".mp4");
 }
 
-// A word as a shell reads it.
-static std::string ForShell(const std::string &word)
+// Quotes a word for a shell if necessary.
+static std::string QuoteForShell(const std::string &word)
 {
     const auto plain = [](unsigned char c) { return isalnum(c) || strchr("_./%=+,:-", c) != nullptr; };
     if (!word.empty() && std::all_of(word.begin(), word.end(), plain))
@@ -205,8 +208,8 @@ static std::string ForShell(const std::string &word)
     return quoted + "'";
 }
 
-// A fault without a line has been told already.
-static int Tell(const Fault &fault)
+// Reports a fault and returns its status. A fault with an empty line has been reported already.
+static int ReportFault(const Fault &fault)
 {
     if (!fault.line.empty())
         fprintf(stderr, "sarkelo-view: %s\n", fault.line.c_str());

@@ -18,7 +18,7 @@ constexpr double kMostWidth = 100;
 
 namespace
 {
-// Arguments as they are written.
+// The values of some options as texts
 struct Words {
     std::string size, where, lights;
 };
@@ -31,14 +31,14 @@ static bool ReadSize(const std::string &text, int *width, int *height);
 
 bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
 {
-    // The window's switches are words of one dash.
+    // The window's switches are whole words with one dash; ReadSwitches reads them.
     std::vector<std::string> rest;
     for (int i = 1; i < argc; i++) {
         const std::string word = argv[i];
         if (word == "-d" || word == "-f" || word == "-s" || word == "-ss")
             command->switches.push_back(word);
         else
-            rest.insert(rest.begin(), word); // the library takes them last to first
+            rest.insert(rest.begin(), word); // the library expects the last one first
     }
     CLI::App app("Shows a diffusion limited aggregate, or makes pictures of it without a screen.",
                  "sarkelo-view");
@@ -148,7 +148,7 @@ static Fault CheckNumbers(const PictureRequest &picture)
                    {"--line-width", picture.linewidth, 1 / kMostWidth, kMostWidth},
                    {"--point-size", picture.pointsize, 1 / kMostWidth, kMostWidth}};
     for (const auto &number : numbers)
-        if (!(number.value >= number.least && number.value <= number.most)) { // nor one that is none
+        if (!(number.value >= number.least && number.value <= number.most)) { // also true for NaN
             char line[100];
             snprintf(line, sizeof line, "%s %g: a number from %g to %g is expected", number.name,
                      number.value, number.least, number.most);

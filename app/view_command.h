@@ -1,4 +1,4 @@
-// What sarkelo-view is asked to do.
+// The command line of sarkelo-view
 
 #pragma once
 
@@ -10,14 +10,15 @@
 #include "viewer/pictures.h"
 
 struct ViewCommand {
-    std::string file;                  // an aggregate, or a recipe where it ends in ".toml"; empty: a new run
-    std::vector<std::string> switches; // of the window
-    std::optional<PictureRequest> picture; // in place of the window
-    int mode = 0, surfacemode = 0;         // of drawing; 0: as the file says
-    bool fits = false, fromhome = false;   // where the camera stands; neither: as the file says
+    std::string file;                  // an aggregate, or a recipe if it ends in ".toml"; empty: a new run
+    std::vector<std::string> switches; // switches of the window, for ReadSwitches
+    std::optional<PictureRequest> picture; // pictures to make; without them, a window opens
+    int mode = 0, surfacemode = 0;         // AggregateMode and SurfaceMode; 0: those of the file
+    bool fits = false, fromhome = false;   // --fit, --camera home; neither: the camera of the file
     bool overwrites = false;
-    bool whole = false; // every frame is drawn whole
+    bool whole = false; // every frame is drawn completely
 };
 
-// Reads the command line. Returns false where it has printed what it was asked for, or found a fault.
+// Reads the command line. Returns false with a fault in *fault, or, without one, after printing the help or the
+// version.
 bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault);

@@ -1,5 +1,5 @@
-// Aggregate files: a run as it stands, kept in one HDF5 file (docs/file-formats.md). A run that is read goes on
-// as if it had never stopped, to the last bit.
+// Aggregate files: the state of a run in one HDF5 file (docs/file-formats.md). A run that is read and continued
+// grows, bit for bit, as if it had never stopped.
 
 #pragma once
 
@@ -15,22 +15,21 @@
 
 constexpr const char *kAggregateExtension = ".sarkelo.h5";
 
-// What a run has besides the global records.
+// What is stored of a run besides the global records of growth/state.h and surface/surface.h
 struct RunRecord {
-    double seconds = 0;      // of growth, summed over resumptions
-    bool fromwindow = false; // the camera was turned in a window, else it is at home
-    Camera view = {};        // where the aggregate is looked at from
+    double seconds = 0;      // growth time, summed over resumptions
+    bool fromwindow = false; // saved from a window, with its user's camera; otherwise the home camera
+    Camera view = {};        // the camera
 };
 
-// Writes the global records, beside the file first. The earlier file stays
-// where the new one cannot be written whole.
+// Writes the global records and `run` to a file. An existing file is replaced only once the new one is complete.
 Fault WriteAggregate(const std::string &path, const RunRecord &run);
 
 struct FreeMemory {
     void operator()(void *memory) const { free(memory); }
 };
 
-// A run as it was read, outside of the global records.
+// A run read from a file, not yet in the global records
 struct StoredAggregate {
     std::unique_ptr<Particle[], FreeMemory> particles;
     int count = 0;
@@ -38,19 +37,19 @@ struct StoredAggregate {
     std::unique_ptr<Triangle[], FreeMemory> faces;
     int facecount = 0;
     std::vector<double> values; // of Parameters(), row by row
-    GrowthState state = {};     // walker, names, radius and the like; parameters stand in values
+    GrowthState state = {};     // walker, names, radius and counts; the parameters are in `values`
     std::vector<Vector> launches;
     int launchcount = 0;
     GeneratorState generators = {};
     RunRecord run;
 };
 
-// Reads a file. The fault of one that is damaged, of another program, or of a newer format is a kFileFault.
+// Reads a file. A file that is damaged, of another program, or of a newer format is a kFileFault.
 Fault ReadAggregate(const std::string &path, StoredAggregate *stored);
 
-// Makes a stored run that of the global records, which then hold it.
+// Replaces the run in the global records by a stored one.
 void ResumeRun(StoredAggregate stored);
 
-// Which parameter, surface or roots of a stored run differ from those of the run in the global records, in
-// words; empty where it is the same run. How it is drawn does not matter.
+// Returns, in words, the first parameter, surface or roots in which a stored run differs from the run in the global
+// records; empty if it is the same run. Parameters of drawing and slicing are not compared.
 std::string DifferenceFromRun(const StoredAggregate &stored);

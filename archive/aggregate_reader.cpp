@@ -44,7 +44,7 @@ static Fault ReadAll(const std::string &path, StoredAggregate *stored)
         return bad("not an aggregate file");
     try {
         const Hdf5Object access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose, "not enough memory");
-        H5Pset_file_locking(access, false, true); // which some shared disks refuse
+        H5Pset_file_locking(access, false, true); // some shared disks refuse locks
         if (H5Fis_hdf5(path.c_str()) <= 0)
             return bad("not an aggregate file, or truncated");
         const Hdf5Object file(H5Fopen(path.c_str(), H5F_ACC_RDONLY, access), H5Fclose, "not a whole file");
@@ -73,12 +73,12 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     CheckParticles(stored->particles.get(), stored->count);
     Require(ReadNumber<int>(file, "particles") == stored->count, "particles does not fit");
     const int rootcount = CountRoots(stored->particles.get(), stored->count);
-    const auto least = static_cast<uint64_t>(stored->count - rootcount); // a particle takes one
+    const auto least = static_cast<uint64_t>(stored->count - rootcount); // one for each particle
     Require(steps >= least && steps <= LONG_MAX, "steps is " + std::to_string(steps) +
                                                      "; allowed: " + std::to_string(least) + " to " +
                                                      std::to_string(LONG_MAX));
     stored->state.steptotal = static_cast<long>(steps);
-    // One root can be there whatever was asked for.
+    // A single root is allowed whatever roots.count is: the distribution "Origin" has only one.
     const double wantedroots = stored->values[ParameterIndex(&growthstate.nroots)];
     Require(rootcount <= 1 || wantedroots >= rootcount, "roots/count is " + NumberText(wantedroots) +
                                                             "; allowed: " + std::to_string(rootcount) +
@@ -88,7 +88,7 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     ReadCamera(file, stored);
 }
 
-// The format from which on files have a parameter.
+// The first format version whose files have a parameter
 static int FirstVersionWith(const Parameter &parameter)
 {
     const auto is = [&](const void *field) { return &parameter == &ParameterOf(field); };
@@ -97,7 +97,7 @@ static int FirstVersionWith(const Parameter &parameter)
     return is(&growthstate.walk) ? kVersionWithWalk : 1;
 }
 
-// A value must be what the parameter can have.
+// Reads all parameters into stored->values; throws if a value is not allowed.
 static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
 {
     const Parameter *walk = &ParameterOf(&growthstate.walk);
@@ -127,7 +127,7 @@ static bool CanBe(const Parameter &parameter, double value)
     if (parameter.name == nullptr)
         return IsAllowed(parameter, value);
     if (&parameter == &ParameterOf(&options.surfacemode) && value == 0)
-        return true; // not drawn while boxes are counted
+        return true; // a box count sets 0 to hide the surface
     return value >= parameter.low && value <= parameter.high &&
            parameter.name(static_cast<int>(value)) != nullptr;
 }
@@ -151,7 +151,7 @@ static std::string NumberText(double value)
     return text;
 }
 
-// Room for the rows of a table; throws where there is none, which is asked before memory is promised.
+// Memory for the rows of a table. Throws TooLarge if it is not available: the system may promise more than it has.
 template<typename T>
 static std::unique_ptr<T[], FreeMemory> Allocate(hsize_t count, const char *name)
 {

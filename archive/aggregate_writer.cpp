@@ -8,14 +8,14 @@
 #include "growth/parameters.h"
 #include "search/neighbour_search.h"
 
-// Bytes by which the file grows in memory before it is written.
+// Bytes by which the file in memory grows
 constexpr std::size_t kImageIncrement = std::size_t{1} << 20;
 
 namespace
 {
-// A file as it is made in memory: a disk that is full cannot come between it and its end.
+// The bytes of an HDF5 file made in memory, where a full disk cannot stop the library halfway
 struct Image {
-    void *bytes = nullptr; // the library's, and ours once the file is closed
+    void *bytes = nullptr; // owned by the library until the file is closed, then by Image
     hsize_t size = 0;
 
     Image() = default;
@@ -56,7 +56,7 @@ static Fault WriteAll(const std::string &path, const RunRecord &run)
     } catch (const Hdf5Fault &fault) {
         return cannot(kFileFault, fault.what());
     }
-    FreeNeighbourIndex(); // the image takes its place in memory
+    FreeNeighbourIndex(); // makes room in memory for the image
     Image image;
     try {
         MakeImage(run, &image);
@@ -69,7 +69,7 @@ static Fault WriteAll(const std::string &path, const RunRecord &run)
     return reason == 0 ? Fault() : cannot(kFileFault, strerror(reason));
 }
 
-// The library hands the bytes of a file over where it would free them.
+// The library calls this in place of freeing the bytes of the file: the Image takes them over.
 static herr_t KeepImage(void *bytes, H5FD_file_image_op_t, void *image)
 {
     static_cast<Image *>(image)->bytes = bytes;
@@ -85,13 +85,13 @@ static void MakeImage(const RunRecord &run, Image *image)
     callbacks.udata_free = [](void *) -> herr_t { return 0; };
     callbacks.udata = image;
     const Hdf5Object access(H5Pcreate(H5P_FILE_ACCESS), H5Pclose, about);
-    // Metadata with checksums, indexes of chunks included.
+    // A version of HDF5 files in which all metadata, chunk indexes included, have checksums
     Require(H5Pset_libver_bounds(access, H5F_LIBVER_V110, H5F_LIBVER_V110) >= 0, about);
     Require(H5Pset_fapl_core(access, kImageIncrement, false) >= 0, about);
-    // Nothing is set aside for later: the file has its final size before it is closed.
+    // Without blocks reserved for later metadata, the file has its final size before it is closed.
     Require(H5Pset_meta_block_size(access, 0) >= 0 && H5Pset_small_data_block_size(access, 0) >= 0, about);
     Require(H5Pset_file_image_callbacks(access, &callbacks) >= 0, about);
-    // Nothing in the file tells when it was made: the same run makes the same file.
+    // Without time stamps, the same run makes the same file.
     const Hdf5Object creation(H5Pcreate(H5P_FILE_CREATE), H5Pclose, about);
     Require(H5Pset_obj_track_times(creation, false) >= 0, about);
     const Hdf5Object file(H5Fcreate("aggregate", H5F_ACC_TRUNC, creation, access), H5Fclose, about);
@@ -127,7 +127,8 @@ static void WriteContent(hid_t file, const RunRecord &run)
     WriteCamera(file, run);
 }
 
-// A group for each group of parameters; each parameter's attribute is followed by that of its unit or name.
+// Writes a group for each group of parameters. An attribute with its unit, or the name of its value, follows each
+// parameter.
 static void WriteParameters(hid_t file)
 {
     const Hdf5Object parameters = CreateGroup(file, "parameters");
@@ -175,7 +176,8 @@ static void WriteWalk(hid_t file)
     WriteAttribute(walk, "rand", words, kFeedbackWords);
 }
 
-// Branch lengths near the largest number lead walkers to where no number is: the file is to be read again all the same.
+// Returns the origin for a position that is not a number, which branch lengths near the largest number can lead to: a
+// file with such a position could not be read.
 static Vector PlaceOrOrigin(Vector p)
 {
     return std::isnan(Modulus(p)) ? Vector{0, 0, 0} : p;
@@ -192,7 +194,7 @@ static void WriteCamera(hid_t file, const RunRecord &run)
     WriteAttribute(view, "from_window", run.fromwindow ? 1 : 0);
 }
 
-// Returns 0, or why the file could not be written whole: a value of errno.
+// Returns 0, or the errno value that says why the file could not be written completely.
 static int SaveImage(const Image &image, const std::string &path)
 {
     OutputFile output(path.c_str(), true);

@@ -1,4 +1,4 @@
-// What writing and reading aggregate files have in common.
+// Constants and checks that writing and reading aggregate files share
 
 #pragma once
 
@@ -7,18 +7,19 @@
 
 constexpr const char *kFormatName = "sarkelo aggregate";
 constexpr int kFormatVersion = 3;
-// What files of an older format do not have was at its default.
+// The format versions that added growth.walk, and growth.launch_scale and growth.killing_scale. Runs in older files
+// had the defaults.
 constexpr int kVersionWithWalk = 2;
 constexpr int kVersionWithKilling = 3;
-// Short enough to be told without memory.
+// Short enough for a std::string that allocates no memory
 constexpr const char *kNoMemory = "out of memory";
 
-// Throws an Hdf5Fault where particles cannot be an aggregate: parents come before their children, so no chain of
-// parents is a ring; roots come before all others.
+// Throws an Hdf5Fault if the particles are no aggregate. Roots must come first, and parents before their children,
+// so that no chain of parents is a ring.
 void CheckParticles(const Particle *particles, int count);
 
-// Likewise where a corner of a face is not a finite position.
+// Throws an Hdf5Fault if a corner of a face is not a finite position.
 void CheckFaces(const Triangle *faces, int count);
 
-// The particles at the start without a parent.
+// The number of particles before the first one that has a parent
 int CountRoots(const Particle *particles, int count);

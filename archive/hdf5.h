@@ -1,5 +1,5 @@
-// HDF5 objects that close themselves, and attributes. Calls of the library return a negative number where they
-// fail.
+// HDF5 objects that close themselves, and attributes. Functions of the HDF5 library return a negative number when
+// they fail.
 
 #pragma once
 
@@ -13,14 +13,14 @@
 
 #include <hdf5.h>
 
-// Something in a file that is not as it should be.
+// A file cannot be read or written, or its content is wrong.
 class Hdf5Fault : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-// Memory does not hold what is in a file.
+// The content of a file does not fit into memory.
 class TooLarge : public Hdf5Fault
 {
 public:
@@ -30,8 +30,8 @@ public:
 class Hdf5Object
 {
 public:
-    // Throws Hdf5Fault where there is none, with the text about it. Nothing else can fail on the way, so that
-    // no object stays open.
+    // Throws an Hdf5Fault with the text `about` + `what` if `opened` is negative. The texts are views: making them
+    // cannot throw, so an object that has been opened is always closed.
     Hdf5Object(hid_t opened, herr_t (*closer)(hid_t), std::string_view about, std::string_view what = "")
         : id(opened), close(closer)
     {
@@ -48,14 +48,14 @@ private:
     herr_t (*close)(hid_t);
 };
 
-// Throws where a call has failed.
+// Throws an Hdf5Fault with the text `about` + `what` unless `holds`.
 inline void Require(bool holds, std::string_view about, std::string_view what = "")
 {
     if (!holds)
         throw Hdf5Fault(std::string(about).append(what));
 }
 
-// The library's types of what we store. Files have the little-endian ones on every machine.
+// The HDF5 types of a number in memory and in files, which are little-endian on every machine
 struct Hdf5Types {
     hid_t memory, file;
     const char *name;
@@ -76,7 +76,7 @@ Hdf5Types TypesOf()
     }
 }
 
-// Whether stored numbers are of the kind of T, and none is too large for it.
+// Whether T holds every number of a stored type: same class, same sign, and not more bytes
 template<typename T>
 bool IsStoredAs(hid_t type)
 {
@@ -102,7 +102,7 @@ void WriteAttribute(hid_t object, const std::string &name, T value)
     WriteAttribute(object, name, &value, 1);
 }
 
-// A text of fixed length: those of variable length are not checksummed.
+// Writes a text attribute of fixed length, since texts of variable length have no checksum.
 inline void WriteText(hid_t object, const std::string &name, const std::string &value)
 {
     const Hdf5Object type(H5Tcopy(H5T_C_S1), H5Tclose, name);
@@ -114,7 +114,7 @@ inline void WriteText(hid_t object, const std::string &name, const std::string &
     Require(H5Awrite(attribute, type, value.empty() ? "" : value.data()) >= 0, name);
 }
 
-// Reads `count` numbers of an attribute; throws where it is missing, of another kind or size.
+// Reads an attribute of `count` numbers; throws if it is missing or has another type or size.
 template<typename T>
 void ReadAttribute(hid_t object, const std::string &name, T *values, hssize_t count)
 {

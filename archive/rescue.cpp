@@ -16,7 +16,7 @@
 
 namespace
 {
-// Which aggregate was last marked as saved, and its number of particles then.
+// The aggregate that was last marked as saved, by AggregateNumber, and its number of particles at that time
 struct SavedAggregate {
     unsigned aggregate;
     int particles;
@@ -24,26 +24,26 @@ struct SavedAggregate {
 } // namespace
 static SavedAggregate saved = {0, -1};
 
-static RunRecord (*describerun)() = nullptr; // nullptr: nothing is kept
+static RunRecord (*getrunrecord)() = nullptr; // nullptr: the rescue is off
 
 static std::string StemOfNow();
 static int Reserve(const std::string &folder, const std::string &stem, std::string *path);
 
 void ArmRescue(RunRecord (*describe)())
 {
-    describerun = describe;
-    H5dont_atexit(); // the library would end before the file is written
+    getrunrecord = describe;
+    H5dont_atexit(); // at exit, the library would close before the file is written
     NoteEndSignals(true);
 }
 
 void DisarmRescue()
 {
-    describerun = nullptr;
+    getrunrecord = nullptr;
 }
 
 bool IsRescueArmed()
 {
-    return describerun != nullptr;
+    return getrunrecord != nullptr;
 }
 
 void HandlePendingSignal()
@@ -69,7 +69,7 @@ bool HasUnsavedParticles()
 
 void RescueAggregate()
 {
-    if (describerun == nullptr || !HasUnsavedParticles())
+    if (getrunrecord == nullptr || !HasUnsavedParticles())
         return;
     try {
         std::vector<std::string> folders = {"."};
@@ -78,7 +78,7 @@ void RescueAggregate()
                 folders.push_back(folder);
         folders.push_back("/tmp");
         std::string path;
-        if (const Fault fault = WriteRescue(folders, StemOfNow(), describerun(), &path))
+        if (const Fault fault = WriteRescue(folders, StemOfNow(), getrunrecord(), &path))
             fprintf(stderr, "The aggregate could not be kept: %s\n", fault.line.c_str());
         else
             fprintf(stderr, "The aggregate is kept. To go on with it:\n    sarkelo-view %s\n", path.c_str());
@@ -117,7 +117,7 @@ static std::string StemOfNow()
     return std::string(kRescueName) + date;
 }
 
-// Creates an empty file that did not exist. Returns 0, or why that cannot be: a value of errno.
+// Creates an empty file under the first name that is free. Returns 0, or the errno value that says why it failed.
 static int Reserve(const std::string &folder, const std::string &stem, std::string *path)
 {
     const std::string start = folder == "." ? stem : folder + "/" + stem;

@@ -1,4 +1,4 @@
-// What ends the program: signals; and whatever does so other than its user keeps the aggregate first.
+// Rescue files: unless the user ends the program, the aggregate is saved before it ends, by a signal for example.
 
 #pragma once
 
@@ -7,35 +7,36 @@
 
 #include "archive/aggregate_file.h"
 
-// What the names of rescue files begin with.
+// Start of the names of rescue files
 constexpr const char *kRescueName = "sarkelo-rescue-";
 
-// From now on the aggregate is to be kept. `describe` says what the run has besides the records. Signals that
-// end the program (base/end_signals.h) are noted and wait for HandlePendingSignal.
+// Turns the rescue on. `describe` returns the RunRecord to save with the aggregate. Signals that end the program
+// (base/end_signals.h) are noted from now on, and carried out by HandlePendingSignal.
 void ArmRescue(RunRecord (*describe)());
 
-// Where the aggregate is to be kept, and has unsaved particles, writes it to a new file sarkelo-rescue-DATE-TIME.sarkelo.h5
-// in the current directory or, where that cannot be written, the home directory, that for temporary files, or /tmp, and
-// prints on standard error the line that opens it again, or why it could not be kept; once.
+// If the rescue is on and particles are unsaved, writes the aggregate to a new file
+// sarkelo-rescue-DATE-TIME.sarkelo.h5 and turns the rescue off. The file is in the first directory that can be
+// written: the current one, $HOME, $TMPDIR or /tmp. Prints the command that opens it, or why the aggregate could not
+// be saved, on standard error.
 void RescueAggregate();
 
-// Writes the run to STEM.sarkelo.h5 in the first of the folders that takes it; where there is such a file already, to
-// STEM-2.sarkelo.h5 and so on: none is ever replaced. Sets its path. The fault gives each folder's reason.
+// Writes the run to STEM.sarkelo.h5 in the first of the folders that can be written, and sets *path to that file. An
+// existing file is never replaced: the name becomes STEM-2.sarkelo.h5 and so on. The fault has each folder's reason.
 Fault WriteRescue(const std::vector<std::string> &folders, const std::string &stem, const RunRecord &run,
                   std::string *path);
 
-// The user ends the program: nothing is kept.
+// Turns the rescue off, because the user ends the program.
 void DisarmRescue();
 
-// Whether the aggregate is to be kept, and has not been yet.
+// Whether the rescue is on
 bool IsRescueArmed();
 
-// The aggregate is in a file as it is now: it has just been opened or saved.
+// Records that the aggregate has just been opened or saved: a file has all of it.
 void MarkAggregateSaved();
 
-// Whether the aggregate has more particles than roots and differs from what was last marked as saved.
+// Whether the aggregate has grown beyond its roots and is not the one that was last marked as saved
 bool HasUnsavedParticles();
 
-// Where a signal has come, keeps the aggregate and ends the program by the same signal. Call several times a second
-// from where the records are not being changed.
+// If a signal has been noted, rescues the aggregate and ends the program by the same signal. Call this several times
+// a second, at points where nothing is changing the global records.
 void HandlePendingSignal();

@@ -13,12 +13,13 @@
 #include "archive/hdf5.h"
 #include "geom/vector.h"
 
-// Rows of a table that are compressed and checksummed together, and converted together.
+// Rows of a chunk: they are converted, compressed and checksummed together.
 constexpr hsize_t kChunkRows = 16384;
 constexpr unsigned kDeflateLevel = 1;
-// What is read: larger chunks than are ever written would be decompressed again and again.
+// Bytes of the largest chunk that is read, which is the largest that is written, a chunk of faces. Reads go by
+// kChunkRows rows, and would decompress a larger chunk again each time.
 constexpr hsize_t kLargestChunk = kChunkRows * 3 * 3 * sizeof(double);
-// Bytes that one byte of deflated data can become, at most.
+// Largest number of bytes that one byte of deflated data expands to
 constexpr hsize_t kMostInflation = 1032;
 
 inline hsize_t RowLength(std::span<const hsize_t> row)
@@ -64,7 +65,7 @@ void WriteTable(hid_t file, const char *name, hsize_t count, std::initializer_li
     }
 }
 
-// Throws where a name, or a group on the way to it, is a link that could lead anywhere.
+// Throws if `path` is missing, or if it or a group in it is a soft or external link, which could lead to any file.
 inline void RequireOwn(hid_t parent, const std::string &path)
 {
     for (std::size_t end = 0; end != std::string::npos;) {
@@ -84,8 +85,8 @@ inline Hdf5Object OpenTable(hid_t file, const char *name)
     return {H5Dopen2(file, name, H5P_DEFAULT), H5Dclose, name, " is missing"};
 }
 
-// Throws where a table's data would not come from the file itself, or through other filters than ours. Nothing but
-// this may be asked of a table first: the library follows virtual ones wherever they lead.
+// Throws if a table's data are outside of its file, or use filters that WriteTable does not use. Call this before any
+// other query of a table: for a virtual table the library would open the files that it refers to.
 inline void RequirePlainStorage(hid_t creation, const char *name)
 {
     const H5D_layout_t layout = H5Pget_layout(creation);
@@ -104,7 +105,7 @@ inline void RequirePlainStorage(hid_t creation, const char *name)
     }
 }
 
-// Throws where a file cannot hold a table of that shape, or holds only a part of it.
+// Throws if a table claims more data than its file can hold, or if a part of it has not been written.
 inline void RequireAllWritten(hid_t table, hid_t creation, hid_t space, std::span<const hsize_t> shape,
                               hsize_t numberbytes, const char *name)
 {
@@ -137,8 +138,8 @@ inline void RequireAllWritten(hid_t table, hid_t creation, hid_t space, std::spa
     Require(H5Dget_num_chunks(table, space, &written) >= 0 && written == chunks, about, unwritten);
 }
 
-// Number of rows of a table that has rows of the given shape; throws where it has not, or where it is not whole in the
-// file itself.
+// The number of rows of a table. Throws if its rows have another shape or type, or if not all of its data are in the
+// file.
 template<typename T>
 hsize_t CountRows(hid_t file, const char *name, std::initializer_list<hsize_t> row)
 {
@@ -230,7 +231,7 @@ inline bool IsMissing(hid_t file, const char *name)
     return H5Lexists(file, name, H5P_DEFAULT) <= 0;
 }
 
-// The library prints nothing, and loads no filters from elsewhere.
+// Keeps the HDF5 library from printing errors and from loading filter plugins.
 inline void SilenceLibrary()
 {
     H5PLset_loading_state(0);

@@ -1,4 +1,4 @@
-// The one place where the system's arrays grow.
+// All malloc'ed arrays of the program grow through these functions.
 
 #pragma once
 
@@ -6,7 +6,7 @@
 #include <type_traits>
 
 // Resizes the malloc'ed array *array to exactly count elements; elements beyond the old size are
-// uninitialised. Returns false, with the old array whole and still *array, when memory does not suffice.
+// uninitialised. Returns false, with *array unchanged, when memory does not suffice.
 template<typename T>
 bool ResizeArray(T **array, std::size_t count)
 {

@@ -1,4 +1,4 @@
-// A vector that grows without moving what it holds.
+// A vector that grows without copying all its elements.
 
 #pragma once
 
@@ -9,8 +9,8 @@
 
 #include "base/large_pages.h"
 
-// Elements stand in chunks of a large page: growth copies no more than the first chunk, and never needs room for all
-// elements twice.
+// Elements are stored in chunks the size of a large page: growth copies at most the first chunk, and never needs
+// memory for all elements twice.
 template<typename T>
 class ChunkedVector
 {
@@ -35,6 +35,6 @@ public:
 private:
     static constexpr std::size_t kChunk = std::bit_floor(kLargePage / sizeof(T));
 
-    std::vector<LargeVector<T>> chunks; // all are full but the last
+    std::vector<LargeVector<T>> chunks; // all full except the last
     std::size_t count = 0;
 };

@@ -1,4 +1,4 @@
-// What went wrong, for the one line that a command tells and the status that it ends with.
+// What went wrong: the one line that a command prints, and its exit status.
 
 #pragma once
 
@@ -7,10 +7,10 @@
 
 enum FaultKind {
     kNoFault = 0,
-    kRequestFault = 2, // a command line or a recipe that asks for what cannot be
+    kRequestFault = 2, // an invalid command line or recipe
     kFileFault = 3,    // a file that cannot be read or written
     kMemoryFault = 4,  // memory does not suffice
-    kGrowthFault = 5   // growth does not go on
+    kGrowthFault = 5   // growth cannot continue
 };
 
 struct Fault {

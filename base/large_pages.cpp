@@ -9,7 +9,8 @@ static std::size_t WholePages(std::size_t bytes)
     return (bytes + kLargePage - 1) / kLargePage * kLargePage;
 }
 
-// A large page begins at a multiple of its size: what is mapped before the first such place, and behind, is given back.
+// A large page begins at a multiple of its size. Memory mapped before the first such address and after the last page
+// is unmapped.
 void *MapLargePages(std::size_t bytes)
 {
     const std::size_t whole = WholePages(bytes);
@@ -22,7 +23,7 @@ void *MapLargePages(std::size_t bytes)
     if (before > 0)
         munmap(mapped, before);
     munmap(memory + whole, kLargePage - before);
-    // What does not fill a large page is left to small ones. Where the wish is not heard, all are small.
+    // The part that does not fill a large page uses small pages; so does all of it if the system ignores the request.
     madvise(memory, bytes / kLargePage * kLargePage, MADV_HUGEPAGE);
     return memory;
 }

@@ -1,4 +1,4 @@
-// Vectors for tables that are looked at here and there.
+// Vectors for large tables that are read in random order.
 
 #pragma once
 
@@ -9,13 +9,13 @@
 
 constexpr std::size_t kLargePage = std::size_t{1} << 21;
 
-// Fresh memory in large pages, as far as the system has them to give, the rest in small ones. A processor remembers where
-// some thousand pages are; in a table of many megabytes, small pages cost a second wait for memory at nearly every look.
-// Throws std::bad_alloc.
+// Fresh memory in large pages as far as the system provides them, the rest in small pages. A processor caches the
+// addresses of only some thousand pages: in a table of many megabytes of small pages, nearly every access waits for
+// memory twice. Throws std::bad_alloc.
 void *MapLargePages(std::size_t bytes);
 void UnmapLargePages(void *memory, std::size_t bytes) noexcept;
 
-// Takes what is smaller than a large page from where all memory comes from.
+// Allocates less than a large page with the ordinary operator new.
 template<typename T>
 class LargePageAllocator
 {

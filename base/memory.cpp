@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-// The first number that `format` reads from a file; a file that is missing or says otherwise sets no limit.
+// The first number that `format` reads from a file; SIZE_MAX if the file is missing or no line matches.
 static std::size_t ReadNumber(const char *path, const char *format);
 
 std::size_t AvailableMemory()

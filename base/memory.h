@@ -2,6 +2,6 @@
 
 #include <cstddef>
 
-// Bytes of memory that the program can still use: what the machine has free, or the limit that it runs under
-// leaves; the largest number where neither is known.
+// Bytes of memory that the program can still use: the machine's available memory, or what its control group's limit
+// leaves, if that is less; SIZE_MAX where neither is known.
 std::size_t AvailableMemory();

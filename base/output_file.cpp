@@ -9,7 +9,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// Names that are tried beside the file before it is written in place.
+// Number of temporary names that are tried before the file is written in place.
 constexpr int kMostTries = 100;
 constexpr mode_t kNewFileMode = 0666; // less the user's mask
 constexpr mode_t kModeBits = 07777;
@@ -25,7 +25,7 @@ OutputFile::OutputFile(const char *path, bool silent) : name(path), quiet(silent
         reason = errno;
         Report();
     }
-    errno = 0; // from now on the reason why writing failed
+    errno = 0; // from now on, errno is why writing failed
 }
 
 OutputFile::~OutputFile()
@@ -64,7 +64,7 @@ void OutputFile::Open()
         stream = fopen(name, "w");
 }
 
-// Returns false, nothing changed, where the file has to be written in place.
+// Opens a temporary file in the same folder. Returns false, nothing changed, if the file must be written in place.
 bool OutputFile::OpenBeside()
 {
     struct stat old = {};
@@ -77,7 +77,7 @@ bool OutputFile::OpenBeside()
             return false;
         target = resolved;
     } else {
-        if (errno != ENOENT || lstat(name, &old) == 0) // a symbolic link that leads nowhere yet
+        if (errno != ENOENT || lstat(name, &old) == 0) // for example a dangling symbolic link
             return false;
         target = name;
     }
@@ -119,7 +119,7 @@ bool OutputFile::CreateBeside()
     return false;
 }
 
-// Removes what was written beside the file.
+// Removes the temporary file.
 void OutputFile::Discard()
 {
     if (!beside.empty())

@@ -1,4 +1,4 @@
-// A file being saved, in a way that loses nothing: what it replaces stays until the new file is whole.
+// Saving a file without loss: the file that it replaces stays until the new one is complete.
 
 #pragma once
 
@@ -6,13 +6,13 @@
 #include <cstdio>
 #include <string>
 
-// Opens a path for writing as fopen does with mode "w", but writes beside it. Finish puts the new file in its
-// place; a file that is not finished leaves no trace. An existing file keeps its mode and owner, and a
-// symbolic link goes on pointing to it. Written in place are: what is no regular file, a file with several
-// hard links, and a file beside which none can be made. What "w" could not open is refused as well.
+// Opens a path for writing as fopen does with mode "w", but writes to a temporary file in the same folder. Finish
+// renames it to the path; an unfinished file is removed. An existing file keeps its mode and owner, and a symbolic
+// link to it stays. Written in place are: anything that is not a regular file, a file with several hard links, and a
+// file in whose folder no temporary file can be made. A path that fopen could not open is refused as well.
 //
-// Every fault is told in one line on standard error, with the path and the system's reason, unless asked to
-// be silent. Nothing here throws.
+// Every fault is reported in one line on standard error, with the path and the system's reason, unless silent.
+// Nothing here throws.
 class OutputFile
 {
 public:
@@ -21,14 +21,14 @@ public:
     OutputFile(const OutputFile &) = delete;
     OutputFile &operator=(const OutputFile &) = delete;
 
-    // The stream to write to; nullptr where the file could not be opened, and once it is finished.
+    // The stream to write to; nullptr if the file could not be opened, and after Finish.
     [[nodiscard]] FILE *Stream() const { return stream; }
 
-    // Why it could not be opened or written: a value of errno, EIO where the system says none.
+    // Why it could not be opened or written: a value of errno, EIO if the system gave none.
     [[nodiscard]] int Reason() const { return reason != 0 ? reason : EIO; }
 
-    // Ends the writing. Returns false where something could not be written: where it was written beside, the
-    // earlier file stands there as before.
+    // Completes the file. Returns false if something could not be written; the earlier file is then unchanged, unless
+    // it was written in place.
     bool Finish();
 
 private:
@@ -42,7 +42,7 @@ private:
     bool quiet;
     FILE *stream = nullptr;
     int reason = 0;
-    bool replaces = false; // a file of the name was there
-    std::string target;    // what the name stands for, symbolic links followed
-    std::string beside;    // where the new file is written; empty: in place
+    bool replaces = false; // a file of this name exists
+    std::string target;    // the path, symbolic links resolved if the file exists
+    std::string beside;    // path of the temporary file; empty: written in place
 };

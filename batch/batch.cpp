@@ -28,11 +28,11 @@ namespace fs = std::filesystem;
 
 namespace
 {
-// Where a run goes on from.
+// The state from which a run starts or continues
 struct Start {
     RunRecord run;
-    bool ownoutput = false, owncheckpoint = false; // what stands there is this run's
-    std::string from;                              // empty: it starts
+    bool ownoutput = false, owncheckpoint = false; // the existing file is this run's
+    std::string from;                              // the file that the run continues; empty: a new run
 };
 } // namespace
 
@@ -43,11 +43,11 @@ static int GrowAndWrite(const Command &command, Start *start);
 static int Finish(const Command &command, const Start &start, GrowthEnd end, OwnFile *output,
                   OwnFile *checkpoint);
 static Fault WriteResult(const RunRecord &run, OwnFile *output);
-static int SaveBesides(const Command &command, const RunRecord &run);
+static int WriteFurtherOutputs(const Command &command, const RunRecord &run);
 static Fault Save(const SaveRequest &save);
 static Fault WriteSlices(const SliceRequest &slices);
 static int ReportAndKeepFirst(int status, const Fault &fault);
-static int Tell(Fault fault);
+static int ReportFault(Fault fault);
 
 int RunBatch(int argc, char **argv)
 {
@@ -55,16 +55,15 @@ int RunBatch(int argc, char **argv)
     Command command;
     Fault fault;
     if (!ReadCommand(argc, argv, &command, &fault))
-        return Tell(fault);
+        return ReportFault(fault);
     if (command.printsrecipe) {
         PrintRecipe(stdout, command.recipe);
-        return fflush(stdout) == 0 ? 0 : Tell({kFileFault, "cannot print the recipe"});
+        return fflush(stdout) == 0 ? 0 : ReportFault({kFileFault, "cannot print the recipe"});
     }
     if (IsSamePlace(command.checkpoint, command.output))
         command.checkpoint = command.output;
-    signal(SIGXFSZ,
-           SIG_IGN); // a file that grows too large and an output that nobody reads are faults of writing
-    signal(SIGPIPE, SIG_IGN);
+    signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a fault of writing
+    signal(SIGPIPE, SIG_IGN); // as is a pipe that nobody reads
     NoteEndSignals(false);
     CameraHome();
     SetProgramDefaults();
@@ -72,7 +71,7 @@ int RunBatch(int argc, char **argv)
     fault = FindStart(command, &start);
     if (!fault)
         fault = CheckOutputs(command, start.ownoutput, start.owncheckpoint);
-    return fault ? Tell(fault) : GrowAndWrite(command, &start);
+    return fault ? ReportFault(fault) : GrowAndWrite(command, &start);
 }
 
 // Before growth starts -------------------------------------------------------------------------------------
@@ -98,7 +97,7 @@ static Fault FindStart(const Command &command, Start *start)
     return {};
 }
 
-// A run that would end before it starts is not what was meant.
+// More roots than the particles at which growth stops are a mistake: growth would stop before it starts.
 static Fault CheckStop(const Recipe &recipe)
 {
     if (recipe.particles == 0 || ncells <= recipe.particles)
@@ -108,7 +107,7 @@ static Fault CheckStop(const Recipe &recipe)
                                std::to_string(recipe.particles) + " particles at which growth stops"};
 }
 
-// Goes on from the output or its checkpoint, whichever has come further; both must be this run's where they stand.
+// Continues from the output or the checkpoint, whichever has more steps. A file that exists must be of this run.
 static Fault ContinueRun(const Command &command, Start *start)
 {
     StoredAggregate furthest;
@@ -120,7 +119,7 @@ static Fault ContinueRun(const Command &command, Start *start)
         if (Fault fault = ReadAggregate(path, &stored)) {
             if (!command.overwrites)
                 return fault;
-            Tell({kFileFault, fault.line + "; it is overwritten"});
+            ReportFault({kFileFault, fault.line + "; it is overwritten"});
             return Fault();
         }
         const std::string difference = DifferenceFromRun(stored);
@@ -161,14 +160,15 @@ static int GrowAndWrite(const Command &command, Start *start)
     const GrowthPlan plan = {command.recipe, [&](const RunRecord &run) { return checkpoint.Write(run); },
                              command.checkpointminutes, command.quiet};
     const GrowthEnd end = Grow(plan, &start->run);
-    // A finished run that was continued stays as it is.
+    // With --continue, the output of a run that was already finished is not written again.
     const bool unchanged =
         command.continues && growthstate.steptotal == before && start->from == command.output;
     return Finish(command, *start, end, unchanged ? nullptr : &output,
                   &checkpoint == &output ? nullptr : &checkpoint);
 }
 
-// Writes the output, and removes its separate checkpoint, where there are such.
+// Writes the output unless `output` is nullptr, removes the separate checkpoint unless `checkpoint` is nullptr, and
+// writes statistics, exports and slices unless a signal has come. Returns the exit status.
 static int Finish(const Command &command, const Start &start, GrowthEnd end, OwnFile *output,
                   OwnFile *checkpoint)
 {
@@ -183,18 +183,18 @@ static int Finish(const Command &command, const Start &start, GrowthEnd end, Own
             ReportAndKeepFirst(status, {kGrowthFault, "growth has stalled at " + std::to_string(ncells) +
                                                           " particles: none has arrived for 10^9 steps"});
     if (end == kOutOfMemory)
-        status = ReportAndKeepFirst(status, {kMemoryFault, ""}); // which growth has told
+        status = ReportAndKeepFirst(status, {kMemoryFault, ""}); // growth has reported it
     if (!command.quiet && status == 0)
         printf("%s: %d particles, radius %g, %.1f s\n", command.output.c_str(), ncells, growthstate.radius,
                run.seconds);
     fflush(stdout);
     if (status == 0)
         EndAtOnceBySignals();
-    const int saved = NotedEndSignal() == 0 ? SaveBesides(command, run) : 128 + NotedEndSignal();
+    const int saved = NotedEndSignal() == 0 ? WriteFurtherOutputs(command, run) : 128 + NotedEndSignal();
     return status != 0 ? status : saved;
 }
 
-// Where the output cannot be written, the run is kept elsewhere.
+// Writes the run to the output or, if that fails, to a rescue file in another directory.
 static Fault WriteResult(const RunRecord &run, OwnFile *output)
 {
     Fault fault = output->Write(run);
@@ -211,8 +211,8 @@ static Fault WriteResult(const RunRecord &run, OwnFile *output)
     return fault;
 }
 
-// Statistics first: a report of the run has them, too.
-static int SaveBesides(const Command &command, const RunRecord &run)
+// Writes statistics, exports and slices. The statistics come first, since an exported report includes them.
+static int WriteFurtherOutputs(const Command &command, const RunRecord &run)
 {
     int status = 0;
     if (!command.statistics.empty())
@@ -254,15 +254,16 @@ static Fault WriteSlices(const SliceRequest &slices)
     return {};
 }
 
-// The first fault decides the status.
+// Reports a fault. Returns `status`, or the status of this fault if there was none before.
 static int ReportAndKeepFirst(int status, const Fault &fault)
 {
-    const int told = Tell(fault);
+    const int told = ReportFault(fault);
     return status != 0 ? status : told;
 }
 
-// In one line, whatever stands in names and values. A fault without a line has been told already.
-static int Tell(Fault fault)
+// Reports a fault in one line: control characters in names and values become spaces. A fault with an empty line has
+// been reported already.
+static int ReportFault(Fault fault)
 {
     std::replace_if(
         fault.line.begin(), fault.line.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; }, ' ');

@@ -17,7 +17,7 @@ constexpr std::int64_t kDefaultParticles = 100000;
 
 namespace
 {
-// The command line as it is typed.
+// The values of the options as texts
 struct Arguments {
     std::string recipe, output, resume, checkpointfile, statistics;
     std::string particles, steps, minutes, seed;

@@ -1,4 +1,4 @@
-// What sarkelo-grow is asked to do.
+// The command line of sarkelo-grow
 
 #pragma once
 
@@ -23,19 +23,19 @@ struct SliceRequest {
 };
 
 struct Command {
-    Recipe recipe;                   // of the file, overridden by the command line
-    std::vector<std::string> inputs; // files that it is read from
+    Recipe recipe;                   // the recipe file's, overridden by the command line
+    std::vector<std::string> inputs; // files that the run reads
     std::string resume;
     std::string output; // never empty
     std::string checkpoint;
-    double checkpointminutes; // 0: none
+    double checkpointminutes; // between checkpoints; 0: no checkpoints
     std::vector<SaveRequest> saves;
     std::optional<SliceRequest> slices;
     std::string statistics;
     bool continues, overwrites, quiet;
-    bool printsrecipe; // and nothing else
+    bool printsrecipe; // only print the recipe
 };
 
-// Reads the command line. Where it asks for help or the version, prints it and returns true with no command; so it
-// does with a fault.
+// Reads the command line. Returns false with a fault in *fault, or, without one, after printing the help or the
+// version.
 bool ReadCommand(int argc, char **argv, Command *command, Fault *fault);

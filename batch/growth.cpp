@@ -10,9 +10,9 @@
 #include "growth/deferred_flows.h"
 #include "growth/flights.h"
 
-// Steps between two looks at the clock: a fraction of a millisecond.
+// Steps between two readings of the clock: a fraction of a millisecond
 constexpr long kBurst = 8192;
-// Minutes until a checkpoint that could not be written is tried again, at most.
+// Most minutes until a checkpoint that could not be written is tried again
 constexpr double kRetryMinutes = 1;
 
 static double Now();
@@ -57,10 +57,10 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
     return end;
 }
 
-// Takes so many steps, or fewer where there are so many particles.
+// Takes `steps` steps, or fewer if the aggregate reaches `particles` particles.
 static void GrowBurst(long steps, int particles)
 {
-    // A flight counts as many steps: only the last may pass the end.
+    // A flight counts as many steps, so flights are made one at a time: only the last can exceed `steps`.
     const long turn = growthstate.walk == kWalkFlights ? 1 : steps;
     const long end = growthstate.steptotal + steps;
     while (growthstate.steptotal < end && ncells < particles)

@@ -1,4 +1,4 @@
-// Growth without a window: the loop of steps, with checkpoints, until a stop.
+// Growth without a window: the loop over steps, with checkpoints, until a stop of the recipe is reached
 
 #pragma once
 
@@ -9,21 +9,21 @@
 
 enum GrowthEnd {
     kStopReached,
-    kSignalled, // NotedEndSignal is the signal
-    kStalled,   // no particle arrives any more
+    kSignalled, // by the signal NotedEndSignal()
+    kStalled,   // no particle has stuck for GrowthPlan::stallsteps steps
     kOutOfMemory
 };
 
-// Steps without a particle after which growth counts as stalled.
+// Steps after which growth counts as stalled if no particle has stuck
 constexpr int kStallSteps = 1000000000;
 
 struct GrowthPlan {
     const Recipe &stops;
-    std::function<Fault(const RunRecord &)> checkpoint; // writes one
-    double checkpointminutes;                           // 0: none
+    std::function<Fault(const RunRecord &)> checkpoint; // writes a checkpoint
+    double checkpointminutes;                           // between checkpoints; 0: no checkpoints
     bool quiet;
     int stallsteps = kStallSteps;
 };
 
-// Grows the run of the global records, counting its seconds.
+// Grows the run in the global records, and adds its growth time to run->seconds.
 GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run);

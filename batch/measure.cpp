@@ -11,8 +11,8 @@
 #include "base/output_file.h"
 #include "geom/elementary.h"
 
-// The first level whose boxes see the inside of the aggregate, and the least number of particles whose radius of
-// gyration is fitted.
+// First level of the box count's fit, the first whose boxes are small enough to show the structure inside the
+// aggregate, and least number of particles for the fit to the radius of gyration
 constexpr int kFirstLevel = 2;
 constexpr int kLeastParticles = 100;
 
@@ -58,7 +58,7 @@ static Json DescribeBoxCount()
         levels.push_back({{"edge", stats.boxsize[level]}, {"count", stats.boxcount[level]}});
         finest = stats.boxsize[level];
     }
-    // Of log(count) against log(edge): that against log(1/edge) falls.
+    // The file has the slope against log(edge); FitBoxCount returns that against log(1/edge).
     LineFit fit = FitBoxCount(kFirstLevel);
     fit.slope = -fit.slope;
     Json json = DescribeFit(fit, finest, fit.points > 0 ? stats.boxsize[kFirstLevel] : NAN);
@@ -82,7 +82,7 @@ static Json DescribeGyration()
     return DescribeFit(FitLine(x, y), first, last);
 }
 
-// With the range of edges or numbers that was used.
+// A fit in JSON; `first` and `last` are the range of edges or numbers to which the line was fitted.
 static Json DescribeFit(const LineFit &fit, double first, double last)
 {
     return {{"slope", fit.slope},

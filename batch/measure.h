@@ -1,9 +1,9 @@
-// What sarkelo-grow measures of an aggregate.
+// The statistics of sarkelo-grow
 
 #pragma once
 
 #include "archive/aggregate_file.h"
 
 // Takes the statistics of the aggregate, as the window does, and writes them as JSON. docs/file-formats.md lists
-// the members; what cannot be told is null.
+// the members; a value that cannot be determined is null.
 Fault WriteStatistics(const std::string &path, const RunRecord &run);

@@ -42,7 +42,7 @@ Fault CheckOutputs(const Command &command, bool ownoutput, bool owncheckpoint)
     return command.slices ? CheckSlices(*command.slices, command.overwrites) : Fault();
 }
 
-// Devices and the like are written as they are.
+// What is no regular file, such as a device, needs no permission to be replaced: it is written in place.
 static Fault CheckOutput(const std::string &path, bool mayreplace)
 {
     const auto cannot = [&] { return Fault(kFileFault, path + ": cannot be written: " + strerror(errno)); };

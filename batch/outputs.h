@@ -1,4 +1,4 @@
-// The files that sarkelo-grow writes: which of them may be replaced.
+// Rules for the files that sarkelo-grow writes: which existing files it may replace
 
 #pragma once
 
@@ -9,22 +9,23 @@
 #include "archive/aggregate_file.h"
 #include "batch/command.h"
 
-// Whether two paths lead to the same place, through whatever links.
+// Whether two paths mean the same file, after links are resolved
 bool IsSamePlace(const std::string &a, const std::string &b);
 
-// The fault of what cannot be written, would replace what another run wrote or what this one reads, or is to be written
-// twice. Output and checkpoint may stand there where they are this run's own.
+// Checks all outputs of a command. A fault is an output that cannot be written, that exists already without --force,
+// that is also an input, or that is named twice. The output and the checkpoint may exist if they are this run's own
+// (`ownoutput`, `owncheckpoint`).
 Fault CheckOutputs(const Command &command, bool ownoutput, bool owncheckpoint);
 
-// An aggregate file that this run writes, perhaps several times. What another run has put in its place meanwhile is
-// left alone.
+// An aggregate file that this run writes, perhaps several times. It is not replaced or removed if another program has
+// written it in the meantime.
 class OwnFile
 {
 public:
-    // What stands there now may be replaced.
+    // A file that exists at this time may be replaced.
     explicit OwnFile(const std::string &name);
     Fault Write(const RunRecord &run);
-    // Removes it where this run wrote it, or `mayremove` what stood there.
+    // Removes the file if this run has written it, or if `mayremove`.
     void Remove(bool mayremove);
     [[nodiscard]] const std::string &Path() const { return path; }
 

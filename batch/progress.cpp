@@ -11,13 +11,14 @@
 #include "search/neighbour_search.h"
 #include "surface/surface.h"
 
-// Seconds between two lines: on a terminal, and at first and at last elsewhere.
+// Seconds between two lines: on a terminal, and otherwise at the start and at most
 constexpr double kTerminalInterval = 0.5;
 constexpr double kFirstInterval = 10;
 constexpr double kLongestInterval = 600;
-// Particles a second below which growth is slow, whatever the size of the aggregate.
+// Particles a second below which growth counts as slow, for aggregates of every size
 constexpr double kSlow = 10;
-// Below this percentage stickiness, and from so many branch lengths on the way from the launch sphere, may be the reason.
+// Stickiness in percent below which, and launch radius in branch lengths above which, it is named as a reason for
+// slow growth
 constexpr double kLowStickiness = 50;
 constexpr double kLongWay = 50;
 
@@ -77,7 +78,7 @@ void Progress::End() const
 std::string Progress::Describe(double elapsed) const
 {
     const double rate = (ncells - earlierparticles) / (elapsed - earlier);
-    // Of each stop, what part is done and how long it takes yet: the first that is reached counts.
+    // Fraction done and time left, of the stop that will be reached first
     double part = 0;
     double left = HUGE_VAL;
     const auto consider = [&](double done, double seconds) {
@@ -115,7 +116,7 @@ static std::string DescribeTime(double seconds)
     return text;
 }
 
-// What of the settings keeps walkers from arriving, in words; empty where nothing is known to.
+// The settings that may keep walkers from arriving, in words; empty if there are none
 static std::string ListWhatSlows()
 {
     const GrowthState &state = growthstate;

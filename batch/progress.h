@@ -1,5 +1,6 @@
-// How growth goes, told on standard output: on a terminal one line that is written anew twice a second, else plain
-// lines at growing intervals. Where few particles arrive, a line at growing intervals says what may be the reason.
+// Prints the progress of growth on standard output: on a terminal in one line that is rewritten twice a second,
+// otherwise in plain lines at growing intervals. If growth is slow, also prints possible reasons at growing
+// intervals.
 
 #pragma once
 
@@ -10,13 +11,13 @@
 class Progress
 {
 public:
-    // Tells nothing where `silent`. Growth is to stop where the recipe says.
+    // Prints nothing if `silent`. `wanted` has the stops of growth.
     Progress(const Recipe &wanted, bool silent);
 
-    // After so many seconds of growth.
+    // Prints the progress if it is due; `elapsed` is the growth time in seconds.
     void Report(double elapsed);
 
-    // Leaves the line.
+    // Erases the line on a terminal.
     void End() const;
 
 private:
@@ -27,10 +28,10 @@ private:
     bool quiet, terminal;
     double next, interval;
     long firststeps;
-    // At the report before the last.
+    // Time and number of particles at the last report
     double earlier = 0;
     int earlierparticles;
-    // Of slowness.
+    // For ReportSlowness: time of the next look, interval between looks, and time and number of particles at the last
     double nextlook, lookinterval;
     double earlierlook = 0;
     int particlesatlook;

@@ -23,8 +23,8 @@ private:
     double lo, hi, dv, cyan, green, yellow;
 };
 
-// The logarithms of all particles' flows, as long as nothing grows. They are remembered from one to the next:
-// most flows do not change between two frames.
+// The logarithms of all particles' flows; not valid after growth. All objects share one memory of the logarithms,
+// since most flows do not change between two frames.
 class FlowLogs
 {
 public:
@@ -37,11 +37,11 @@ private:
         double weight = 0, log = 0;
     };
     static std::vector<Remembered> all;
-    Remembered *remembered; // of all
+    Remembered *remembered; // the data of `all`
 };
 
-// The thickness of branches at all particles, as long as nothing grows: a radius that grows with the logarithm
-// of the flow, from thickto at the tips to thickfrom at the largest flow.
+// The thickness of branches at all particles; not valid after growth. It is a radius, linear in the logarithm of the
+// flow, from thickto at the tips to thickfrom at the largest flow.
 class BranchThickness
 {
 public:
@@ -53,12 +53,12 @@ private:
     FlowLogs logs;
 };
 
-// The colours of all particles in one drawing mode, as long as nothing grows.
+// The colours of all particles in one drawing mode; not valid after growth
 class ParticleColours
 {
 public:
     explicit ParticleColours(int mode);
-    // What ChooseColour gives.
+    // The same as ChooseColour, faster for many particles
     Colour Of(int index) const;
 
 private:
@@ -69,14 +69,14 @@ private:
 
 // Colour of particle `index` of cells in drawing mode `mode` (options.dlamode): with association on and two
 // or more roots, modes up to kAggregateLines show the particle's class (index mod nroots, whatever root it
-// descends from); everything else shows its flow on a logarithmic scale that ends, on purpose, at a third of
-// the largest flow.
+// descends from). Otherwise the colour shows its flow on a logarithmic scale that ends, on purpose, at a third
+// of the largest flow.
 Colour ChooseColour(int index, int mode);
 
 // Colour of the class of particle `index` among several roots.
 Colour RootColour(int index);
 
-// Colour of v in the colour map `type` over the range from vmin to vmax (in either order; one shorter than
+// Colour of v in the colour map `type` over the range from vmin to vmax (in either order; a range shorter than
 // 1e-6 is widened by 1 on both sides). v is clamped to the range. Type 1 runs from blue through cyan, green
 // and yellow to red; any other type is white.
 Colour GetColour(double v, double vmin, double vmax, int type);

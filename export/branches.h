@@ -1,4 +1,4 @@
-// The walk over all branches that the formats of single branches share.
+// The loop over all branches, for export formats that write one branch after another
 
 #pragma once
 
@@ -10,13 +10,13 @@
 
 // A branch, from a particle's parent to the particle.
 struct Branch {
-    int parent, index; // of cells
+    int parent, index; // indices of cells
     Vector from, to;
     double fromradius, toradius;
     Colour colour;
 };
 
-// Calls write(branch) for each branch, in the order of cells. Memory may run out: std::bad_alloc.
+// Calls write(branch) for each branch, in the order of cells. Throws std::bad_alloc if memory does not suffice.
 template<typename Write>
 void ForEachBranch(Write write)
 {
@@ -30,7 +30,7 @@ void ForEachBranch(Write write)
     }
 }
 
-// Whether the constraint surface belongs to what is saved: it has faces, and its drawing mode shows it.
+// Whether exports include the constraint surface: it has faces, and its drawing mode shows it.
 inline bool IsSurfaceSaved()
 {
     return nstltri > 0 && options.surfacemode >= kSurfaceWireframe;

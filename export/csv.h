@@ -1,4 +1,4 @@
-// The particles as a table: "id,parent,x,y,z,flow", numbers with 17 digits.
+// The particles as a table with the columns "id,parent,x,y,z,flow"; numbers have 17 digits.
 
 #pragma once
 

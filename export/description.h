@@ -1,5 +1,5 @@
-// A run in words: the lines that the report of a run and the window's information have in common, each
-// through out.Print(format, ...), which prints a line as printf does.
+// Lines that describe a run, for the report file and for the information text in the window. Each line is printed by
+// out.Print(format, ...), with a format as for printf.
 
 #pragma once
 
@@ -7,7 +7,7 @@
 #include "growth/state.h"
 #include "surface/surface.h"
 
-// Walkers start from `sourcetype`, which the report names in its own way.
+// `sourcetype` is the source to name: the report file names one of them differently (kept).
 template<typename Printer>
 void DescribeParameters(Printer &out, int sourcetype)
 {

@@ -7,7 +7,7 @@
 
 namespace
 {
-// Prints each line to a file.
+// Prints lines to a file, for export/description.h.
 class LinePrinter
 {
 public:

@@ -46,7 +46,7 @@ static const ModelKind kKinds[] = {
     {"info", kFormatInformation, kModeSegments, 0, nullptr, "Text file", "txt", WriteReport},
 };
 
-// Modes that no command asks for: only POV-Ray has chains.
+// kModeChains in formats without chains; neither the menu nor a command line uses these.
 static const ModelKind kKindsWithoutBranches[] = {
     {nullptr, kFormatVRML, kModeChains, 0, nullptr, "VRML file", "wrl", WriteWithoutBranches<WriteVRML>},
     {nullptr, kFormatGEOM, kModeChains, 0, nullptr, "GEOM file", "geom", WriteWithoutBranches<WriteGEOM>},
@@ -61,7 +61,7 @@ static void WriteReport(TextWriter &out)
     WriteInformation(out.Stream());
 }
 
-// Header, trailer and surface of a format: those of an aggregate without particles.
+// Writes the header, trailer and surface of a format, by writing an aggregate without particles.
 template<void (*write)(TextWriter &)>
 static void WriteWithoutBranches(TextWriter &out)
 {

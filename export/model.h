@@ -1,4 +1,4 @@
-// The aggregate, and the constraint surface with it, as a file of another program.
+// Exports the aggregate, and the constraint surface with it, to the formats of other programs.
 
 #pragma once
 
@@ -12,7 +12,7 @@ enum ModelFormat {
     kFormatGEOM,
     kFormatSTL, // the constraint surface alone
     kFormatPOV,
-    kFormatPointDXF, // a cloud of ten points a branch
+    kFormatPointDXF, // ten points for each branch
     kFormatPointGEOM,
     kFormatVTP,
     kFormatPLY,
@@ -21,7 +21,7 @@ enum ModelFormat {
     kFormatInformation
 };
 
-// What stands for a branch.
+// How a branch is written
 enum ModelMode {
     kModeChains,     // POV-Ray: a sphere sweep along each chain of branches; STL: nothing
     kModeSegments,   // a segment for each particle, and a sphere where the format has one
@@ -31,26 +31,26 @@ enum ModelMode {
     kModeFineMesh
 };
 
-// A kind of file that can be saved. Branches are as thick as the flow through them, from thickto at the tips
-// to thickfrom. The surface follows where its drawing mode shows it and the format has faces.
+// A kind of file that can be saved. The flow through a branch determines its thickness, from thickto at the tips to
+// thickfrom. The surface is included if its drawing mode shows it and the format has faces.
 struct ModelKind {
-    const char *name; // for commands
+    const char *name; // on command lines
     int format, mode;
-    int menuid;        // of its entry in the menu; 0: none
-    const char *label; // of that entry
-    const char *title; // of the file selector
+    int menuid;        // id of its menu entry; 0: not in the menu
+    const char *label; // text of its menu entry
+    const char *title; // title of the file selector
     const char *extension;
     void (*write)(TextWriter &out);
 };
 
-// All kinds, those of the menu in its order.
+// All kinds. Those in the menu come first, in the order of the menu.
 std::span<const ModelKind> ModelKinds();
 
-// The kind of a ModelFormat and any mode from 0 on, or nullptr: without branches where the format has no chains, and
-// kModeSegments where it does not know the mode.
+// The kind for a ModelFormat and a mode; nullptr if there is none. A mode above kModeSegments that the format lacks
+// counts as kModeSegments. kModeChains in VRML, GEOM and point clouds, which have no chains, writes no branches.
 const ModelKind *FindModelKind(int format, int mode);
 
-// Writes the model to an open file. Returns 1, or 0 when there is no such kind or memory does not suffice:
-// the file is not whole then. Errors of writing show in the file.
+// Writes the model to an open file. Returns 1, or 0 when there is no such kind or memory does not suffice; the file
+// is incomplete then. Write errors are not returned: check ferror(file).
 int WriteModel(FILE *file, int format, int mode);
 int WriteModel(FILE *file, const ModelKind &kind);

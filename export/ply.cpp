@@ -10,14 +10,14 @@
 #include "export/ring.h"
 #include "growth/state.h"
 
-// Points of a ring. A tube that ends with a radius of 0 has a single point there.
+// Points of a ring. A ring of radius 0 has a single point.
 constexpr int kRingPoints = 8;
 
 namespace
 {
-// For each particle the child that the tube through it goes on to: that of the largest flow, the eldest where
-// several have as much; -1 at a tip.
-using Heirs = std::vector<int>;
+// For each particle, the child to which the tube through it continues: the child of largest flow, the oldest if
+// several have it; -1 at a tip.
+using MainChildren = std::vector<int>;
 
 // A ring of a tube.
 struct Ring {
@@ -32,15 +32,15 @@ struct Counts {
 };
 } // namespace
 
-static Heirs FindHeirs();
-static Counts CountTubes(const Heirs &heirs);
+static MainChildren FindMainChildren();
+static Counts CountTubes(const MainChildren &heirs);
 static void WriteVertices(TextWriter &out, const std::vector<Ring> &tube);
 static long WriteFacets(TextWriter &out, const std::vector<Ring> &tube, long first);
 static Vector Along(const std::vector<Ring> &tube, std::size_t k);
 
-// Calls visit(rings) for each tube. The first ring of a side branch stands at its fork, in its own colour.
+// Calls visit(rings) for each tube. The first ring of a side branch is at the fork, in the colour of the side branch.
 template<typename Visit>
-static void ForEachTube(const Heirs &heirs, Visit visit)
+static void ForEachTube(const MainChildren &heirs, Visit visit)
 {
     const BranchThickness thickness;
     const ParticleColours colours(options.dlamode);
@@ -59,7 +59,7 @@ static void ForEachTube(const Heirs &heirs, Visit visit)
 
 void WritePLY(TextWriter &out)
 {
-    const Heirs heirs = FindHeirs();
+    const MainChildren heirs = FindMainChildren();
     const Counts counts = CountTubes(heirs);
     out.Print("ply\nformat binary_little_endian 1.0\ncomment Sarkelo aggregate\nelement vertex %s\n",
               std::to_string(counts.vertices).c_str());
@@ -74,9 +74,9 @@ void WritePLY(TextWriter &out)
     ForEachTube(heirs, [&](const std::vector<Ring> &tube) { first = WriteFacets(out, tube, first); });
 }
 
-static Heirs FindHeirs()
+static MainChildren FindMainChildren()
 {
-    Heirs heirs(static_cast<std::size_t>(ncells), -1);
+    MainChildren heirs(static_cast<std::size_t>(ncells), -1);
     for (int i = 0; i < ncells; i++) {
         const int parent = cells[i].parent;
         if (parent >= 0 && (heirs[parent] < 0 || cells[i].weight > cells[heirs[parent]].weight))
@@ -92,7 +92,7 @@ static int CountFacets(const Ring &lower, const Ring &upper)
     return points == 2 ? 0 : points == 2 * kRingPoints ? 2 * kRingPoints : kRingPoints;
 }
 
-static Counts CountTubes(const Heirs &heirs)
+static Counts CountTubes(const MainChildren &heirs)
 {
     Counts counts = {0, 0};
     ForEachTube(heirs, [&](const std::vector<Ring> &tube) {
@@ -112,7 +112,7 @@ static void WriteVertices(TextWriter &out, const std::vector<Ring> &tube)
     Vector across = {0, 0, 0};
     for (std::size_t k = 0; k < tube.size(); k++) {
         const RingFrame frame = MakeRingFrame(Along(tube, k), across);
-        across = frame.across; // rings are not twisted against each other
+        across = frame.across; // keeps the next ring from being twisted against this one
         const Ring &ring = tube[k];
         for (int j = 0; j < ring.Points(); j++) {
             const Vector p = RingPoint(frame, ring.centre, ring.radius, angles[j]);
@@ -124,7 +124,7 @@ static void WriteVertices(TextWriter &out, const std::vector<Ring> &tube)
     }
 }
 
-// The direction of the tube at a ring: halfway between those of the branches that meet there.
+// The direction of the tube at a ring: halfway between the directions of the branches before and after it
 static Vector Along(const std::vector<Ring> &tube, std::size_t k)
 {
     const auto direction = [&](std::size_t from) {
@@ -138,10 +138,11 @@ static Vector Along(const std::vector<Ring> &tube, std::size_t k)
     Normalise(&along);
     if (Modulus(along) > 0)
         return along;
-    return Modulus(after) > 0 ? after : Vector{0, 0, 1}; // straight back, or no branch to speak of
+    return Modulus(after) > 0 ? after : Vector{0, 0, 1}; // the branches are opposite, or have no length
 }
 
-// Writes a tube whose vertices start at number `first`; returns the number of the first of the next tube.
+// Writes the facets of a tube whose first vertex has the number `first`; returns the number of the next tube's first
+// vertex.
 static long WriteFacets(TextWriter &out, const std::vector<Ring> &tube, long first)
 {
     const auto facet = [&](long a, long b, long c) {

@@ -1,9 +1,9 @@
-// The aggregate as a mesh of tubes in a binary PLY file. A tube follows the branches of largest flow from each root
-// and each fork on; neighbouring facets share their vertices, which have the colours of the view.
+// The aggregate as a mesh of tubes in a binary PLY file. A tube starts at a root or a fork and follows the branch of
+// largest flow at each particle. Neighbouring facets share their vertices; these have the colours of the view.
 
 #pragma once
 
 #include "export/text_writer.h"
 
-// Memory may run out: std::bad_alloc.
+// Throws std::bad_alloc if memory does not suffice.
 void WritePLY(TextWriter &out);

@@ -1,4 +1,4 @@
-// Point clouds: ten points along each branch, from the parent on, the particle itself left out.
+// Point clouds: ten points along each branch, from the parent, which is included, to the particle, which is not.
 
 #pragma once
 

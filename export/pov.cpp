@@ -25,8 +25,8 @@ static void WriteTexture(TextWriter &out, const char *format, int index);
 static void WriteSurface(TextWriter &out);
 static bool HasBranchTextures();
 
-// From the newest particle on down, each particle that no chain holds yet starts one; it follows the parents
-// as far as the first particle of a chain before it, or a root.
+// From the newest particle to the oldest, each particle that is in no chain yet starts a chain. The chain follows the
+// parents, and ends with the first particle that is in an earlier chain or is a root.
 void WritePOVSweeps(TextWriter &out)
 {
     POVHeader(out);
@@ -45,7 +45,7 @@ void WritePOVSweeps(TextWriter &out)
     WriteSurface(out);
 }
 
-// Weights, not radii: the scene turns them into radii itself.
+// Writes flows, which the function CalcRadius in the scene turns into radii.
 void WritePOVCones(TextWriter &out)
 {
     POVHeader(out);
@@ -70,7 +70,7 @@ void WritePOVCones(TextWriter &out)
     WriteSurface(out);
 }
 
-// The frame ---------------------------------------------------------------------------------------------
+// Before and after the union ----------------------------------------------------------------------------
 
 void POVHeader(TextWriter &out)
 {
@@ -214,8 +214,9 @@ static void CollectChain(int start, std::vector<ChainPoint> *points)
     }
 }
 
-// A sphere sweep through all points and one beyond each end, or a cone where there are but two. The far end
-// of the cone has its radius by the flow of the near one, at most twice its own (kept).
+// Writes a sphere sweep through all points and one more beyond each end; for only two points a cone. The cone's
+// second end has its radius from the first end's flow, with twice the second end's flow as the largest flow if that
+// is less than the aggregate's (kept).
 static void WriteChain(TextWriter &out, const std::vector<ChainPoint> &points, int start)
 {
     const int count = static_cast<int>(points.size());
@@ -249,7 +250,7 @@ static void WriteSweepPoint(TextWriter &out, Vector p, double weight)
     out.Print("  <%g,%g,%g>,  CalcRadius(%g,%g)\n", p, weight, growthstate.maxweight);
 }
 
-// The texture of the class of particle `index`, where classes have their own.
+// Writes the texture of particle `index`'s class, if classes have textures of their own.
 static void WriteTexture(TextWriter &out, const char *format, int index)
 {
     if (HasBranchTextures())

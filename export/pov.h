@@ -1,16 +1,16 @@
-// POV-Ray scenes: the aggregate as a union of sphere sweeps or of cones and spheres, in a frame of camera,
-// lights, textures and the function that turns flow into radii; the constraint surface after it.
+// POV-Ray scenes: the aggregate as a union of sphere sweeps or of cones and spheres. Before it come the camera, the
+// lights, the textures and the function that turns flow into radii; after it comes the constraint surface.
 
 #pragma once
 
 #include "export/text_writer.h"
 
-// A sphere sweep along each chain of branches. Memory may run out: std::bad_alloc.
+// A sphere sweep along each chain of branches. Throws std::bad_alloc if memory does not suffice.
 void WritePOVSweeps(TextWriter &out);
 
 // A cone and a sphere for each branch.
 void WritePOVCones(TextWriter &out);
 
-// The frame: what stands before the union SARKELO, and what places it in the scene.
+// The text before the union SARKELO, and the text after it that places the union in the scene
 void POVHeader(TextWriter &out);
 void POVFooter(TextWriter &out);

@@ -1,4 +1,4 @@
-// Rings of points about a line, of which the meshes of branches are made.
+// Rings of points about a line: the meshes of branches consist of them.
 
 #pragma once
 
@@ -7,17 +7,17 @@
 
 #include "geom/vector.h"
 
-// Two directions across a line of unit direction `along`; across, side and along are right-handed.
+// Two unit vectors perpendicular to a line of unit direction `along`; across, side and along are right-handed.
 struct RingFrame {
     Vector across, side;
 };
 
-// The frame nearest to `previous`, the direction across of the ring before; any for a zero vector.
+// The frame whose `across` is nearest to `previous`, that of the ring before; any frame for a zero vector.
 inline RingFrame MakeRingFrame(Vector along, Vector previous)
 {
     Vector across = previous - DotProduct(previous, along) * along;
     if (Modulus(across) < 1e-3 * Modulus(previous) || Modulus(previous) == 0) {
-        // The axis that is farthest from the line.
+        // A coordinate axis far from the direction of the line
         const Vector axis = std::fabs(along.x) < 0.6 ? Vector{1, 0, 0} : Vector{0, 1, 0};
         across = axis - DotProduct(axis, along) * along;
     }
@@ -31,5 +31,5 @@ inline Vector RingPoint(const RingFrame &frame, Vector centre, double radius, Si
     return centre + radius * (angle.cosine * frame.across + angle.sine * frame.side);
 }
 
-// The first `points` multiples of the `parts`th part of the circle, from 0 on: made once, valid for good.
+// Sine and cosine of the angles 2 pi k / parts, for k from 0 to points - 1. They are computed once and stay valid.
 std::span<const SineCosine> DivideCircle(int points, int parts);

@@ -12,7 +12,7 @@
 #include "toolkit/file_selector.h"
 #include "toolkit/wait_cursor.h"
 
-// Characters of a file name, with its end.
+// Largest size of a file name, with the terminating zero
 constexpr std::size_t kNameSize = 256;
 
 static void Save(const ModelKind &kind);
@@ -22,7 +22,7 @@ static std::string AskForName(const char *title);
 void SaveModel(int format, int mode)
 {
     if (format > kFormatPointGEOM)
-        return; // those of commands
+        return; // a format for command lines only
     if (const ModelKind *kind = FindModelKind(format, mode); kind != nullptr)
         Save(*kind);
 }
@@ -75,14 +75,14 @@ int SaveInformation()
     return 0;
 }
 
-// In the view window; elsewhere standard error says it.
+// Only in the view window: otherwise OutputFile has printed the fault on standard error.
 static void ShowFault(const std::string &path, const OutputFile &file)
 {
     if (viewwindow)
         fl_show_message("File Error", ("Cannot write " + path).c_str(), strerror(file.Reason()));
 }
 
-// Returns an empty name where the user cancels, or the name does not fit.
+// Returns an empty name if the user cancels or the name is too long.
 static std::string AskForName(const char *title)
 {
     const std::string name = AskForFile(title);

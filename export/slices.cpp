@@ -11,11 +11,11 @@
 
 namespace
 {
-// A branch and how it is told of while slicing.
+// A branch, and how ReportBranches reports it
 struct TracedBranch {
-    int from, to;    // particles of cells
-    bool newroot;    // the first of its root
-    bool firstchild; // the first of a particle that is no root
+    int from, to;    // indices of cells
+    bool newroot;    // the first branch from a root
+    bool firstchild; // the first branch from a particle that is no root
 };
 } // namespace
 
@@ -109,8 +109,8 @@ void WriteVector(FILE *file, Vector a, Vector b)
     fprintf(file, "%g %g %g %g %g %g\n", a.x, a.y, a.z, b.x, b.y, b.z);
 }
 
-// All branches, root by root in the order of cells: those to all children of a particle, oldest first; then,
-// from the youngest child to the oldest, likewise all that grows from it.
+// Returns all branches, root by root in the order of cells. For each particle come the branches to its children,
+// oldest child first; then, from the youngest child to the oldest, the branches of its descendants in the same way.
 static std::vector<TracedBranch> ListBranches()
 {
     const std::size_t n = ncells;
@@ -159,7 +159,7 @@ static SliceResult ProcessSlice(const std::string &folder, int number, const Sla
     const std::string path = folder == "." ? name : folder + "/" + name;
     OutputFile file(path.c_str());
     if (file.Stream() == nullptr && file.Reason() == ENOMEM)
-        return kSlicesOutOfMemory; // which has been told
+        return kSlicesOutOfMemory; // OutputFile has reported it
     if (file.Stream() == nullptr) {
         fprintf(stderr, "Failed to open output slice file \"%s\"\n", path.c_str());
         return kSliceUnopened;
@@ -181,7 +181,8 @@ static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab 
         out.Print("%g %g %g %g %g %g\n", start, end);
 }
 
-// Names the roots and the branches in the order in which they are traced; a first child only in verbose mode.
+// Prints the roots and the branches in the order in which they are traced; prints branches to the first child of a
+// particle that is no root only in verbose mode.
 static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *progress)
 {
     TextWriter out(progress);
@@ -201,13 +202,13 @@ static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *prog
     }
 }
 
-// Where a branch whose ends lie on either side of a plane n.x + D = 0 meets it.
+// The point where a branch crosses the plane n.x + D = 0; its ends are on different sides of the plane.
 static Vector CutAtPlane(Vector p, Vector q, Vector n, double D)
 {
     Vector cut;
     if (LineSegmentPlane(p, q, n, D, &cut))
         return cut;
-    // Almost parallel to the plane: too close for that routine, yet across.
+    // LineSegmentPlane finds no crossing of a branch that is almost parallel to the plane.
     const double distancep = DotProduct(n, p) + D;
     const double distanceq = DotProduct(n, q) + D;
     return p + (distancep / (distancep - distanceq)) * (q - p);

@@ -51,7 +51,7 @@ void HandleSlicingPanel(const FL_OBJECT *worked)
         Change(*input, ParameterOf(ShownField(*input)));
 }
 
-// Of a whole number its digits count alone: "1e1" is 1.
+// Sets a parameter to the text of its input. For a whole number only the leading digits count: "1e1" is 1.
 static void Change(const PanelObject &object, const Parameter &parameter)
 {
     const char *text = fl_get_input(*object.handle);
@@ -59,7 +59,7 @@ static void Change(const PanelObject &object, const Parameter &parameter)
     SetParameter(parameter, whole ? static_cast<double>(strtol(text, nullptr, 10)) : atof(text));
 }
 
-// A normal that is too short to have a direction becomes the z axis, and stays so.
+// Writes the slices. A normal too short to have a direction becomes the z axis, and the parameter keeps that value.
 static void Slice()
 {
     char question[64];
@@ -85,7 +85,7 @@ static void Slice()
     }
 }
 
-// Standard error has said which slice could not be written, and why.
+// DoSlice has printed the file and the reason on standard error.
 static void ShowFault(SliceResult result)
 {
     if (viewwindow)

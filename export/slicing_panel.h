@@ -1,4 +1,4 @@
-// The panel that takes the number and the normal of the slices, and cuts them.
+// The panel for the number and the normal of the slices, with a button that writes them
 
 #pragma once
 
@@ -6,7 +6,7 @@
 
 struct FD_sliceform {
     FL_FORM *form;
-    void *vdata; // the toolkit's own
+    void *vdata; // vdata, cdata and ldata belong to the toolkit
     char *cdata;
     long ldata;
     FL_OBJECT *normalx;
@@ -21,6 +21,7 @@ extern FD_sliceform *sliceform;
 // Builds the panel, once.
 FD_sliceform *create_form_sliceform();
 
-// Carries out what a worked object stands for: "Slice" writes the slices, after a question where there are very
-// many, and ends the program where a file cannot be opened (kept). Does nothing for an object of another panel.
+// Handles an object of the panel that the user has operated. "Slice" writes the slices, above 10,000 of them after a
+// question; if a file cannot be opened, it ends the program (kept), except in the view window. Does nothing for an
+// object of another panel.
 void HandleSlicingPanel(const FL_OBJECT *worked);

@@ -1,4 +1,4 @@
-// The constraint surface as ASCII STL, where it is shown; else nothing.
+// The constraint surface as ASCII STL; empty if the surface is not shown.
 
 #pragma once
 

@@ -12,12 +12,12 @@
 constexpr int kRingPoints = 8;
 constexpr int kSphereRings = 3; // between the poles
 constexpr std::size_t kHeaderBytes = 80;
-// A length is nothing below this part of the largest coordinate: coordinates have 24 bits.
+// Radii and lengths below this fraction of the largest coordinate count as 0: coordinates have 24 bits.
 constexpr double kSmallestPart = 1e-5;
 
 namespace
 {
-// A corner as the file has it: corners that are equal here are equal there.
+// A corner in the precision of the file, so that corners that are equal here are equal in the file
 struct Corner {
     float x, y, z;
 };
@@ -38,7 +38,7 @@ static void ForEachFacetOfRings(const RingCorners &lower, const RingCorners &upp
     }
 }
 
-// From a ring up to a point, or from a point up to a ring.
+// The side of a cone: from a ring up to its apex, or, without `up`, from its apex up to a ring
 template<typename Emit>
 static void ForEachFacetOfCone(const RingCorners &ring, Corner apex, bool up, Emit emit)
 {
@@ -48,7 +48,7 @@ static void ForEachFacetOfCone(const RingCorners &ring, Corner apex, bool up, Em
     }
 }
 
-// What closes a ring, seen from above where `up`.
+// The disc that closes a ring; it faces up where `up`, else down.
 template<typename Emit>
 static void ForEachFacetOfCap(const RingCorners &ring, bool up, Emit emit)
 {
@@ -145,7 +145,7 @@ static Corner ToCorner(Vector p)
     return {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
 }
 
-// Of the body, about: its farthest coordinate, and its thickness.
+// Roughly the largest coordinate of the body: that of a particle, or the largest thickness if that is more
 static double LargestCoordinate()
 {
     double largest = std::max(growthstate.thickfrom, growthstate.thickto);

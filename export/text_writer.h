@@ -1,4 +1,5 @@
-// Output of the exports: text as fprintf writes it in the "C" locale, several times as fast, and binary numbers.
+// Output for the exports: binary numbers, and the text that fprintf would write in the "C" locale, several times as
+// fast
 
 #pragma once
 
@@ -18,7 +19,7 @@
 constexpr int kNumberLength = 24;
 char *FormatNumber(char *text, double value);
 
-// Collects text for a file that stays the caller's; the rest is written at the latest when the writer goes.
+// Buffers output to a file, which the caller owns. The destructor writes what is still in the buffer.
 class TextWriter
 {
 public:
@@ -27,9 +28,9 @@ public:
     TextWriter(const TextWriter &) = delete;
     TextWriter &operator=(const TextWriter &) = delete;
 
-    // As fprintf, with the directives %g, %d, %c, %s and %%, none with a width. A Vector or a Colour stands
-    // for the three numbers of three directives. Arguments and directives must match: only their number is
-    // looked at, and the program ends if it differs.
+    // As fprintf, with the directives %g, %d, %c, %s and %%, without widths. A Vector or a Colour is an argument
+    // for three directives. Arguments and directives must match: their types are not checked, and the program
+    // aborts if their numbers differ.
     template<typename... Arguments>
     void Print(const char *format, Arguments... arguments)
     {
@@ -37,10 +38,10 @@ public:
         PutRest(format);
     }
 
-    // A number with the 17 digits that tell it from all others.
+    // Writes a number with 17 digits, which are enough to read the same number again.
     void PutExact(double value);
 
-    // A number in binary, its lowest byte first.
+    // Writes a number in binary, lowest byte first.
     template<typename Number>
     void PutBinary(Number value)
     {
@@ -51,10 +52,10 @@ public:
         PutText({bytes.data(), bytes.size()});
     }
 
-    // Hands everything to the file.
+    // Writes the buffer to the file.
     void Flush();
 
-    // The file, to which everything has been handed.
+    // The file, after the buffer has been written to it
     FILE *Stream();
 
 private:
@@ -66,9 +67,9 @@ private:
     void Put(const char **format, Colour value);
     void PutRest(const char *format);
 
-    // Writes the text before the next directive and moves *format behind it.
+    // Writes the text before the next directive and moves *format behind the directive.
     void PutToDirective(const char **format);
-    // Writes text up to the next directive; returns where that, or the end, stands.
+    // Writes the text before the next directive; returns a pointer to the directive, or to the end of the format.
     const char *PutLiteral(const char *format);
     void PutText(std::string_view text);
     void MakeRoom(std::size_t count);

@@ -17,7 +17,7 @@
 constexpr double kPi = kTwoPi / 2;
 constexpr int kFewestPoints = 4;
 constexpr Colour kSurfaceColour = {0.5, 0.5, 0.5};
-// Resolution of a sphere that is no mesh.
+// As the resolution of a sphere: write a Sphere node, not a mesh.
 constexpr int kNoMesh = 0;
 
 static void WriteWorld(TextWriter &out, int coneresolution, int sphereresolution);
@@ -172,9 +172,9 @@ void WRLCone2(TextWriter &out, int resolution, bool caps, Vector p1, Vector p2, 
     EndMesh(out);
 }
 
-// What all meshes of one kind have in common is made once -------------------------------------------------
+// Parts that all meshes of one kind share, made once -------------------------------------------------
 
-// The latitudes from pole to pole, in so many bands.
+// Sine and cosine of the latitudes from pole to pole that bound `bands` equal bands
 static const std::vector<SineCosine> &DivideMeridian(int bands)
 {
     static std::map<int, std::vector<SineCosine>> meridians;
@@ -184,7 +184,7 @@ static const std::vector<SineCosine> &DivideMeridian(int bands)
     return meridian;
 }
 
-// Two triangles between each point of a ring, its next, and the two above them.
+// The indices of a sphere's triangles: two between each point of a ring, the next point, and the two points above
 static const std::string &SphereIndices(int bands)
 {
     static std::map<int, std::string> texts;
@@ -205,8 +205,8 @@ static const std::string &SphereIndices(int bands)
     return known = std::move(text);
 }
 
-// The facets' quads, each behind the triangles of the caps that belong to it. Points alternate between the
-// ends, and the two centres follow them.
+// The indices of a cone: for each facet, first its triangles of the caps, then its quadrilateral. The points
+// alternate between the two ends; the centres of the ends come last.
 static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, bool secondcap)
 {
     static std::map<std::tuple<int, bool, bool, bool>, std::string> texts;
@@ -228,7 +228,7 @@ static const std::string &ConeIndices(int resolution, bool caps, bool firstcap, 
     return known = std::move(text);
 }
 
-// A face: its indices and the mark of its end.
+// Appends a face: its indices, -1, and the text `end`.
 static void AppendIndices(std::string *text, std::initializer_list<int> indices, const char *end)
 {
     *text += "    ";

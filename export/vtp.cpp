@@ -8,7 +8,7 @@
 
 namespace
 {
-// An array of the appended data.
+// An array in the appended data of the file
 struct DataArray {
     const char *type, *name;
     int components;
@@ -50,7 +50,7 @@ static void WriteArrivals(TextWriter &out)
         out.PutBinary(i);
 }
 
-// From the parent to the particle.
+// Each line goes from the parent to the particle.
 static void WriteConnectivity(TextWriter &out)
 {
     for (int i = 0; i < ncells; i++) {
@@ -69,7 +69,7 @@ static void WriteOffsets(TextWriter &out)
             out.PutBinary(end += 2);
 }
 
-// Describes an array, of which the data follow at *offset.
+// Writes the element for an array whose data are at *offset, and moves *offset behind the data.
 static void Describe(TextWriter &out, const DataArray &array, std::uint64_t *offset)
 {
     out.Print("<DataArray type=\"%s\" Name=\"%s\" NumberOfComponents=\"%d\" format=\"appended\" offset=\"",

@@ -1,9 +1,9 @@
-// VTK PolyData in XML with raw appended data: a point for each particle, with its flow, its parent, its distance
-// from the root in branches and its place in the order of arrival, and a line for each branch.
+// VTK PolyData in XML with raw appended data: a line for each branch, and a point for each particle with its flow,
+// its parent, its number of branches from the root, and its place in the order of arrival.
 
 #pragma once
 
 #include "export/text_writer.h"
 
-// Memory may run out: std::bad_alloc.
+// Throws std::bad_alloc if memory does not suffice.
 void WriteVTP(TextWriter &out);

@@ -15,12 +15,12 @@
 #include "growth/state.h"
 #include "image/bitmap.h"
 
-// Characters of a file name, with its end.
+// Largest size of a file name, with the terminating zero
 constexpr int kNameSize = 32;
 
 // The number of the next numbered capture.
 static int counter = 0;
-// The last capture failed, and that has been reported.
+// Whether the last capture failed, which has been reported
 static bool reported = false;
 
 namespace
@@ -86,7 +86,7 @@ static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int 
 
 static FileName NameFile(const char *prefix, const char *name, int code)
 {
-    // By the absolute value of the code; codes that have no extension name a file that ends with the dot.
+    // Indexed by the absolute value of the code. With a code that has no extension, the file name ends with the dot.
     static const char *const kExtensions[] = {"",    "tga", "ppm", "rgb", "raw", "tif", "eps",
                                               "eps", "raw", "bmp", "",    "tga", "tga", "tga"};
     const unsigned format = static_cast<unsigned>(std::abs(code));
@@ -100,8 +100,8 @@ static FileName NameFile(const char *prefix, const char *name, int code)
     return path;
 }
 
-// What stands before this window's numbers: nothing, or its process and a dash where another view window that still runs
-// has taken the plain numbers of this directory.
+// The prefix of this window's numbers: empty, or the process id and a dash if another running view window already
+// captures to this directory.
 static const std::string &FindSeries()
 {
     static const std::string series = [] {

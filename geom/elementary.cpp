@@ -11,7 +11,7 @@
 
 #include <mpfr.h>
 
-// What the same bits on every machine rest on.
+// The same bits on every machine depend on these conditions.
 static_assert(FLT_EVAL_METHOD == 0,
               "each operation must be rounded to double, which x87 arithmetic does not do");
 static_assert(std::numeric_limits<double>::is_iec559 && DBL_MANT_DIG == 53, "double must be IEEE 754's");
@@ -19,11 +19,10 @@ static_assert(std::numeric_limits<double>::is_iec559 && DBL_MANT_DIG == 53, "dou
 #error "-ffast-math changes the order of operations"
 #endif
 
-// Error of the C library's logarithm of a long double, in units of its last place: several times what its manual
+// Assumed error of the C library's long double logarithm, in units of the last place: several times what its manual
 // states.
 constexpr long double kLogError = 16;
-// Bytes for MPFR when there is no other memory, used once each: it would end the program otherwise. A call needs a
-// few hundred.
+// Bytes for MPFR when malloc fails, since MPFR would end the program; never reused. A call needs a few hundred.
 constexpr std::size_t kReserve = std::size_t{1} << 20;
 
 static void *Allocate(std::size_t size);
@@ -33,8 +32,8 @@ static double LogarithmOfMPFR(double x);
 
 namespace
 {
-// A number of MPFR with a double's precision: functions of it are rounded as a double is. No result here is
-// subnormal but where it equals its argument.
+// An MPFR number with a double's precision, so that functions of it are rounded as a double is. No result here is
+// subnormal unless it equals its argument.
 class Number
 {
 public:
@@ -70,7 +69,7 @@ double ArcCosine(double x)
     return number.Value();
 }
 
-// Where a long double has more digits, and a double on either side of its error is the same, that is the result.
+// If a long double has more digits and both ends of its error interval round to the same double, that is the result.
 double Logarithm(double x)
 {
     static const bool islong = [] {

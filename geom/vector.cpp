@@ -1,8 +1,8 @@
 #include "geom/vector.h"
 
-// Two coordinates nearer than this are the same vertex.
+// Points whose coordinates all differ by at most this are the same vertex.
 constexpr double kSamePoint = 1e-6;
-// Below this a line has no direction, two lines or a line and a plane are parallel.
+// Below this a line has no direction, and two lines, or a line and a plane, are parallel.
 constexpr double kDegenerate = 1e-5;
 
 static bool PointInBox(Vector p, Vector min, Vector max);

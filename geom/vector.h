@@ -1,8 +1,8 @@
 // Vector: three doubles, and the free functions that the whole system shares on them.
 //
 // Vectors are passed and returned by value; Normalise and MinMaxXYZ work in place. All tolerances are
-// absolute, in the unit of the coordinates. Nothing here can fail but by returning 0, and nothing guards
-// against infinities or NaNs: they propagate.
+// absolute, in the unit of the coordinates. Functions fail only by returning 0. Infinities and NaNs
+// are not checked for: they propagate.
 
 #pragma once
 
@@ -87,7 +87,7 @@ Vector RotateX(Vector p, double theta);
 Vector RotateY(Vector p, double theta);
 Vector RotateZ(Vector p, double theta);
 
-// The same for many points turned by one angle.
+// The same with the sine and cosine given, for many points rotated by one angle.
 Vector RotateX(Vector p, SineCosine theta);
 Vector RotateY(Vector p, SineCosine theta);
 Vector RotateZ(Vector p, SineCosine theta);
@@ -122,11 +122,11 @@ int LineLineIntersect(Vector p1, Vector p2, Vector p3, Vector p4, Vector *pa, Ve
 // *mu = 0.
 double PointLine3D(Vector p, Vector p1, Vector p2, Vector *closest, double *mu);
 
-// Where the segment p1-p2 meets the plane n.x + D = 0. Returns 1 and the point in *p, or 0 with *p unchanged
-// where the segment is parallel to the plane or ends before it.
+// The point where the segment p1-p2 meets the plane n.x + D = 0. Returns 1 and the point in *p, or 0 with *p
+// unchanged where the segment is parallel to the plane or ends before it.
 int LineSegmentPlane(Vector p1, Vector p2, Vector n, double D, Vector *p);
 
 // 1 when the segment p1-p2 meets the axis-aligned box between two opposite corners (in any order), else 0.
-// Coarse on purpose: past the exact rejections, only the two ends and nine points between them are looked at,
+// Coarse on purpose: past the exact rejections, only the two ends and nine points between them are tested,
 // so a segment that cuts a corner of the box between two of those points is reported as missing it.
 int LineInBox(Vector corner1, Vector corner2, Vector p1, Vector p2);

@@ -10,34 +10,35 @@
 
 namespace
 {
-// What a particle whose flow is deferred brings. Shares that pass through the same particle make a list, in the order of arrival, which is
-// that of their indices.
+// The amount that a particle whose flow is deferred adds to each particle on its path. Shares that pass through the
+// same particle form a linked list in the order of arrival, which is the order of their indices.
 struct Share {
     double amount;
-    int next; // of the list, or -1
+    int next; // next share of the list, or -1
 };
 
-// A particle through which several lists pass: they go on as one.
+// A particle where several lists meet; they are merged and continue as one list.
 struct Junction {
-    int missing; // lists that have not come yet
-    int first;   // share of those that have, together
+    int missing; // lists that have not arrived yet
+    int first;   // first share of the merged list of those that have arrived
 };
 
 struct {
     bool exist = false;
-    int from = 0; // the first particle whose flow is deferred
+    int from = 0; // first particle whose flow is deferred
     std::vector<Share> shares;
     std::vector<Junction> junctions;
-    std::vector<double> amounts; // of a list
-    std::size_t capacity = 0;    // particles whose flows there is memory for
+    std::vector<double> amounts; // the amounts of the list being added
+    std::size_t capacity = 0;    // number of deferred flows that memory is reserved for
 } deferred;
 } // namespace
 
-// Flows are deferred until there are so many, or one for so many particles of a larger aggregate.
+// Most flows that are deferred at a time: kLeastDeferred, or one for every kParticlesPerDeferred particles of a
+// larger aggregate.
 constexpr std::size_t kLeastDeferred = 65536;
 constexpr std::size_t kParticlesPerDeferred = 32;
-// Particles of a path to which a list is added at once.
-constexpr int kTogether = 8;
+// Number of particles of a path to which a list is added at once.
+constexpr int kParticlesAtOnce = 8;
 
 static void MakeRoom();
 static double AddDeferredFlows(int from);
@@ -57,7 +58,7 @@ DeferredFlows::DeferredFlows()
     deferred.exist = true;
 }
 
-// For the flows that are to be deferred. Where there is no memory for more, it stays as it is.
+// Reserves memory for deferred flows; keeps the earlier capacity when memory does not suffice.
 static void MakeRoom()
 {
     const std::size_t wanted =
@@ -70,7 +71,7 @@ static void MakeRoom()
         deferred.amounts.reserve(wanted);
         deferred.capacity = wanted;
     } catch (const std::bad_alloc &) {
-        // as many as before
+        // keep the earlier capacity
     }
 }
 
@@ -114,7 +115,8 @@ void SettleFlows()
     RaiseLargestFlow(largest);
 }
 
-// Every particle's sum grows by the same shares in the same order as if they came one by one. Returns the largest.
+// Adds the deferred flows. Every particle receives the same shares in the same order as if they were added one by
+// one. Returns the largest flow that results.
 static double AddDeferredFlows(int from)
 {
     CountLists(from);
@@ -122,7 +124,7 @@ static double AddDeferredFlows(int from)
     deferred.junctions.clear();
     double largest = 0;
     for (int i = from; i < ncells; i++) {
-        int first = i - from; // of the list that is on its way
+        int first = i - from; // first share of the list that is carried towards the root
         deferred.shares.push_back({1.0 / PathLength(cells[i].parent), -1});
         for (int at = cells[i].parent; at >= 0;) {
             int &lists = cells[at].visited;
@@ -146,7 +148,7 @@ static double AddDeferredFlows(int from)
     return largest;
 }
 
-// Makes `visited` of every particle on the paths how many lists will come to it.
+// Sets `visited` of every particle on the deferred paths to the number of lists that will arrive there.
 static void CountLists(int from)
 {
     for (int i = from; i < ncells; i++) {
@@ -156,8 +158,8 @@ static void CountLists(int from)
     }
 }
 
-// Merges two lists that are in the order of arrival into one, by their shares' numbers. Walks along both: where the
-// next share belongs to the other list, the lists change places. Returns the first share.
+// Merges two lists, each in order of increasing indices, into one. Follows one list until the other has the next
+// lower index, then exchanges their roles. Returns the first share.
 static int MergeLists(int a, int b)
 {
     if (a > b)
@@ -181,14 +183,15 @@ static void ReadList(int first)
         deferred.amounts.push_back(deferred.shares[i].amount);
 }
 
-// Adds the amounts to a particle and to those below it, to where another list joins. Returns that particle, or -1.
+// Adds the amounts to a particle and its ancestors, up to the particle where another list joins, which is returned;
+// -1 after the root.
 static int AddList(int particle, double *largest)
 {
     while (particle >= 0 && cells[particle].visited == 1) {
-        int at[kTogether];
-        double sums[kTogether] = {};
+        int at[kParticlesAtOnce];
+        double sums[kParticlesAtOnce] = {};
         int count = 0;
-        for (; count < kTogether && particle >= 0 && cells[particle].visited == 1; count++) {
+        for (; count < kParticlesAtOnce && particle >= 0 && cells[particle].visited == 1; count++) {
             cells[particle].visited = 0;
             at[count] = particle;
             sums[count] = cells[particle].weight;

@@ -1,10 +1,11 @@
-// Flows that are added together when many particles have come, in place of one by one.
+// Adding the flows of many particles together instead of one by one.
 
 #pragma once
 
-// While one exists, flows are deferred, and added together when many are, when SettleFlows is called and when it goes:
-// the same sums to the last bit, several times faster in large aggregates. Nobody else may use `visited` of the particles
-// meanwhile; weights and growthstate.maxweight are behind. Where memory does not suffice, nothing is deferred.
+// While a DeferredFlows exists, flows are deferred, and added together when there are many, when SettleFlows is
+// called and when the object is destroyed. The sums are the same to the last bit, several times faster in large
+// aggregates. Meanwhile no other code may use the particles' `visited`, and weights and growthstate.maxweight are out
+// of date. Without enough memory, nothing is deferred.
 class DeferredFlows
 {
 public:
@@ -17,8 +18,8 @@ public:
 // Adds the flow of the newest particle, or defers it, and updates growthstate.maxweight.
 void AddFlowOfNewest();
 
-// Adds the flows that are deferred.
+// Adds all deferred flows now.
 void SettleFlows();
 
-// Drops what is known of the particles' paths, and flows that are deferred.
+// Discards the tables of the particles' paths and all deferred flows.
 void ForgetFlows();

@@ -9,12 +9,13 @@
 #include "growth/walker.h"
 #include "search/neighbour_search.h"
 
-// In branch lengths. What would be shorter is walked.
+// Shortest flight, in branch lengths; where there is less room, the walker takes a step.
 constexpr double kShortestFlight = 2;
-// In launch radii: the launch sphere is to look flat from a walker that is mirrored at it.
+// Longest flight of a walker that is mirrored at the launch sphere, in launch radii: on this scale the sphere is
+// nearly flat.
 constexpr double kLongestFlight = 0.15;
-// In radii of the flight. Drift shifts the sphere's points in the mean by this; how it tilts their distribution
-// beyond a shift is of the order of its square.
+// Largest drift of a flight, in its radii. Drift shifts the mean end of a flight by this much; its further effect on
+// the distribution of the ends, which is neglected, is of the order of its square.
 constexpr double kLargestDrift = 0.05;
 
 static double FlightRadius();
@@ -43,7 +44,7 @@ void IterateFlights()
         IterateSystem();
 }
 
-// The radius of the flight that there is room for. Its drift stays within the free ball.
+// Radius of the longest flight there is room for: it stays within the free ball, drift included.
 static double FlightRadius()
 {
     const double free = KnownFreeRadius();
@@ -56,7 +57,8 @@ static double FlightRadius()
     return std::min(slowed, free / (1 + slope * slowed));
 }
 
-// Beyond the aggregate that is the distance to the sphere about it, wherever the clearance map ends.
+// Beyond the aggregate the free radius is at least the distance to its bounding sphere, less a branch length, even
+// outside of the clearance map.
 static double KnownFreeRadius()
 {
     const double distance = Modulus(growthstate.pos);
@@ -65,7 +67,7 @@ static double KnownFreeRadius()
     return isbeyond && WalkersMayLeave() ? way : std::max(way, FreeRadius());
 }
 
-// A walker whose life ends on the way is abandoned: nothing can have stopped it.
+// Makes a flight. A walker whose life ends during it is abandoned: it can have met no particle on the way.
 static void Fly(double radius)
 {
     const double lengths = radius / growthstate.branchlength;
@@ -85,8 +87,8 @@ static void MirrorAtLaunchSphere()
         growthstate.pos = (2 * LaunchRadius() / distance - 1) * growthstate.pos;
 }
 
-// Uniformly on the unit sphere: G. Marsaglia, "Choosing a Point from the Surface of a Sphere", Ann. Math. Stat. 43
-// (1972) 645. Made of operations that give the same bits on every machine.
+// Draws a uniformly random point of the unit sphere: G. Marsaglia, "Choosing a Point from the Surface of a Sphere",
+// Ann. Math. Stat. 43 (1972) 645. Made of operations that give the same bits on every machine.
 static Vector DrawDirection()
 {
     double u = 0, v = 0, square = 0;

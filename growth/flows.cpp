@@ -6,10 +6,10 @@
 #include "base/large_pages.h"
 #include "growth/state.h"
 
-// By particle, known for the first of them: how many particles the flow counts on the path to its root, and which
-// particle is so many up as there are kStrides, or -1.
+// Tables by particle, filled for the first particles: the path length as PathLength returns it, and the ancestor
+// kStrides generations up, or -1.
 static LargeVector<int> lengths, ancestors;
-// A long path is walked in so many strides at once: their loads do not wait for each other.
+// A path is followed by so many interleaved walks, whose memory accesses do not wait for each other.
 constexpr int kStrides = 8;
 
 namespace
@@ -85,7 +85,7 @@ bool ExtendPathTables(int count, bool withancestors)
     }
 }
 
-// To a vector that grows by an eighth.
+// Appends a number; a full vector's capacity grows by an eighth.
 static void Append(LargeVector<int> *list, int number)
 {
     if (list->size() == list->capacity())

@@ -1,10 +1,10 @@
-// The two random generators of growth, drand48 and rand, written out: the same draws on every machine, and no state of
-// the C library.
+// The two random generators of growth, drand48 and rand, implemented here: the same draws on every machine,
+// independent of the C library's state.
 //
 //   drand48: x = (0x5DEECE66D x + 0xB) mod 2^48, and x / 2^48 is the draw (POSIX).
 //   rand:    r[i] = (r[i - 31] + r[i - 3]) mod 2^32, and r[i] / 2, rounded down, is the draw: the additive
 //            feedback generator of Knuth, The Art of Computer Programming, vol. 2, section 3.2.2, as the GNU
-//            C library has it.
+//            C library implements it.
 
 #pragma once
 
@@ -15,12 +15,12 @@ constexpr int kFeedbackLag = 3;
 
 struct GeneratorState {
     uint64_t congruence;            // x, 48 bits
-    uint32_t words[kFeedbackWords]; // the last 31 values r, a ring
+    uint32_t words[kFeedbackWords]; // the last 31 values r, in a ring buffer
     int oldest;                     // index of r[i - 31]
 };
 extern GeneratorState generators;
 
-// Starts both as srand48 and srand do.
+// Seeds both generators as srand48 and srand do.
 void SeedGenerators(int seed);
 
 // The next draw of drand48: uniform in [0, 1).

@@ -29,7 +29,7 @@ static KnownRadius knownradius = {-1, 0};
 
 static unsigned aggregatenumber = 0;
 
-// Steps of the growth step, in the order in which they are taken.
+// The parts of the growth step, in the order of their execution.
 static void LaunchWalker();
 static int WalkFreely(int most);
 static bool MoveWalker(Vector *pos);
@@ -72,7 +72,8 @@ int IterateUntilStick(int most)
     return taken;
 }
 
-// Takes at most so many steps within the free ball that the last search found, and the one that leaves it. Returns how many.
+// Takes at most `most` steps from within the free ball that the last search found, up to and including the step that
+// leaves it. Returns the number of steps.
 static int WalkFreely(int most)
 {
     if (WalkersMayLeave())
@@ -91,7 +92,7 @@ static int WalkFreely(int most)
             continue;
         left = !ball.Contains(pos);
         if (!left)
-            DrawUniform(); // the stickiness, which nothing is there to ask for
+            DrawUniform(); // stickiness draw: always made, unused without a partner
     }
     if (taken == 0)
         return 0;
@@ -102,7 +103,7 @@ static int WalkFreely(int most)
     return taken;
 }
 
-// Moves a walker by a step. Returns false where that would leave the launch sphere: it stays.
+// Moves a walker by a step. Returns false, with the walker unmoved, if the step would leave the launch sphere.
 [[gnu::always_inline]] static inline bool MoveWalker(Vector *pos)
 {
     const Vector undo = *pos;
@@ -117,7 +118,7 @@ static int WalkFreely(int most)
     return true;
 }
 
-// The walker that has come to a new place sticks there, or goes on, or is refused and goes back.
+// After a move, the walker sticks, or continues, or is refused and put back to `undo`.
 static void MeetAggregate(Vector undo)
 {
     const int partner = FindPartner();
@@ -148,7 +149,7 @@ unsigned AggregateNumber()
     return aggregatenumber;
 }
 
-// The count of launches starts over, in phase with the ring and with the ring full, before it overflows.
+// Before the launch count overflows, it is reduced to one with the same place in the ring, and the ring full.
 static void LaunchWalker()
 {
     GetNewParticle(&growthstate.pos, growthstate.sourcetype, LaunchRadius());
@@ -168,7 +169,7 @@ static void LaunchWalker()
     *pos = *pos + growthstate.branchlength * step;
 }
 
-// Of the launch sphere. Well within it, the square of the distance tells.
+// Whether pos is outside of the launch sphere. Compared by squares unless within rounding of the limit.
 static bool IsOutside(Vector pos)
 {
     const double limit = LaunchRadius();
@@ -188,7 +189,7 @@ static void Rotate(Vector *pos)
     *pos = ArbitraryRotate(*pos, theta, Vector{0, 0, 1});
 }
 
-// Whether the line of the new branch comes too near to the line of another.
+// Whether the line of the new branch comes too near to the line of another branch.
 static bool MeetsBranch(int partner)
 {
     if (!(growthstate.intersectrange > 0))
@@ -230,7 +231,8 @@ static bool PokesThroughGap()
     return IsRefused(growthstate.pos, growthstate.branchlength, isbeyond, "*** Gap poke through\n");
 }
 
-// Whether a face within reach of the segment from the walker to `end` refuses it.
+// Whether the test holds for a face within `reach` of the segment from the walker to `end`, which refuses the walker;
+// so does lack of memory.
 static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection)
 {
     const FaceSearch found = FindFaceNear(growthstate.pos, end, reach, test);
@@ -264,8 +266,8 @@ static bool Stick(int partner)
     return true;
 }
 
-// Raises the radius to the largest distance of any particle. Where it already was that before this stick, only the new
-// particle can raise it.
+// Raises the radius to the largest distance of any particle. Where it already was that before this stick, only the
+// new particle can raise it.
 static void UpdateRadius()
 {
     const bool waslargest = knownradius.count == ncells - 1 && knownradius.radius == growthstate.radius;
@@ -274,7 +276,7 @@ static void UpdateRadius()
     knownradius = {ncells, growthstate.radius};
 }
 
-// For lack of memory. The step is refused, with one message; the user may try again.
+// Stops growth for lack of memory, with one message; the user may try again.
 static void StopGrowth()
 {
     if (growthstate.running)

@@ -12,12 +12,12 @@
 // where it was before the step.
 void IterateSystem();
 
-// Takes steps until a particle has stuck or so many are taken, faster than one by one. Returns how many it took.
+// Repeats IterateSystem, only faster, until a particle has stuck or `most` steps are taken. Returns their number.
 int IterateUntilStick(int most);
 
-// Drops what growth remembers of the particles. Call after replacing the particles of cells rather than
-// appending to them.
+// Discards everything that growth has derived from the particles. Call after replacing the particles of cells rather
+// than appending to them.
 void ForgetAggregate();
 
-// Number of calls of ForgetAggregate: it differs between an aggregate and the one before it.
+// Number of calls of ForgetAggregate, which identifies the present aggregate.
 unsigned AggregateNumber();

@@ -187,7 +187,7 @@ static double ApplyRule(const Parameter &parameter, double value)
     return value;
 }
 
-// Toward zero, and to the largest int in size; what is not a number gives 0.
+// Truncates toward zero and limits to -INT_MAX..INT_MAX; NaN becomes 0.
 static int Truncate(double value)
 {
     if (std::isnan(value))

@@ -1,21 +1,21 @@
-// How an aggregate grew, from its parents: its particles stand in the order of arrival.
+// Replaying the growth of an aggregate from its particles, which are in the order of arrival, and their parents.
 
 #pragma once
 
 #include <vector>
 
-// While one lives, cells holds the first of its particles, with the flows that they had then; all are back when it
-// goes. Roots start without flow, also those of a run that was restarted.
+// While a Replay exists, cells holds only the first particles, with the flows that they had then; its destructor
+// restores all particles and flows. Roots start without flow, even those of a run that was restarted.
 class Replay
 {
 public:
-    // From the roots alone.
+    // Starts from the roots alone.
     Replay();
     ~Replay();
     Replay(const Replay &) = delete;
     Replay &operator=(const Replay &) = delete;
 
-    // Goes on to so many particles: no fewer than there are, and no more than there were.
+    // Grows to `count` particles, at most to the whole aggregate. Does nothing if there are as many already.
     void GrowTo(int count) const;
 
 private:

@@ -5,7 +5,7 @@
 
 namespace
 {
-// How one coordinate of a root is made; R is rootrange, theta the root's share of the full circle.
+// How one coordinate of a root is computed; R is rootrange, theta the root's angle on the full circle.
 enum Coordinate {
     kZero,
     kRandom, // (u - 0.5) R
@@ -19,7 +19,7 @@ struct Distribution {
 };
 } // namespace
 
-// Indexed by RootType; element 0 stands for every other value that places roots.
+// Indexed by RootType; element 0 is used for all other values.
 static const Distribution kDistributions[] = {
     {"Spherical", kRandom, kRandom, kRandom},          {"Origin", kZero, kZero, kZero},
     {"Spherical", kRandom, kRandom, kRandom},          {"Random: x axis plane", kZero, kRandom, kRandom},

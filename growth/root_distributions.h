@@ -4,7 +4,7 @@
 
 #include "geom/vector.h"
 
-// Name of the distribution `roottype`, one of RootType.
+// Name of the distribution `roottype`, a RootType.
 const char *RootTypeName(int roottype);
 
 // The position of root `index` of growthstate.nroots in the distribution growthstate.roottype; random ones are drawn

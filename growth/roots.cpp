@@ -16,7 +16,7 @@
 constexpr double kRootMargin = 10;
 // The largest roottype that places roots.
 constexpr int kLastRootType = 9;
-// Memory that a root takes, in the aggregate and in the index over it.
+// Memory that a root takes in the aggregate and in the neighbour search's index.
 constexpr std::size_t kBytesPerRoot = 2 * sizeof(Particle);
 
 static int CountPlacedRoots();
@@ -109,7 +109,7 @@ SeedFileResult ReadSeedFile(const char *path)
     return result;
 }
 
-// The roots at the start of cells that a restart keeps: kRootOrigin places one root whatever nroots is.
+// Number of roots at the start of cells that a restart keeps: kRootOrigin places one whatever nroots is.
 static int CountPlacedRoots()
 {
     const int limit = std::min(growthstate.nroots, ncells);
@@ -119,7 +119,7 @@ static int CountPlacedRoots()
     return placed;
 }
 
-// The roots that the next placement places.
+// Number of roots that PlaceRoots places.
 static int CountWantedRoots()
 {
     if (growthstate.roottype == kRootOrigin)
@@ -149,7 +149,7 @@ static void ReplaceCells(Particle *particles, int count)
     ForgetAggregate();
 }
 
-// Returns false when memory does not hold the file's positions.
+// Reads the file's positions. Returns false when memory does not hold them.
 static bool ReadPositions(FILE *file, Vector **positions, int *count)
 {
     Vector p;
@@ -159,13 +159,13 @@ static bool ReadPositions(FILE *file, Vector **positions, int *count)
     return true;
 }
 
-// Takes the array of positions where it returns kSeedFileRead.
+// Starts a run from the positions. Takes ownership of the array if it returns kSeedFileRead.
 static SeedFileResult StartFromPositions(const char *path, Vector *positions, int count)
 {
     Particle *placed = nullptr;
     if (!ResizeArray(&placed, static_cast<std::size_t>(count)))
         return kSeedFileOutOfMemory;
-    growthstate.nroots = 0; // InitialiseGrowth looks at the old roots otherwise
+    growthstate.nroots = 0; // otherwise InitialiseGrowth would include the old roots in the radius
     InitialiseGrowth();
     for (int i = 0; i < count; i++) {
         placed[i] = {positions[i], 0, -1, 0};

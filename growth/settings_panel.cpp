@@ -53,7 +53,8 @@ void HandleSettingsPanel(const FL_OBJECT *worked)
         Change(*input, ParameterOf(ShownField(*input)));
 }
 
-// Where memory does not hold the roots of a run that starts anew, nothing changes.
+// Sets a parameter from its input or button; changes nothing if that restarts the run and memory does not hold its
+// roots.
 static void Change(const PanelObject &object, const Parameter &parameter)
 {
     const GrowthState old = growthstate;

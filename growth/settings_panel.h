@@ -6,7 +6,7 @@
 
 struct FD_settingform {
     FL_FORM *form;
-    void *vdata; // the toolkit's own
+    void *vdata; // this and the next two are for the toolkit
     char *cdata;
     long ldata;
     FL_OBJECT *hide;
@@ -27,6 +27,6 @@ extern FD_settingform *settingform;
 // Builds the panel, once.
 FD_settingform *create_form_settingform();
 
-// Carries out what a worked object stands for: an input or the button sets its parameter within its range, and
-// some start the run anew. Does nothing for an object of another panel.
+// Handles an object of the panel that the user has operated: an input or the button sets its parameter within its
+// range, and some restart the run. Does nothing for an object of another panel.
 void HandleSettingsPanel(const FL_OBJECT *worked);

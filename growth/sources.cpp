@@ -6,13 +6,13 @@
 
 namespace
 {
-// How one component of a launch direction is made, before the direction is normalised.
+// How one component of a launch direction is computed, before the direction is normalised; u is a uniform draw.
 enum Component {
     kCentred, // u - 0.5
     kLateral, // (u - 0.5) s, the narrow spread of the axis sources
     kPlus,    // 1
     kMinus,   // -1
-    kSide,    // either -1 or 1
+    kSide,    // -1 or 1 at random
     kWide,    // 2u - 1
     kHalf     // 0.5 u
 };
@@ -23,7 +23,7 @@ struct Source {
 };
 } // namespace
 
-// Indexed by SourceType; element 0 stands for every type that is none.
+// Indexed by SourceType; element 0 is used for all other values.
 static const Source kSources[] = {
     {"Unknown", kCentred, kCentred, kCentred},
     {"Sphere", kCentred, kCentred, kCentred},

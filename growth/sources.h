@@ -11,7 +11,7 @@
 // surface, launch like kSourceSphere. A direction of length zero launches at the origin.
 Vector *GetNewParticle(Vector *p, int sourcetype, double launchradius);
 
-// Text of a source as menus and reports show it; "Unknown" for anything that is not a SourceType.
+// Name of a source in menus and reports; "Unknown" for anything that is not a SourceType.
 const char *SourceName(int sourcetype);
 
 // Menu callback: walkers launched from now on come from source id.

@@ -1,4 +1,4 @@
-// The global records: everything the program knows. All rooms read and write them directly.
+// The global records: the state of the whole program, read and written directly by the code of all folders.
 //
 // Lengths are in units of the aggregate's coordinates, in which the default branch has length 1.
 
@@ -12,9 +12,9 @@ constexpr int versionid = 102; // version times 100
 
 struct Particle {
     Vector p;
-    double weight; // flow: each particle that attached below added 1/n, on a path of about n particles
+    double weight; // flow: each particle attached beyond this one added 1/n, on a path of about n particles
     int parent;    // index in cells, -1 for a root
-    int visited;   // scratch mark of the chain export and of slicing; meaningless between them
+    int visited;   // scratch of the chain export, slicing and deferred flows; no meaning otherwise
 };
 
 extern Particle *cells; // malloc'ed, roots first, no spare capacity
@@ -24,7 +24,7 @@ extern int ncells;
 extern Vector *roots;
 
 constexpr int kSeedRing = 1000;
-extern Vector seeds[kSeedRing]; // the latest launch positions; launch k stands at k mod kSeedRing
+extern Vector seeds[kSeedRing]; // the latest launch positions; launch k is at k mod kSeedRing
 extern int nseeds;              // launches since the last initialisation
 
 // Growth --------------------------------------------------------------------------------------------------
@@ -77,7 +77,7 @@ struct GrowthState {
     double maxweight;      // largest weight of any particle
     double stickiness;     // probability of sticking, percent
     double thickfrom;      // thickness of the branch with the largest flow
-    double thickto;        // thickness of a tip; the larger default first is kept
+    double thickto;        // thickness of a tip, less than thickfrom by default (kept)
     int seed;              // of both random generators
     double rotation;       // of the walker about the z axis per step, degrees
     int nroots;            // number of roots
@@ -86,7 +86,7 @@ struct GrowthState {
     char rootname[128];    // name of the root distribution, or the path of the seed file
     int association;       // nonzero: a particle attaches only to its own class, index mod nroots
     int walk;              // Walk
-    double launchscale;    // radius of the launch sphere, in reaches of the aggregate
+    double launchscale;    // radius of the launch sphere, in units of AggregateReach()
     double killingscale;   // where walkers are abandoned, in launch radii; 1: they stay within the sphere
     double intersectrange; // self-intersection tolerance, percent of the branch length; 0 is off
     char surfacename[256]; // name of the constraint surface, or "None"
@@ -114,9 +114,9 @@ struct Options {
     double printscale;   // millimetres a unit of length, of a body to print
     int byteswap;        // reverse the bytes of numbers read from binary STL files
     int autospin;        // camera turn per redisplay, in 1/200 radian
-    float marker1[4];    // position of the first light, as GL takes it
+    float marker1[4];    // position of the first light, in GL's format
     float marker2[4];    // position of the second light
-    int boxcountrequest; // growth pauses and boxes are counted
+    int boxcountrequest; // nonzero: growth pauses and boxes are counted
     int slicecount;      // number of slices
     double sliceparam1;  // normal of the slicing planes
     double sliceparam2;
@@ -125,7 +125,7 @@ struct Options {
 extern Options options;
 
 struct InterfaceState {
-    int button; // -1 none yet, 0 left, 1 middle; a release leaves it
+    int button; // pressed last: -1 none yet, 0 left, 1 middle; unchanged by a release
     int shift;  // 1 while shift is the only modifier held
     int mousex; // last position, window pixels
     int mousey;
@@ -162,11 +162,11 @@ struct Stats {
 };
 extern Stats stats;
 
-// The control panels that are shown.
+// Whether each control panel is shown.
 extern int settingformvisible;
 extern int stlformvisible;
 extern int sliceformvisible;
 
-// The window is that of sarkelo-view. It opens and saves files, asks before unsaved particles are lost, says in message
-// boxes what fails, and draws a frame only when something has changed. False: the window of sarkelo.
+// True in sarkelo-view, whose window opens and saves files, asks before unsaved particles are lost, reports failures
+// in message boxes, and draws a frame only when something has changed. False in sarkelo.
 extern bool viewwindow;

@@ -1,6 +1,6 @@
 // The walker of the global records (growthstate.pos): where it starts, how long it lives and how it drifts.
 //
-// Everything here is part of the loop of steps, so it is inline.
+// All functions are called in the loop of steps, so they are inline.
 
 #pragma once
 
@@ -10,12 +10,13 @@
 #include "growth/generators.h"
 #include "growth/state.h"
 
-// Steps after which a walker that has not stuck is abandoned for a new one, where walkers cannot leave.
+// Steps after which a walker that has not stuck is replaced by a new one, if walkers may not leave the launch sphere.
 constexpr int kWalkerLife = 10000;
 
 constexpr double kPercent = 0.01;
 
-// Radius of the sphere about the origin that holds all places where a walker can stick, with a branch length to spare.
+// Radius of the sphere about the origin that holds all places where a walker can stick, with a branch length to
+// spare.
 inline double AggregateReach()
 {
     return 2 * growthstate.branchlength + growthstate.radius;
@@ -27,8 +28,8 @@ inline double LaunchRadius()
     return growthstate.launchscale * AggregateReach();
 }
 
-// Whether walkers may leave the launch sphere and are abandoned far outside. Otherwise they do not go beyond it and live
-// kWalkerLife steps.
+// Whether walkers may leave the launch sphere and are abandoned far outside. Otherwise they do not go beyond it and
+// live kWalkerLife steps.
 inline bool WalkersMayLeave()
 {
     return growthstate.killingscale > 1;
@@ -43,8 +44,8 @@ inline bool IsLaunchDue()
     return growthstate.stepcount % kWalkerLife == 0;
 }
 
-// Counts so many steps of the walker, at most kWalkerLife. The count starts over, in phase with the launches, before it
-// overflows.
+// Counts so many steps of the walker, at most kWalkerLife. Before it overflows, the count is reduced modulo
+// kWalkerLife, which does not change when a launch is due.
 inline void CountSteps(int steps)
 {
     if (growthstate.stepcount > INT_MAX - steps)

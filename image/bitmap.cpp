@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 constexpr int kLongestPacket = 128;
-constexpr int kRunPacket = 128; // added to a packet's header
+constexpr int kRunPacket = 128; // added to the header of a packet of equal pixels
 
 static void WriteHeader(FILE *file, int width, int height, bool compressed, bool alpha);
 static void WritePixels(FILE *file, const Pixel *pixels, int count, int bytes);
@@ -93,13 +93,13 @@ static void WritePixels(FILE *file, const Pixel *pixels, int count, int bytes)
     }
 }
 
-// Whether two pixels are written alike; only four bytes have the alpha.
+// Whether two pixels are written with the same bytes; alpha counts only with four bytes a pixel.
 static bool Equal(const Pixel &a, const Pixel &b, int bytes)
 {
     return a.r == b.r && a.g == b.g && a.b == b.b && (bytes < 4 || a.a == b.a);
 }
 
-// Pixels from the first on that equal it.
+// The number of pixels, from the first on, that are equal to the first
 static int CountRun(const Pixel *pixels, int most, int bytes)
 {
     int count = 1;
@@ -108,7 +108,7 @@ static int CountRun(const Pixel *pixels, int most, int bytes)
     return count;
 }
 
-// Pixels from the first on before two that are equal.
+// The number of pixels, from the first on, before two neighbours that are equal
 static int CountLiterals(const Pixel *pixels, int most, int bytes)
 {
     int count = 1;

@@ -16,7 +16,7 @@
 #include "surface/samples.h"
 
 constexpr double kUnbounded = std::numeric_limits<double>::infinity();
-// The largest whole number that a double holds with all smaller ones.
+// The largest whole number up to which a double holds all whole numbers
 constexpr double kLargestWhole = 9007199254740992.0;
 
 static const Key kRootKeys[] = {
@@ -77,7 +77,7 @@ const Key *FindKey(const std::string &name)
 const Key &NearestKey(const std::string &name)
 {
     const std::vector<Key> &keys = Keys();
-    // A key without its table, or a table without its key, is compared with that part alone.
+    // A name without a dot is also compared with the key and with the table alone.
     const bool part = name.find('.') == std::string::npos;
     const auto distance = [&](const Key &key) {
         const std::size_t whole = EditDistance(key.Name(), name);
@@ -87,7 +87,7 @@ const Key &NearestKey(const std::string &name)
                              [&](const Key &a, const Key &b) { return distance(a) < distance(b); });
 }
 
-// Insertions, deletions and replacements that make one text of the other.
+// The least number of insertions, deletions and replacements of characters that turn one text into the other
 static std::size_t EditDistance(std::string_view a, std::string_view b)
 {
     std::vector<std::size_t> row(b.size() + 1);
@@ -141,7 +141,7 @@ static std::string AllowedNames(const Parameter &parameter)
     return names;
 }
 
-// As a recipe has it.
+// The value of a parameter as TOML text
 static std::string ParameterText(const Parameter &parameter, double value)
 {
     if (parameter.name == nullptr)
@@ -165,12 +165,12 @@ std::string ValueText(const Key &key, const Recipe &recipe)
     const std::string &text = recipe.*std::get<std::string Recipe::*>(key.place);
     if (key.place == Place(&Recipe::sample) || text.empty())
         return QuotedText(text);
-    std::error_code error; // a path, which is to hold from any folder
+    std::error_code error; // paths become absolute: valid from any folder
     const std::filesystem::path absolute = std::filesystem::absolute(text, error);
     return QuotedText(error ? text : absolute.string());
 }
 
-// The shortest text that is read as this number again.
+// A text, as short as possible from six digits on, from which the same number is read
 static std::string NumberText(double value)
 {
     char text[32];

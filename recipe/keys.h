@@ -1,4 +1,4 @@
-// The keys of a recipe: what each sets, what it may be, and its value as text.
+// The keys of a recipe: the field that each sets, its allowed values, and its value as text
 
 #pragma once
 
@@ -17,27 +17,27 @@ using Place = std::variant<std::size_t, std::string Recipe::*, Vector Recipe::*,
 struct Key {
     const char *table, *key;
     Place place;
-    double low, high; // of a number
+    double low, high; // range of a number
     const char *unit, *sentence;
     bool openlow = false; // low itself is not allowed
 
     [[nodiscard]] std::string Name() const { return std::string(table) + "." + key; }
 };
 
-// All of them, table by table.
+// All keys, table by table
 const std::vector<Key> &Keys();
 
 // The key "table.key", or nullptr.
 const Key *FindKey(const std::string &name);
 
-// The key whose name is the most alike.
+// The key with the most similar name, for the message about an unknown key
 const Key &NearestKey(const std::string &name);
 
-// What a key may be, in words.
+// The allowed values of a key, in words
 std::string AllowedValues(const Key &key);
 
-// Its value in a recipe, as it stands there.
+// The value of a key in a recipe, as TOML text
 std::string ValueText(const Key &key, const Recipe &recipe);
 
-// A text as a recipe has it.
+// A text as a TOML string, in quotes
 std::string QuotedText(const std::string &text);

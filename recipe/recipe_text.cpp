@@ -14,12 +14,12 @@
 #include "recipe/keys.h"
 #include "surface/samples.h"
 
-// Bytes.
+// Largest size of a recipe, bytes
 constexpr std::size_t kLongestRecipe = std::size_t{1} << 20;
 
 namespace
 {
-// Where a value was found, for messages, and what relative paths count from.
+// Where a value was found, for messages, and the folder from which its relative paths count
 struct Origin {
     std::string place; // "FILE:LINE" or the assignment
     std::filesystem::path folder;
@@ -38,7 +38,7 @@ static Fault SetVector(const Key &key, const toml::node &value, const Origin &or
 static Fault SetText(const Key &key, const toml::node &value, const Origin &origin, std::string *text);
 static Fault BadValue(const Key &key, const toml::node &value, const Origin &origin);
 
-// Returns false, with the reason in errno, where a file cannot be read to its end, or has none.
+// Returns false, with the reason in errno, if a file cannot be read to its end or exceeds kLongestRecipe.
 static bool ReadWholeFile(const std::string &path, std::string *text)
 {
     FILE *file = fopen(path.c_str(), "r");

@@ -1,4 +1,4 @@
-// Recipes as text (TOML).
+// Reads and writes recipes as text (TOML).
 
 #pragma once
 
@@ -8,15 +8,15 @@
 #include "base/fault.h"
 #include "recipe/recipe.h"
 
-// Adds what a file says to a recipe. Relative paths count from the file's folder. The fault of a file that
-// cannot be read is a kFileFault, that of one that says what is not allowed a kRequestFault.
+// Sets the keys of a file in a recipe. Relative paths count from the file's folder. A file that cannot be read is a
+// kFileFault; a key or a value that is not allowed is a kRequestFault.
 Fault ReadRecipe(const std::string &path, Recipe *recipe);
 
-// Adds what an assignment "table.key=value" says: a value as in a recipe, or a bare word for text. Messages
-// name the place that is given.
+// Sets one key in a recipe by an assignment "table.key=value". The value is TOML; a text may be without quotes.
+// Messages begin with `place`.
 Fault SetInRecipe(const std::string &assignment, const std::string &place, Recipe *recipe);
 
-// The fault of a recipe that says something twice in different ways.
+// Returns a fault if two keys of a recipe contradict each other, such as a surface file and a sample.
 Fault CheckRecipe(const Recipe &recipe);
 
 // Writes a recipe with every key, its default, unit and range, as ReadRecipe reads it.

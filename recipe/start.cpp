@@ -19,9 +19,9 @@
 #include "surface/stl_reader.h"
 #include "surface/surface.h"
 
-// Distances of which the square is no number cannot be walked.
+// Largest distance of the surface's corners from the origin: walking squares distances, which could overflow.
 constexpr double kFarthest = 1e150;
-// In branch lengths: a step of a walker that starts so far away is lost in rounding.
+// Launch radius, in branch lengths, from which on a walker's steps are lost in rounding
 constexpr double kFarthestLaunch = 1e17;
 
 static Fault StartSurface(const Recipe &recipe);
@@ -100,14 +100,14 @@ static Fault ReadSurface(const Recipe &recipe)
     return {};
 }
 
-// Of a binary STL file, which the reader would fill up with copies of the last face. The attribute of the last one is
-// not missed.
+// Whether a binary STL file has fewer faces than it announces: the reader would fill up with copies of the last face.
+// Only the attribute bytes of the last face may be missing.
 static bool IsCutShort(const std::string &path)
 {
     constexpr std::uintmax_t kHeader = 80, kCount = 4, kFace = 50, kAttribute = 2;
     FILE *file = fopen(path.c_str(), "r");
     if (file == nullptr)
-        return false; // the reader says why
+        return false; // the reader reports the reason
     char line[7];
     ReadLine(file, line, 6);
     int32_t faces = 0;
@@ -132,7 +132,7 @@ static Fault CheckCorners(const Recipe &recipe)
     return {};
 }
 
-// In the order of the settings panel's use: everything else first, the number of roots last.
+// Places the roots, with the number of roots set last, as a user of the settings panel may do.
 static Fault StartRoots(const Recipe &recipe)
 {
     std::error_code error;
@@ -171,8 +171,8 @@ static Fault StartRoots(const Recipe &recipe)
     return {};
 }
 
-// What can be known beforehand. A walker sticks within a branch length of a particle, and stays within the
-// launch sphere but for its drift and rotation.
+// Returns a fault if it is certain that nothing can grow. A walker sticks within a branch length of a particle, and
+// does not leave the launch sphere except by drift and rotation.
 static Fault CheckGrowth(const Recipe &recipe)
 {
     const auto never = [&](const char *key, const std::string &reason) {

@@ -1,4 +1,4 @@
-// How far the nearest particle is at least, by cube of space. Part of the neighbour search: docs/neighbour-search.md.
+// A lower bound on the distance to the nearest particle, by cube. See docs/neighbour-search.md.
 
 #pragma once
 
@@ -15,22 +15,23 @@
 #include "base/large_pages.h"
 #include "search/cube_grid.h"
 
-// Cubes of several scales that meet at the origin, each scale's edge twice the one below; and on each scale two levels,
-// one for a near reach and one for a far one. A cube's bit is set on a level when a particle lies in it or in a cube that
-// comes nearer to it than the level's reach; so a point in a cube whose bit is not set is at least that far away from
-// every particle. The answers depend on the particles and the smallest edge alone, not on when the map was made.
+// Space is cut into cubes at several scales, with a corner at the origin; each scale's edge is twice that of the next
+// finer one. Each scale has two levels, one with a near reach and one with a far reach. A cube's bit is set on a
+// level when a particle lies in it or in a cube that comes nearer to it than the level's reach; so every particle is
+// at least the reach away from a point in a cube whose bit is not set. The bounds depend only on the particles, the
+// extent and the smallest edge, not on when the map was made.
 class ClearanceMap
 {
 public:
-    // What finds the blocks of a map that covers -extent to extent, in bytes.
+    // Bytes of the tables that find the blocks, in a map that covers -extent to extent.
     static double IndexBytes(double edge, double extent)
     {
-        constexpr double kIndices = 1.15; // of the finest edge; and the others together
+        constexpr double kIndices = 1.15; // all scales' tables together, in tables of the finest
         const double along = 2 * extent / (kBrickEdge * edge) + 2;
         return kIndices * sizeof(uint32_t) * along * along * along / kBricks;
     }
 
-    // A map of the cube from -extent to extent whose smallest cubes have the given edge.
+    // Starts an empty map of the cube from -extent to extent whose smallest cubes have the given edge.
     void Start(double smallestedge, double wantedextent)
     {
         edge = smallestedge;
@@ -42,7 +43,7 @@ public:
         Extend(wantedextent);
     }
 
-    // Extends the map. Returns false where that cannot be, since a particle was marked that lay beyond its borders.
+    // Extends the map. Returns false if that is impossible because a particle was marked beyond its borders.
     bool Extend(double wantedextent)
     {
         if (!iscomplete)
@@ -50,12 +51,12 @@ public:
         extent = wantedextent;
         for (Scale &scale : scales)
             scale.Cover(CubesFromOrigin(scale.shift));
-        // The coarsest scale is the first of which eight cubes reach the borders.
+        // The coarsest scale is the first with fewer than kBrickEdge cubes from the origin to the border.
         for (int shift = static_cast<int>(scales.size());
              shift == 0 || CubesFromOrigin(shift - 1) >= kBrickEdge; shift++) {
             scales.push_back(Scale(edge, shift, CubesFromOrigin(shift)));
             if (shift > 0)
-                scales.back().OccupyAs(scales[shift - 1], &blocks);
+                scales.back().OccupyFromFiner(scales[shift - 1], &blocks);
         }
         return true;
     }
@@ -69,11 +70,11 @@ public:
         const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
         for (Scale &scale : scales)
             if (!scale.Occupy(cube >> scale.shift, &blocks))
-                return; // and so are the cubes around it, and on the scales above
+                return; // occupied before: all coarser scales are marked, too
     }
 
-    // A distance within which there is no particle of p, or 0 when none is known: that of the last level that is not
-    // marked there. What is marked on one level is so on those above.
+    // Lower bound on the distance from p to any particle, 0 if unknown: the reach of the coarsest unmarked level. A
+    // place marked on one level is marked on all coarser ones.
     double Clearance(Vector p)
     {
         if (!Covers(p))
@@ -83,7 +84,7 @@ public:
         const auto clearlevels = [&](int s) {
             return scales[s].ClearLevels(cube >> scales[s].shift, blocks);
         };
-        // Walkers move little between two questions: the search starts at the last answer's scale.
+        // Walkers move little between two calls, so the search starts at the scale of the last result.
         int s = last;
         int levels = clearlevels(s);
         if (levels == 0) {
@@ -100,7 +101,7 @@ public:
 
 private:
     static constexpr int kBrickEdge = 8;
-    static constexpr int kBricks = 8; // of a block, two along each axis
+    static constexpr int kBricks = 8; // in a block, two along each axis
     static constexpr int kBlockEdge = 2 * kBrickEdge;
 
     struct Cube {
@@ -112,9 +113,9 @@ private:
 
     static constexpr int kLevels = 2; // of a scale
 
-    // Bits of 8 x 8 x 8 cubes: a word for each z, a byte of it for each y.
+    // One bit for each of 8 x 8 x 8 cubes: a word for each z, in it a byte for each y.
     using Bits = std::array<uint64_t, kBrickEdge>;
-    // Words of the levels, side by side.
+    // The words of a scale's levels.
     using Words = std::array<uint64_t, kLevels>;
     struct alignas(64) Brick {
         std::array<Words, kBrickEdge> marked;
@@ -124,7 +125,7 @@ private:
     using Block = std::array<Part, kBricks>;
     static int InBlock(Cube brick) { return (brick.z & 1) * 4 + (brick.y & 1) * 2 + (brick.x & 1); }
 
-    // The blocks of all scales; the first has no bit.
+    // The blocks of all scales; the first is empty and stands for all blocks that do not exist.
     struct BlockPool {
         BlockPool() { Add(); }
 
@@ -135,16 +136,16 @@ private:
             return static_cast<uint32_t>(marked.size() - 1);
         }
 
-        ChunkedVector<Block<Brick>> marked;  // a particle lies within the reach
+        ChunkedVector<Block<Brick>> marked;  // a particle lies within the level's reach
         ChunkedVector<Block<Bits>> occupied; // a particle lies in the cube
     };
 
-    // The cubes that come nearer to one than the reaches of the levels.
+    // Masks of the cubes that an occupied cube marks: those that come nearer to it than each level's reach.
     struct Stencil {
-        static constexpr int kReach = 3; // cubes along each axis, at most
+        static constexpr int kReach = 3; // largest reach, in cubes
         static constexpr int kSlices = 2 * kReach + 1;
         static constexpr int kPlaces = kBrickEdge * kBrickEdge;
-        // Those of one z, in the two by two bricks that they meet.
+        // The mask for one z, in the two by two bricks that it overlaps.
         using Slice = std::array<Words, 4>;
 
         explicit Stencil(std::array<int, kLevels> squaredreaches)
@@ -163,14 +164,14 @@ private:
                                 }
         }
 
-        // The slices of increasing z whose corner is there.
+        // The slices in increasing z for a stencil whose lowest cube is `corner`.
         [[nodiscard]] const Slice *SlicesAt(Cube corner) const
         {
             const std::size_t place = (corner.y & 7) * 8 + (corner.x & 7);
             return &slices[place * kSlices];
         }
 
-        std::vector<Slice> slices; // by place in the brick
+        std::vector<Slice> slices; // by place of the corner in its brick, then by z
     };
 
     struct Scale {
@@ -182,7 +183,7 @@ private:
             Cover(cubes);
         }
 
-        // Makes room for the cubes from the origin to so many from it, and for what is marked around them.
+        // Makes room for so many cubes from the origin along each axis and for the marks around them.
         void Cover(double cubes)
         {
             const int before = fromorigin;
@@ -196,19 +197,19 @@ private:
                     std::copy(number, number + row, index.begin() + Place({-before, y, z}));
         }
 
-        // Marks what a finer scale, of half the edge, has marked.
-        void OccupyAs(const Scale &finer, BlockPool *pool)
+        // Occupies the cubes that contain occupied cubes of a finer scale with half the edge.
+        void OccupyFromFiner(const Scale &finer, BlockPool *pool)
         {
             const int end = finer.fromorigin;
             for (int z = -end; z < end; z++)
                 for (int y = -end; y < end; y++)
                     for (int x = -end; x < end; x++)
                         if (finer.index[finer.Place({x, y, z})] != 0)
-                            OccupyAs(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z}, pool);
+                            OccupyFromFiner(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z}, pool);
         }
 
-        // In the block with a corner.
-        void OccupyAs(const Scale &finer, Cube corner, BlockPool *pool)
+        // The same for the finer cubes of one block, whose lowest cube is `corner`.
+        void OccupyFromFiner(const Scale &finer, Cube corner, BlockPool *pool)
         {
             for (int z = corner.z; z < corner.z + kBlockEdge; z++)
                 for (int y = corner.y; y < corner.y + kBlockEdge; y++)
@@ -219,7 +220,7 @@ private:
 
         static std::array<int, kLevels> SquaredReaches(int steps) { return {steps == 0 ? 1 : 5, 9}; }
 
-        // On how many levels the cube is not marked, the near one first.
+        // Number of levels on which the cube is not marked. A cube marked on the near level is marked on the far one.
         [[nodiscard]] int ClearLevels(Cube c, const BlockPool &pool) const
         {
             const Brick &brick = pool.marked[index[Place(c >> 4)]][InBlock(c >> 3)];
@@ -232,7 +233,7 @@ private:
             return (pool.occupied[index[Place(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
         }
 
-        // A particle lies in the cube, which may be outside of the map. Returns false where that was known.
+        // Records a particle in the cube, which may be outside of the map. Returns false if it had one before.
         bool Occupy(Cube c, BlockPool *pool)
         {
             if (Contains(c >> 4)) {
@@ -247,7 +248,7 @@ private:
             return true;
         }
 
-        // In one of the two by two columns of bricks that the cubes from a corner on meet.
+        // Marks the stencil's cubes in one of the two by two columns of bricks that it overlaps.
         void MarkColumn(int column, Cube corner, BlockPool *pool)
         {
             const Stencil::Slice *slice = stencil.SlicesAt(corner);
@@ -271,7 +272,7 @@ private:
             return inside(block.x) && inside(block.y) && inside(block.z);
         }
 
-        // The place of a block, which is added where there is none.
+        // The index in the pool of the block at this place, which is added if there is none.
         uint32_t BlockAt(Cube block, BlockPool *pool)
         {
             uint32_t &number = index[Place(block)];
@@ -287,11 +288,11 @@ private:
             return (along(block.z) * n + along(block.y)) * n + along(block.x);
         }
 
-        int shift;                             // the edge is the smallest one times two to this
-        std::array<double, kLevels> distances; // what a cube without a mark is sure to be clear of
+        int shift;                             // the edge is the smallest edge times 2 to this power
+        std::array<double, kLevels> distances; // distance to any particle that an unmarked cube guarantees
         Stencil stencil;
-        int fromorigin = 0;          // blocks that the scale goes from the origin
-        LargeVector<uint32_t> index; // by block of space: its place among the blocks, or 0
+        int fromorigin = 0;          // number of blocks from the origin to the border
+        LargeVector<uint32_t> index; // by place of a block in space: its index in the pool, or 0
     };
 
     [[nodiscard]] bool Covers(Vector p) const
@@ -299,14 +300,14 @@ private:
         return std::fabs(p.x) < extent && std::fabs(p.y) < extent && std::fabs(p.z) < extent;
     }
 
-    // Of a scale, to the borders.
+    // Number of cubes of a scale from the origin to the border.
     [[nodiscard]] double CubesFromOrigin(int shift) const { return std::ldexp(extent * inverse, -shift); }
 
-    std::vector<Scale> scales; // the smallest edge first
+    std::vector<Scale> scales; // smallest edge first
     BlockPool blocks;
     double extent = 0;
     double edge = 0; // of the smallest cubes
     double inverse = 0;
-    int last = 0;           // scale of the last answer
-    bool iscomplete = true; // no particle was marked that lies beyond the borders
+    int last = 0;           // scale of the last clearance found
+    bool iscomplete = true; // no particle was marked beyond the borders
 };

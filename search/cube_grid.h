@@ -1,4 +1,4 @@
-// What the two structures of the neighbour search share: cutting space into cubes.
+// Cutting space into cubes, for both structures of the neighbour search.
 
 #pragma once
 
@@ -6,20 +6,20 @@
 
 #include "geom/vector.h"
 
-// Cubes are this much larger than the distance that they stand for, so that a coordinate rounded across a
-// cube's border cannot hide a particle.
+// Cubes are larger than the distance they represent by this factor, so that a coordinate rounded across a cube's
+// border cannot hide a particle.
 constexpr double kMargin = 1.01;
-// Cubes further than this from the origin are not told apart safely.
+// Coordinates beyond this, in cubes, cannot be assigned to a cube reliably.
 constexpr double kFarthestCube = 1e9;
 
-// floor() of what fits an int, without a call.
+// floor() of a value that fits an int, without a function call.
 inline int Floor(double value)
 {
     const int truncated = static_cast<int>(value);
     return truncated - (value < truncated ? 1 : 0);
 }
 
-// Whether every coordinate, in cubes, is near enough to be told apart; false for what is not a number.
+// Whether every coordinate, in cubes, is within kFarthestCube; false for NaN.
 inline bool HasCube(Vector c)
 {
     return std::fabs(c.x) < kFarthestCube && std::fabs(c.y) < kFarthestCube && std::fabs(c.z) < kFarthestCube;

@@ -1,4 +1,4 @@
-// Lists of particles by cube of space. Part of the neighbour search: docs/neighbour-search.md.
+// Lists of particles by cube. Part of the neighbour search: docs/neighbour-search.md.
 
 #pragma once
 
@@ -12,8 +12,8 @@
 #include "base/large_pages.h"
 #include "search/cube_grid.h"
 
-// A list remembers roughly where in the cube its particles are, so that the particles themselves need not be looked at
-// where they are clearly beyond the reach. It consists of buckets of four, the newest first.
+// A list stores roughly where in its cube each particle is, so that particles clearly beyond the reach need not be
+// read. It consists of buckets of four particles, the newest bucket first.
 class CubeLists
 {
 public:
@@ -48,16 +48,16 @@ public:
         count++;
     }
 
-    // Calls visit(i) for the particles i within the reach of p, and perhaps for others, or twice.
+    // Calls visit(i) for every particle i within the reach of p; may visit other particles, and a particle twice.
     template<typename Visit>
     void VisitNear(Vector p, Visit visit) const
     {
-        // The cubes, of two reaches' edge, that the ball about p can meet: two along each axis.
+        // A cube's edge is twice the reach, so the ball about p meets at most two cubes along each axis.
         const Vector c = inverse * p;
         const int x = Floor(c.x - 0.5), y = Floor(c.y - 0.5), z = Floor(c.z - 0.5);
         struct Neighbour {
             uint32_t list;
-            Vector within; // where p is, in cubes from the cube's corner
+            Vector within; // position of p relative to the cube's corner, in cubes
         };
         std::array<Neighbour, 8> neighbours;
         for (int k = 0; k < 8; k++) {
@@ -70,8 +70,8 @@ public:
                 buckets[at].VisitNear(within, visit);
     }
 
-    // Calls visit(i) for the particles i within a radius of p, and perhaps for others, until it returns false. Returns
-    // false, without a visit, where that would mean more lists than there are particles.
+    // Calls visit(i) for every particle i within a radius of p, and possibly for others, until visit returns false.
+    // Returns false, without any visit, if it would have to read more lists than there are particles.
     template<typename Visit>
     bool VisitAround(Vector p, double radius, Visit visit) const
     {
@@ -92,24 +92,24 @@ public:
 
 private:
     static constexpr std::size_t kSmallest = 1024;
-    // A place in a cube: so many bits of each coordinate.
+    // Bits of each coordinate of a place in a cube.
     static constexpr int kPlaceBits = 10;
     static constexpr int kPlaces = 1 << kPlaceBits;
-    // Instead of a place. Both are beyond the reach of whatever asks for the cube.
-    static constexpr int kNobody = 0x7ffffffe; // no particle yet
-    static constexpr int kMore = 0x7fffffff;   // the number is that of the list's next bucket
+    // Values instead of a place. Read as places, both are beyond the reach of every point that searches the cube.
+    static constexpr int kUnusedEntry = 0x7ffffffe; // unused entry
+    static constexpr int kLinkEntry = 0x7fffffff; // the entry's number is the index of the list's next bucket
 
     class alignas(32) Bucket
     {
     public:
         Bucket() = default;
 
-        // One that comes before another, if that is not 0.
+        // A bucket in front of the bucket `next`, 0 for none.
         explicit Bucket(uint32_t next)
         {
             if (next == 0)
                 return;
-            places[kEntries - 1] = kMore;
+            places[kEntries - 1] = kLinkEntry;
             numbers[kEntries - 1] = next;
         }
 
@@ -124,14 +124,14 @@ private:
 
         [[nodiscard]] uint32_t Next() const
         {
-            return places[kEntries - 1] == kMore ? numbers[kEntries - 1] : 0;
+            return places[kEntries - 1] == kLinkEntry ? numbers[kEntries - 1] : 0;
         }
 
-        // The particles that may be within the reach of a point, which is given in cubes from the corner of this one.
+        // Visits the particles that may be within the reach of a point, given in cubes from this cube's corner.
         template<typename Visit>
         void VisitNear(Vector point, Visit visit) const
         {
-            // A place is known to half of its size.
+            // The reach in places, and two more because a coordinate is stored to half a place.
             constexpr auto kReach = static_cast<float>(kPlaces / (2 * kMargin) + 2);
             const auto distance = [](Integers place, double coordinate) {
                 return __builtin_convertvector(place, Floats) -
@@ -149,12 +149,12 @@ private:
                     visit(static_cast<int>(numbers[k]));
         }
 
-        // Returns false where a visit did.
+        // Visits all particles until visit returns false; returns false then.
         template<typename Visit>
         bool VisitAll(Visit visit) const
         {
             for (int k = 0; k < kEntries; k++)
-                if (places[k] < kNobody && !visit(static_cast<int>(numbers[k])))
+                if (places[k] < kUnusedEntry && !visit(static_cast<int>(numbers[k])))
                     return false;
             return true;
         }
@@ -168,19 +168,19 @@ private:
         [[nodiscard]] int FirstFree() const
         {
             int entry = 0;
-            while (entry < kEntries && places[entry] != kNobody)
+            while (entry < kEntries && places[entry] != kUnusedEntry)
                 entry++;
             return entry;
         }
 
-        Integers places = {kNobody, kNobody, kNobody, kNobody};
-        std::array<uint32_t, kEntries> numbers = {}; // of the particles
+        Integers places = {kUnusedEntry, kUnusedEntry, kUnusedEntry, kUnusedEntry};
+        std::array<uint32_t, kEntries> numbers = {}; // indices of the particles
     };
 
     static int Part(double within) { return std::min(static_cast<int>(kPlaces * within), kPlaces - 1); }
 
-    // Blocks of 4 x 4 x 4 cubes lie together in memory; blocks that share a slot share their lists. A slot is
-    // made of a part for each coordinate.
+    // The slot (hash) of a cube, combined from a part for each coordinate. The 4 x 4 x 4 cubes of a block lie
+    // together in memory; blocks with the same slots share their lists.
     [[nodiscard]] std::size_t Slot(int x, int y, int z) const
     {
         return (Mix(x, 73856093U, 0) ^ Mix(y, 19349663U, 2) ^ Mix(z, 83492791U, 4)) & (heads.size() - 1);
@@ -196,5 +196,5 @@ private:
     double inverse = 0;            // cubes per unit of length
     std::size_t count = 0;         // of particles
     LargeVector<uint32_t> heads;   // by slot: the newest bucket of its list, or 0
-    ChunkedVector<Bucket> buckets; // the first of all is nobody's
+    ChunkedVector<Bucket> buckets; // the first stays empty: index 0 ends a list
 };

@@ -11,19 +11,20 @@
 #include "search/clearance_map.h"
 #include "search/cube_lists.h"
 
-// Larger than any squared distance in an aggregate: where the scan's minimum starts.
+// Initial minimum of the scan: larger than any squared distance in an aggregate.
 constexpr double kFarAway = kFarthestPartner * kFarthestPartner;
 // Branch lengths outside these bounds are not indexed: every particle is scanned.
 constexpr double kShortestBranch = 1e-9;
 constexpr double kLongestBranch = 1e9;
-// More classes than this share one map of clearances.
+// With more association classes than this, all share one clearance map.
 constexpr int kMostMaps = 16;
-// The maps end at a power of this, in branch lengths; they are extended when the aggregate outgrows them.
+// The maps' extent in branch lengths is a power of this; they are extended when the aggregate outgrows them.
 constexpr double kMapGrowth = 1.25;
-// The edge of the maps' smallest cubes, in branch lengths: unmarked within three of them, there is room for a flight
-// of two branch lengths with its drift.
+// The edge of the maps' smallest cubes, in branch lengths: a clearance of three edges leaves room for a flight of two
+// branch lengths and its drift.
 constexpr double kMapEdge = 1.03;
-// Bytes that may find the maps' blocks, together: for themselves and per particle. The edge doubles where it must.
+// Limit on the bytes of the tables that find all maps' blocks: a constant and a share per particle. The edge is
+// doubled until they fit.
 constexpr double kMapBytes = 1e6;
 constexpr double kMapBytesPerParticle = 1;
 
@@ -53,7 +54,7 @@ struct Scan {
         return DotProduct(d, d);
     }
 
-    // Of particle i's coordinates less the walker's, the largest.
+    // The largest signed difference between a coordinate of particle i and the walker's.
     [[nodiscard]] double LargestDifference(int i) const
     {
         const Vector d = cells[i].p - pos;
@@ -87,23 +88,23 @@ struct Scan {
 namespace
 {
 struct NeighbourIndex {
-    // What it was built from; anything else than this, and it is built anew.
+    // What the index was built from; it is rebuilt when any of these has changed.
     const Particle *array = nullptr;
     int count = -1;
     double branchlength = 0;
     int classes = 1;
     Vector newest = {0, 0, 0};
 
-    bool usable = false; // every particle has a cube
+    bool usable = false; // the branch length and all finite positions are within bounds
     CubeLists lists;
-    // A map for each class, or one for all particles. None: nothing is known to be clear.
+    // A map for each class, or one for all particles; none when they would be too large.
     std::vector<ClearanceMap> maps;
-    double mapextent = 0;    // what they cover
-    double mapedge = 0;      // of their smallest cubes
-    bool arefitting = false; // nothing has come since they were found to fit
+    double mapextent = 0;     // distance that they cover from the origin along each axis
+    double mapedge = 0;       // edge of their smallest cubes
+    bool mapschecked = false; // no particle was added since extent and edge were checked
 
     FreeBall ball = {{0, 0, 0}, -1};
-    // The last question of the map: the place and its free radius, if nothing has come since.
+    // The position last looked up in a map and its free radius, valid while isasked is true.
     Vector asked = {0, 0, 0};
     double answer = 0;
     bool isasked = false;
@@ -159,7 +160,7 @@ double FreeRadius()
     return Prepare() && neighbourindex.lists.Holds(pos) ? AskMap(pos) : -1;
 }
 
-// The free radius at a point, which the index keeps as its free ball.
+// The free radius at a point from its map, -1 without a map. A radius of 0 or more becomes the index's free ball.
 static double AskMap(Vector pos)
 {
     ClearanceMap *map = MapOf(ncells);
@@ -215,15 +216,15 @@ static bool NewestIsUnmoved()
            same(p.z, neighbourindex.newest.z);
 }
 
-// Makes the index current. Returns false where the aggregate cannot be indexed, or memory does not suffice.
+// Makes the index current. Returns false if the aggregate cannot be indexed or memory does not suffice.
 static bool Prepare()
 {
     try {
         if (!IsCurrent() || !NewestIsUnmoved())
             Build();
-        else if (neighbourindex.usable && !neighbourindex.arefitting && !MapsFit())
+        else if (neighbourindex.usable && !neighbourindex.mapschecked && !MapsFit())
             MakeMaps();
-        neighbourindex.arefitting = true;
+        neighbourindex.mapschecked = true;
     } catch (const std::bad_alloc &) {
         neighbourindex = NeighbourIndex();
         return false;
@@ -266,12 +267,12 @@ static void Insert(int i)
         map->Mark(p);
     neighbourindex.count = i + 1;
     neighbourindex.newest = p;
-    neighbourindex.arefitting = false;
+    neighbourindex.mapschecked = false;
     neighbourindex.ball.radius2 = -1;
     neighbourindex.isasked = false;
 }
 
-// A particle that is not at a finite place is nobody's partner and is left out.
+// Adds a particle to the lists. One whose position is not finite can never be a partner and is left out.
 static void List(int i)
 {
     if (IsFinite(cells[i].p))
@@ -301,7 +302,7 @@ static void MakeMaps()
     neighbourindex.mapedge = edge;
     neighbourindex.maps.clear();
     if (!covers)
-        return; // searched without a map
+        return; // searches then use the lists alone
     neighbourindex.maps.resize(MapCount());
     for (ClearanceMap &map : neighbourindex.maps)
         map.Start(edge, neighbourindex.mapextent);
@@ -309,7 +310,7 @@ static void MakeMaps()
         MapOf(i)->Mark(cells[i].p);
 }
 
-// Returns false where there is no map, or one that cannot be extended.
+// Returns false if there is no map, or one cannot be extended.
 static bool ExtendMaps()
 {
     for (ClearanceMap &map : neighbourindex.maps)
@@ -323,8 +324,9 @@ static int MapCount()
     return neighbourindex.classes <= kMostMaps ? neighbourindex.classes : 1;
 }
 
-// Where the maps end, from the origin along each axis: beyond what walkers can reach. It follows from the aggregate alone,
-// as the edge does, so that what is known far outside does not depend on when the maps were made.
+// Distance from the origin to the maps' borders along each axis: beyond all places where a walker can stick. It
+// depends on the aggregate alone, as the edge does, so that clearances far outside do not depend on when the maps
+// were made.
 static double MapExtent()
 {
     double extent = growthstate.branchlength;
@@ -333,8 +335,8 @@ static double MapExtent()
     return extent;
 }
 
-// The edge of the smallest cubes. It follows from the aggregate alone, so that a run that is resumed makes the maps that
-// it left.
+// The edge of the smallest cubes. It depends on the aggregate alone, so that a resumed run makes the same maps as the
+// run it continues.
 static double MapEdge()
 {
     const auto count = static_cast<double>(std::bit_floor(static_cast<unsigned>(ncells)));
@@ -345,7 +347,7 @@ static double MapEdge()
     return edge;
 }
 
-// The map that a particle of index i is marked in, or nullptr.
+// The map in which particle i is marked, or nullptr without maps.
 static ClearanceMap *MapOf(int i)
 {
     if (neighbourindex.maps.empty())
@@ -362,9 +364,9 @@ static int ScanAll()
     return -1;
 }
 
-// The newest eligible particle nearer than a branch length whose index is below `below`. Where the branch
-// length is 1 or more, the newest of all is the partner: no signed difference of its coordinates exceeds the
-// branch length, nor the square of that, nor the scan's minimum before it.
+// The newest eligible particle nearer than a branch length whose index is below `below`, or -1. With a branch length
+// of 1 or more and `below` = ncells, it is the partner: its signed differences are below the branch length, hence
+// below its square, hence below the scan's minimum so far, so the scan does not pass it over.
 static int NewestWithinReach(int below)
 {
     const Scan scan;
@@ -379,7 +381,7 @@ static int NewestWithinReach(int below)
 // Below a branch length of 1 the scan can pass over a particle within reach: when a newer particle, not
 // itself passed over, has a squared distance below one of its signed differences. Until the scan stops, every
 // squared distance that counts is at least the branch length's square; so a particle whose differences do not
-// exceed that is never passed over. Where these two facts do not decide, the scan does.
+// exceed that is never passed over. Where these two facts do not decide, all particles are scanned.
 static int PartnerInOrder(int newest)
 {
     const Scan scan;

@@ -1,4 +1,4 @@
-// Neighbour search: which particle a walker has come near to, without looking at all of them.
+// Neighbour search: finds the particle that a walker sticks to without reading all particles.
 //
 // The answer is that of a scan over all particles, to the last bit; docs/neighbour-search.md says what is stored
 // and why the answer is exact.
@@ -13,15 +13,15 @@
 // distance so far (kept), and stop at the first that is nearer than a branch length.
 int FindPartner();
 
-// No particle as far away as this is found.
+// A particle at this distance or farther is never found.
 constexpr double kFarthestPartner = 1e16;
 
-// The radius of a ball about the walker in which no walker has a partner, below 0 where none is known. It follows from
-// the particles, the branch length and the walker alone, whatever was searched before.
+// Radius of a ball about the walker in which no walker finds a partner; below 0 if none is known. It depends only on
+// the parameters, the particles and the walker's position, not on earlier searches.
 double FreeRadius();
 
-// A ball in which no walker has a partner as long as no particle comes and no parameter changes. Empty: its squared
-// radius is below 0.
+// A ball in which no walker finds a partner until a particle is added or a parameter changes. A negative radius2
+// means an empty ball.
 struct FreeBall {
     Vector centre;
     double radius2;
@@ -33,15 +33,15 @@ struct FreeBall {
     }
 };
 
-// The ball that the last search found.
+// The ball that the last search found; empty if it is out of date.
 FreeBall CurrentFreeBall();
 
-// The last particle of cells is new: the index follows, wherever cells has moved to.
+// Adds the last particle of cells, which is new, to the index; the array may have moved.
 void AddToNeighbourIndex();
 
-// The index is built anew at the next search. It notices by itself when the array, the count, the last
-// particle or the branch length has changed; call this after changing other particles in place.
+// Makes the next search rebuild the index. A change of the array, the count, the last particle or the branch length
+// is detected without this; call it after changing other particles in place.
 void DropNeighbourIndex();
 
-// The same, and gives its memory back, about 40 bytes a particle.
+// Drops the index and frees its memory, about 40 bytes a particle.
 void FreeNeighbourIndex();

@@ -8,13 +8,13 @@
 
 constexpr double kRadius = 20;
 constexpr double kHalfHeight = 20;
-// From the axis of the box to its corners, which lie on the x and y axes; its sides are 40 long.
+// Distance from the axis of the box to its corners, which lie in the x and y directions; its sides are 40 long.
 constexpr double kBoxCornerRadius = 28.284271247461902;
 // Degrees between the corners of the cylinder, of the box, and of the sphere's grid.
 constexpr int kCylinderStep = 5;
 constexpr int kBoxStep = 90;
 constexpr int kSphereStep = 5;
-// The plane's square: squares on either side of its middle, and their edge.
+// The plane is a grid of squares: their number on either side of the centre, and their edge.
 constexpr int kPlaneSquares = 10;
 constexpr double kPlaneSquareSize = 20;
 
@@ -52,7 +52,7 @@ static const Sample kSamples[] = {
 
 namespace
 {
-// What closes the ends of a prism, and what stands for the upper half of a sphere.
+// Which ends of a prism are closed, and how the upper half of a sphere is built.
 enum Ends { kOpenEnds, kBottomOnly, kBothEnds };
 enum UpperHalf { kRoundHalf, kFlatHalf, kNoHalf };
 } // namespace
@@ -130,7 +130,7 @@ static bool AddPrism(double radius, int step, Ends ends)
     return ends != kBothEnds || AddFan(radius, step, kHalfHeight);
 }
 
-// An end of a prism. Both ends have the same order of corners, so both normals point along +z (kept).
+// Adds an end of a prism. Both ends have the same order of corners, so both normals point along +z (kept).
 static bool AddFan(double radius, int step, double z)
 {
     for (int a = 0; a < 360; a += step)
@@ -139,8 +139,8 @@ static bool AddFan(double radius, int step, double z)
     return true;
 }
 
-// Faces at the poles lose a side and are removed by UpdateSTL. A flat upper half lies in the plane z = 0,
-// where its faces cover the disc several times (kept).
+// At the poles, half of the faces have a side of length zero; UpdateSTL removes them. A flat upper half lies in the
+// plane z = 0, where its faces cover the disc several times (kept).
 static bool AddSphere(UpperHalf upper)
 {
     for (int longitude = 0; longitude < 360; longitude += kSphereStep) {

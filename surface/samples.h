@@ -13,7 +13,7 @@ struct Sample {
 // Names and ids in the order of the menu. "None", id 100, is the first.
 std::span<const Sample> Samples();
 
-// Replaces the constraint surface by the sample of that id and names it in growthstate.surfacename; any id
-// that is no shape's leaves no surface, named "None". Returns 1, or 0 with the surface as it was when memory
-// does not hold the new one.
+// Replaces the constraint surface by the sample of that id and names it in growthstate.surfacename; any id that is
+// not a shape's removes the surface and names it "None". Returns 1, or 0 with the surface as it was when memory does
+// not hold the new one.
 int BuildSample(int id);

@@ -100,7 +100,7 @@ static STLResult ReadASCIIFaces(FILE *file)
     return kSTLRead;
 }
 
-// Three corners, each a keyword of any text and x y z.
+// Reads three corners, each an arbitrary keyword followed by x y z.
 static bool ReadLoop(FILE *file, Triangle *t)
 {
     for (Vector &corner : t->p)
@@ -147,7 +147,7 @@ static STLResult ReadBinaryFaces(FILE *file)
     return kSTLRead;
 }
 
-// Appends `count` copies of a face: what is left of a file that ended early.
+// Appends `count` copies of a face, for the faces that are missing at the end of a truncated file.
 static bool RepeatFace(const Triangle &face, int count)
 {
     if (!ResizeArray(&stltri, static_cast<std::size_t>(nstltri) + static_cast<std::size_t>(count)))

@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-// How the reading of an STL file ended. Where the file is at fault, there is no surface and the bounds are
-// those of the old one.
+// How the reading of an STL file ended. If the file is at fault, there is no surface afterwards, and the bounds are
+// still those of the old one.
 enum STLResult {
     kSTLRead,        // the surface is the file's
     kSTLUnopened,    // not opened; the old surface stays
@@ -16,7 +16,7 @@ enum STLResult {
 };
 
 // Replaces the constraint surface by the one in the file, and its name by "None". A file is ASCII when
-// "solid" stands within the first 6 characters of its first line. Degenerate faces are removed; normals in
+// "solid" is within the first 6 characters of its first line. Degenerate faces are removed; normals in
 // the file are not used. The numbers of a binary file are reversed in byte order while options.byteswap is
 // set; a truncated binary file fills its remaining faces with the values last read (kept). In verbose mode
 // reports to standard error.

@@ -11,14 +11,15 @@
 constexpr double kParallel = 1e-5;
 // Degrees by which the angles around a point inside a face may miss the full circle.
 constexpr double kFullCircleTolerance = 1e-5;
-// In squares of a face's longest side. Where a point of its plane forms triangles of twice this area or more with the
-// sides, rounding decides nothing: the angles close the circle, or miss it, by far more than the tolerance.
+// A point of a face's plane forms a triangle with each side. Where twice their signed areas are all above this share
+// of the longest side's square, or one is below minus that, rounding cannot change the result: the exact angles add
+// up to the full circle, or miss it by far more than the tolerance.
 constexpr double kClearArea = 0.001;
-// That holds for faces of at least twice this area,
+// This holds for faces of which twice the area is above this share of the longest side's square,
 constexpr double kClearFace = 0.01;
-// and coordinates of at most so many longest sides.
+// and for points nearer to the origin than so many longest sides.
 constexpr double kClearDistance = 1e6;
-// Bounds of nothing: every coordinate of a real surface lies within.
+// Bound for an empty surface: larger than every coordinate of a real one.
 constexpr double kUnbounded = 1e32;
 
 Triangle *stltri = nullptr;
@@ -32,7 +33,7 @@ namespace
 {
 enum class Place { kInside, kOutside, kUnclear };
 
-// About the three axes.
+// Sines and cosines of the rotations about the three axes.
 struct Rotation {
     SineCosine x, y, z;
 };
@@ -125,8 +126,8 @@ double PointPlaneDist(int index, Vector point)
     return t.A * point.x + t.B * point.y + t.C * point.z + t.D;
 }
 
-// Where a point of the face's plane is, if that is clear without the angles. The point comes from coordinates of
-// which the squares add up to at most farthest2.
+// Whether a point of the face's plane is inside the face, unless only the angles can decide. The point is on a
+// segment whose ends are at a squared distance of at most farthest2 from the origin.
 static Place PlaceInFace(const Triangle &t, Vector p, double farthest2)
 {
     const Vector a = t.p[1] - t.p[0];

@@ -1,6 +1,6 @@
 // The constraint surface: the triangles that walkers may not cross.
 //
-// Set the corners p only, and call UpdateSTL after filling stltri: it derives everything else.
+// After filling stltri with the corners p, call UpdateSTL, which computes everything else.
 
 #pragma once
 
@@ -21,8 +21,8 @@ extern Vector stlmin;
 extern Vector stlmax;
 extern Vector stlmid;
 
-// Sets the surface aside while another is built in its place, from no face on, and puts it back when it goes,
-// unless the new one is to stay. UpdateSTL is called for a surface that stays.
+// Sets the surface aside while a new one is built, starting without faces. The destructor restores the old surface
+// unless Commit was called. The caller has to call UpdateSTL for the new surface.
 class SurfaceTransaction
 {
 public:
@@ -38,16 +38,16 @@ private:
     bool committed = false;
 };
 
-// Removes the faces of which two corners coincide (the last face takes the place of a removed one) and
+// Removes the faces with two coinciding corners (the last face takes the place of a removed one) and
 // computes normals, planes, centres and bounds. In verbose mode reports them to standard error.
 void UpdateSTL();
 
-// Number of calls of UpdateSTL: it differs between a surface and the one before it.
+// Number of calls of UpdateSTL, which identifies the present surface.
 unsigned SurfaceNumber();
 
 // Rotates every corner about the x, then the y, then the z axis by the angles `rotate` in degrees, scales it
-// about the origin and shifts it, then calls UpdateSTL: a scale of 0 flattens the surface, and the faces that
-// vanish thereby are removed. In verbose mode reports the three to standard error.
+// about the origin and shifts it, then calls UpdateSTL: a scale of 0 flattens the surface, and faces that
+// collapse are removed. In verbose mode reports scale, shift and angles to standard error.
 void TransformSTL(Vector scale, Vector shift, Vector rotate);
 
 // 1 when the segment p1-p2 crosses triangle `index` of stltri, else 0. *hit is where its line meets the

@@ -8,21 +8,21 @@
 
 #include "surface/surface.h"
 
-// Boxes are enlarged by this share of a face's extent, more than the angle and rounding tolerances of the
-// tests that decide, so that no face is passed over that they would find;
+// Boxes are enlarged by this share of a face's extent, more than the tolerances and rounding of the face tests, so
+// that no face is missed for which a test holds,
 constexpr double kTolerance = 1e-3;
-// and by this share of its coordinates, more than they lose in single precision.
+// and by this share of its coordinates, more than single precision loses.
 constexpr double kPrecision = 1e-6;
-// Parts that a node is divided into, and faces of one that is not divided further.
+// Most parts of a node, and most faces of a node whose parts are faces.
 constexpr int kParts = 8;
-// The most nodes that a search has before it: the parts of a node on each of 11 levels.
+// Most nodes waiting in a search: the parts of one node on each of 11 levels.
 constexpr int kMostOpen = 11 * kParts;
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
 namespace
 {
-// An axis-aligned box in single precision; the default one holds nothing.
+// An axis-aligned box in single precision; empty by default.
 struct Box {
     float min[3] = {kInfinity, kInfinity, kInfinity};
     float max[3] = {-kInfinity, -kInfinity, -kInfinity};
@@ -33,19 +33,19 @@ struct Entry {
     int face;
 };
 
-// Entries that stand side by side.
+// Consecutive entries.
 struct Range {
     int first, count;
 };
 
 // A node of a tree of boxes (a bounding volume hierarchy, divided at medians of the longest side). Nodes are divided
-// when a search first comes to them: a surface far larger than the aggregate costs little.
+// when a search first reaches them, so that a surface far larger than the aggregate costs little.
 struct Node {
     int first, count; // its entries
-    int family;       // its parts; -1 while it is not divided
+    int family;       // index of the family of its parts; -1 until it is divided
 };
 
-// Boxes side by side, so that all are looked at in a few instructions: those of nodes or those of faces.
+// The boxes of a node's parts, which are nodes or faces, arranged so that all are compared in a few instructions.
 struct alignas(64) Family {
     float min[3][kParts];
     float max[3][kParts];
@@ -57,10 +57,10 @@ struct SurfaceIndex {
     const Triangle *array = nullptr;
     int count = -1;
     unsigned surface = 0;
-    std::vector<Entry> entries; // by node
+    std::vector<Entry> entries; // those of a node are consecutive
     std::vector<Node> nodes;
     std::vector<Family> families;
-    std::vector<int> unbounded; // faces of which a coordinate does not fit a box: near everything
+    std::vector<int> unbounded; // faces with a coordinate too large for a box: tested in every search
 };
 } // namespace
 
@@ -126,7 +126,7 @@ static bool Search(const Box &wanted, Test test)
     for (const int face : surfaceindex.unbounded)
         if (test(face))
             return true;
-    int open[kMostOpen]; // nodes that are still to be looked at
+    int open[kMostOpen]; // nodes still to be searched
     open[0] = 0;
     int count = 1;
     while (count > 0) {
@@ -145,8 +145,8 @@ static bool Search(const Box &wanted, Test test)
     return false;
 }
 
-// Lists the members of which the box meets the wanted one; a bound that is not a number meets everything. Returns how
-// many they are. Without a branch for each: which they are is hard to foresee. The list has room for all.
+// Lists the members whose box meets the wanted one, and returns their number; a bound that is NaN meets everything.
+// The list must have room for kParts members. Written without conditional jumps, which would be mispredicted often.
 static int ListMeeting(const Family &family, const Box &wanted, int *list)
 {
     int apart[kParts];
@@ -166,7 +166,7 @@ static int ListMeeting(const Family &family, const Box &wanted, int *list)
     return count;
 }
 
-// The family of a node, which is divided where it is not yet.
+// Index of the family of a node's parts; divides the node if that has not been done.
 static int FamilyOf(int n)
 {
     if (surfaceindex.nodes[n].family < 0)
@@ -179,7 +179,7 @@ static bool HoldsFaces(const Node &node)
     return node.count <= kParts;
 }
 
-// Into as few parts as there can be, all full but one. Full are those of 1, 8, 64... faces.
+// Divides a node into as few parts as possible, all full except one. A full part has 1, 8, 64... faces.
 static void Divide(int n)
 {
     const Node node = surfaceindex.nodes[n];
@@ -201,7 +201,8 @@ static void Divide(int n)
     surfaceindex.families.push_back(family);
 }
 
-// Divides a range at the median of the longest side, to a multiple of some entries. Returns what is beyond.
+// Divides a range near the median along its box's longest side; *range becomes the lower part, a multiple of
+// `multiple` entries. Returns the upper part.
 static Range SplitOff(Range *range, int multiple)
 {
     const Box box = BoxOfEntries(*range);
@@ -243,7 +244,7 @@ static Box BoxOfEntries(Range range)
     return box;
 }
 
-// A box about some points and all within a margin of them.
+// A box about some points, enlarged by a margin and by the tolerances.
 static Box BoxOf(const Vector *points, int count, double margin)
 {
     Vector min = points[0];

@@ -1,4 +1,4 @@
-// Which faces of the constraint surface are near a point, without looking at all of them.
+// Finds faces of the constraint surface near a segment without testing all faces.
 
 #pragma once
 
@@ -8,8 +8,7 @@
 using FaceTest = bool (*)(int face, Vector p1, Vector p2);
 enum class FaceSearch { kNone, kFound, kOutOfMemory };
 
-// Whether the test holds for a face whose bounding box comes within `reach` of the bounding box of the segment p1-p2,
-// along each axis; perhaps others are tested, too. Faces that have changed are noticed once
-// UpdateSTL has been called. With reach 0 these are all faces that the segment can cross; with p1
-// = p2, all of which an edge can be within reach of the point.
+// Whether the test holds for a face whose bounding box comes within `reach` of the bounding box of the segment p1-p2
+// along each axis; other faces may be tested, too. With reach 0 these include all faces that the segment can cross;
+// with p1 = p2, all faces with an edge within reach of the point. Call UpdateSTL after changing faces.
 FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test);

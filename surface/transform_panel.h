@@ -6,7 +6,7 @@
 
 struct FD_stlform {
     FL_FORM *form;
-    void *vdata; // the toolkit's own
+    void *vdata; // this and the next two are for the toolkit
     char *cdata;
     long ldata;
     FL_OBJECT *hide;
@@ -26,7 +26,7 @@ extern FD_stlform *stlform;
 // Builds the panel, once.
 FD_stlform *create_form_stlform();
 
-// Carries out what a worked object stands for: "Apply" transforms the surface by what the inputs say. Does
-// nothing for an object of another panel. Returns whether the surface has changed: it is to be drawn anew then,
-// and the panels filled.
+// Handles an object of the panel that the user has operated: "Apply" transforms the surface by the values of the
+// inputs. Does nothing for an object of another panel. Returns whether the surface has changed; the caller then
+// redraws it and updates the panels.
 bool HandleTransformPanel(const FL_OBJECT *worked);

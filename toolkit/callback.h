@@ -1,18 +1,19 @@
-// The boundary between the toolkits and the program's callbacks: no exception passes through their C code.
-// Memory that runs out in a callback becomes a message, and the program goes on. After what the user does, a frame is
-// requested.
+// Wrappers for the callbacks that GLUT and XForms call: no exception passes through the C code of these toolkits. If
+// a callback runs out of memory, a message reports it and the program goes on. After a callback for user input, a
+// frame is requested.
 
 #pragma once
 
 #include <new>
 
-// What a callback is for, which decides how a failure is told: what the user has asked for by a message box;
-// what is called again and again by itself in one line on standard error, until it succeeds again.
+// What a callback is for, which decides how its failure is reported. A callback for user input reports it in a
+// message box; one that is called again and again reports it in one line on standard error, once until it succeeds
+// again.
 enum CallbackKind { kInputCallback, kRepeatedCallback };
 
 void ReportOutOfMemory(CallbackKind kind);
 
-// A frame is to be drawn. Whoever draws one clears it.
+// Whether a frame is to be drawn; HandleDisplay clears it.
 extern bool framerequested;
 
 template<auto callback, CallbackKind kind>
@@ -36,6 +37,6 @@ struct GuardedCallback<callback, kind> {
     }
 };
 
-// A function as it is handed to a toolkit: Guarded<HandleKeyboard>.
+// The wrapper of a callback, to be passed to a toolkit, as Guarded<HandleKeyboard>
 template<auto callback, CallbackKind kind = kInputCallback>
 constexpr auto Guarded = &GuardedCallback<callback, kind>::Call;

@@ -15,7 +15,7 @@ struct Panel {
 };
 } // namespace
 
-// In the order in which they were built.
+// All panels, in the order in which they were built
 static std::vector<Panel> panels;
 static bool titled = false;
 
@@ -34,7 +34,7 @@ FL_FORM *CreatePanel(int boxtype, int width, int height, std::span<const PanelOb
             *object.handle = added;
     }
     fl_end_form();
-    // The toolkit's default is to end the program.
+    // By default, the toolkit ends the program when a form's window is closed.
     fl_set_form_atclose(form, CloseWindow, visible);
     panels.push_back({form, objects, visible});
     return form;
@@ -128,14 +128,14 @@ static FL_OBJECT *AddObject(const PanelObject &object)
     return added;
 }
 
-// The window manager closes a panel: the toolkit hides it then.
+// Called when a panel's window is closed; the toolkit hides it on FL_OK.
 static int CloseWindow(FL_FORM *, void *visible)
 {
     *static_cast<int *>(visible) = 0;
     return FL_OK;
 }
 
-// The panel's first title.
+// The text of a panel's first title; empty if it has none
 static const char *FindTitle(const FL_FORM *form)
 {
     for (const Panel &panel : panels)

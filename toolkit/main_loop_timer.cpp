@@ -27,6 +27,6 @@ void StartMainLoopTimer(void (*poll)(), void (*onclose)(), void (*onexit)())
     PollInMainLoop(0);
     PollInDialog(0, nullptr);
     glutCloseFunc(onclose);
-    // Before the toolkit closes the window in turn, which was registered earlier.
+    // Functions run in reverse order at exit: this one before that of GLUT, which closes the window.
     atexit(onexit);
 }

@@ -13,12 +13,12 @@
 #include "packaging/icons/sarkelo.xpm"
 
 constexpr unsigned long kOpaque = 0xFF000000;
-// Of a _NET_WM_STATE message: the state is to be added, on behalf of an ordinary program.
+// Values in a _NET_WM_STATE message: add the state; the sender is an ordinary program.
 constexpr long kAddState = 1;
 constexpr long kFromApplication = 1;
 
 static Window mainwindow = None;
-static Display *maindisplay = nullptr; // the toolkits have a connection each
+static Display *maindisplay = nullptr; // GLUT's connection; XForms has its own
 
 static void SetClass();
 static void SetIcon();
@@ -56,8 +56,8 @@ void OwnPanel(FL_FORM *form)
     event.xclient = message;
     XSendEvent(display, DefaultRootWindow(display), False, SubstructureRedirectMask | SubstructureNotifyMask,
                &event);
-    XRaiseWindow(display, form->window); // over a full screen, it can be put behind another panel
-    OwnDialogs();                        // the toolkit takes the panel for the owner once it is shown
+    XRaiseWindow(display, form->window); // over a full-screen window, a new panel may be behind another one
+    OwnDialogs();                        // the toolkit has made the panel the owner by showing it
 }
 
 bool IsInputWaiting(bool panels)
@@ -71,7 +71,7 @@ bool IsInputWaiting(bool panels)
 void WaitForEvent(double seconds, bool panels)
 {
     Display *panelsdisplay = fl_get_display();
-    // What has been read already does not wait at the connection.
+    // poll does not see events that Xlib has already read from the connection.
     if (XPending(maindisplay) > 0 || (panels && XPending(panelsdisplay) > 0))
         return;
     pollfd connections[] = {{ConnectionNumber(maindisplay), POLLIN, 0},
@@ -102,7 +102,7 @@ static void SetClass()
     XSetClassHint(fl_get_display(), mainwindow, &hint);
 }
 
-// _NET_WM_ICON: width, height, and rows of pixels from the top, alpha in the highest byte.
+// Sets _NET_WM_ICON: width, height, and rows of pixels from the top, with alpha in the highest byte.
 static void SetIcon()
 {
     XpmImage image;
@@ -119,8 +119,8 @@ static void SetIcon()
                     reinterpret_cast<const unsigned char *>(icon.data()), static_cast<int>(icon.size()));
 }
 
-// File selectors and boxes have no handle of their own; the toolkit makes them transient for the window of its
-// main form, which need not be one that it has shown.
+// Makes the main window the owner of file selectors and message boxes. Their windows cannot be accessed, but XForms
+// makes them transient for its main form, so that is set to a form that has nothing but the main window.
 static void OwnDialogs()
 {
     static FL_FORM owner = {};
@@ -128,8 +128,9 @@ static void OwnDialogs()
     fl_set_app_mainform(&owner);
 }
 
-// Notes whether it is input; takes no event out of the queue. In the main window the pointer's movements are input only
-// while a button is held; whatever comes to another window comes to a menu.
+// Predicate for XCheckIfEvent: sets *isinput if the event is user input; returns False, which leaves it in the queue.
+// Pointer movements in the main window are input only while a button is held. Events of other windows belong to
+// menus.
 static Bool LookAtEvent(Display *, XEvent *event, XPointer isinput)
 {
     constexpr unsigned kButtons = Button1Mask | Button2Mask | Button3Mask;

@@ -1,11 +1,11 @@
-// The main window as a window manager sees it: what GLUT, which makes the window, and XForms, which knows
-// nothing of it, leave unsaid.
+// Properties and events of the main window that need Xlib: GLUT makes the window but does not set them, and XForms
+// does not know the window.
 
 #pragma once
 
 #include <forms.h>
 
-// Gives the main window its class and icon, and makes it the owner of the dialogs to come: they stay above it
+// Gives the main window its class and icon, and makes it the owner of all later dialogs, so that these stay above it
 // and get the keyboard. Call right after the window has been made.
 void SetWindowProperties();
 
@@ -13,13 +13,13 @@ void SetWindowProperties();
 // the taskbar.
 void OwnPanel(FL_FORM *form);
 
-// Whether something that the user has done waits: in the main window or its menus a key or a button, a drag, a movement
-// within a menu, a request to close the window; with `panels`, anything in a panel.
+// Whether user input is waiting: in the main window or its menus a key, a button, a drag, a movement within a menu,
+// or a request to close the window; with `panels`, any event of a panel.
 bool IsInputWaiting(bool panels);
 
-// Waits until something happens in a window or, with `panels`, in a panel, at most so many seconds. Returns early when a
+// Waits at most `seconds` seconds for an event of the main window or, with `panels`, of a panel. Returns early when a
 // signal comes.
 void WaitForEvent(double seconds, bool panels);
 
-// Closes the menu that is open, as a click beside it does.
+// Closes the open menu by sending the main window a click outside of the menu.
 void CloseMenu();

@@ -7,14 +7,14 @@
 
 static void SetCursors(int window, int panels);
 
-static bool leftout = false;
+static bool disabled = false;
 
 void DisableWaitCursors()
 {
-    leftout = true;
+    disabled = true;
 }
 
-WaitCursor::WaitCursor() : old(leftout ? 0 : glutGet(GLUT_WINDOW_CURSOR))
+WaitCursor::WaitCursor() : old(disabled ? 0 : glutGet(GLUT_WINDOW_CURSOR))
 {
     SetCursors(GLUT_CURSOR_WAIT, FL_BUSY_CURSOR);
 }
@@ -24,13 +24,13 @@ WaitCursor::~WaitCursor()
     SetCursors(old, FL_DEFAULT_CURSOR);
 }
 
-// Sends the change to the display at once: the work that follows does not.
+// Sends the change to the display at once, since nothing is sent during the work that follows.
 static void SetCursors(int window, int panels)
 {
-    if (leftout)
+    if (disabled)
         return;
     glutSetCursor(window);
-    glutGet(GLUT_WINDOW_X); // asks the display, and so sends what waits
+    glutGet(GLUT_WINDOW_X); // a query, which sends the waiting requests first
     SetPanelCursors(panels);
     fl_update_display(0);
 }

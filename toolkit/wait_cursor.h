@@ -1,9 +1,9 @@
-// While one lives, the window and the panels that are shown have the wait cursor; then the window gets back
-// the cursor it had, and the panels their own. For work that can take longer than half a second.
+// While a WaitCursor exists, the window and the panels that are shown have the wait cursor; afterwards the window
+// gets back its old cursor, and the panels the default one. For work that can take longer than half a second.
 
 #pragma once
 
-// There is no window: wait cursors do nothing from now on.
+// From now on wait cursors do nothing, because there is no window.
 void DisableWaitCursors();
 
 class WaitCursor
@@ -18,7 +18,7 @@ private:
     int old; // the window's cursor
 };
 
-// What `work` returns, done under the wait cursor.
+// Calls work() with the wait cursor shown, and returns its result.
 template<typename Work>
 auto WithWaitCursor(Work work)
 {

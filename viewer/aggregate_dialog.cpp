@@ -18,7 +18,7 @@
 #include "viewer/camera.h"
 #include "viewer/surface_drawing.h"
 
-// Buttons, from left to right.
+// The buttons of a question, numbered from left to right
 enum Answer { kSave = 1, kDiscard };
 
 RunRecord windowrun;
@@ -78,7 +78,7 @@ void OpenAggregate()
         fl_show_message("File Error", fault.line.c_str(), "");
         return;
     }
-    if (AskToGoOn())
+    if (ConfirmDiscardingParticles())
         ReplaceRun(path, std::move(stored));
 }
 
@@ -101,7 +101,7 @@ bool SaveAggregate()
     return true;
 }
 
-bool AskToGoOn()
+bool ConfirmDiscardingParticles()
 {
     if (!viewwindow || !HasUnsavedParticles())
         return true;
@@ -156,7 +156,7 @@ static void ReplaceRun(const std::string &path, StoredAggregate stored)
     UpdateForms();
 }
 
-// "81,233 particles"
+// A number of particles in words: "81,233 particles"
 static std::string CountParticles(int count)
 {
     std::string digits = std::to_string(count);

@@ -6,39 +6,40 @@
 
 #include "archive/aggregate_file.h"
 
-// The main window's title, but for what ShowFileInTitle puts before it.
+// The main window's title; ShowFileInTitle puts a file name before it.
 constexpr const char *kTitle = "Diffusion Limited Aggregation";
 
-// What the window's run has besides the global records.
+// The window's run: what is stored of it besides the global records
 extern RunRecord windowrun;
 
-// The same with the camera as it stands.
+// A copy of windowrun with the current camera
 RunRecord DescribeWindowRun();
 
-// Makes a stored run the window's: paused, and the whole of it in view unless its camera was turned in a window.
+// Makes a stored run the window's run, paused. The camera is the stored one if the run was saved from a window;
+// otherwise the whole aggregate is fitted into the view.
 void ShowAggregate(StoredAggregate stored);
 
-// The file that the window has opened or saved last, which its title names; empty without one.
+// The file that the window has opened or saved last, for the window's title; empty if there is none
 extern std::string windowfile;
 
-// Makes the view window's title name the file, and say whether there are particles that are not in it.
+// Sets the view window's title: the file's name, and "(unsaved)" if it does not have all particles.
 void ShowFileInTitle();
 
-// Asks for an aggregate file, and about unsaved particles, and shows it. A fault is told in a message box, and the run stays
-// as it is.
+// Asks for an aggregate file, asks about unsaved particles, and shows the file. A message box reports a fault; the
+// current run stays then.
 void OpenAggregate();
 
-// Asks for a file, and before it replaces one, and writes the run to it; a name without the ending .h5 gets that of
-// aggregate files. A fault is told in a message box. Returns whether the run is saved.
+// Asks for a file, and before replacing an existing one, and writes the run to it; a name that does not end in .h5
+// gets the extension of aggregate files. A message box reports a fault. Returns whether the run is saved.
 bool SaveAggregate();
 
-// Where the view window has unsaved particles, asks whether to save them first, to discard them, or not to go on. Returns
-// whether to go on: they are saved or discarded, or there are none.
-bool AskToGoOn();
+// If the view window has unsaved particles, asks whether to save them, to discard them, or to cancel. Returns whether
+// to go on: the particles are saved or discarded, or there are none.
+bool ConfirmDiscardingParticles();
 
-// The same where the user closes the window, which cannot be stopped: particles are saved or discarded. Asks nothing where
-// the window closes because the program ends.
+// Asks whether to save or to discard unsaved particles when the user closes the view window, which cannot be
+// cancelled. Asks nothing if the window closes because the program ends.
 void AskBeforeClosing();
 
-// Shows the newest rescue file of the current directory, where there is one and the user wants it.
+// If there are rescue files in the current directory, asks whether to open the newest one.
 void OfferRescue();

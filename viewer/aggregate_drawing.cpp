@@ -12,10 +12,10 @@
 #include "viewer/gl_primitives.h"
 
 constexpr int kTubeFacets = 10;
-// The mode that sets its environment and draws nothing; no menu entry selects it.
+// The mode that only calls CreateEnvironment and draws nothing; no menu entry selects it.
 constexpr int kAggregateNothing = 4;
 
-// Branches between two looks at whether drawing is to stop: some hundredths of a second as tubes.
+// Branches that are drawn between two calls of drawingpart.stops: some hundredths of a second as tubes
 constexpr int kBranchesAtOnce = 2000;
 
 DrawingPart drawingpart;
@@ -23,7 +23,8 @@ DrawingStyle drawingstyle;
 
 namespace
 {
-// The `most` branches of the largest flow: those above `least`, and the first so many that equal it.
+// The `most` branches of the largest flow: those with more than the flow `least`, and the first `equals` branches
+// with exactly that flow
 struct Heaviest {
     explicit Heaviest(int most);
     double least = -HUGE_VAL;
@@ -119,7 +120,7 @@ static void EnableLight(GLenum light, const float position[4])
     glLightfv(light, GL_SPECULAR, specular);
 }
 
-// Whether what has been drawn up to a particle is to be passed to the driver.
+// Whether glFlush is to be called after this particle
 static bool IsFlushDue(int index)
 {
     return drawingstyle.flushafter > 0 && index % drawingstyle.flushafter == 0;
@@ -143,7 +144,7 @@ Heaviest::Heaviest(int most)
         most - static_cast<int>(std::count_if(weights.begin(), last, [this](double w) { return w > least; }));
 }
 
-// Calls draw(i) for each branch that is to be drawn, by its particle's number.
+// Calls draw(i) for each branch that is to be drawn, with the index of its particle, until drawingpart.stops.
 template<typename Draw>
 static void ForEachDrawn(const Heaviest &heaviest, Draw draw)
 {

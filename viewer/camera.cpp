@@ -10,20 +10,20 @@
 
 // Factor of one zoom or dolly step.
 constexpr double kZoomStep = 0.95;
-// Degrees. Tested before a step, so that the aperture can end one step beyond (kept).
+// Limits of the aperture, degrees. They are tested before a step, so the aperture can end one step beyond (kept).
 constexpr double kNarrowest = 1;
 constexpr double kWidest = 90;
-// Room about what is fitted into the view.
+// Size of the view in relation to what is fitted into it
 constexpr double kFitMargin = 1.02;
-// Of what is fitted into the view, how many times as far as the nearest the farthest may be: the clipping planes'
-// ratio is 100.
+// Largest depth of what is fitted into the view, in distances to its nearest point. The far clipping plane is 100
+// times as far away as the near one.
 constexpr double kDeepestView = 80;
-// Of the nearest that is fitted into the view, how many times as far the point of rotation may be: the near plane is
-// at a tenth of its distance.
+// Largest distance to the point of rotation, in distances to the nearest point that is fitted into the view. The near
+// clipping plane is at a tenth of the distance to the point of rotation.
 constexpr double kFarthestPivot = 9;
 
-// How much of a tangent of the view may be wrong where what is drawn is centred, and steps until then at most: more
-// than a few are needed only where the nearest is much nearer than the farthest.
+// Centring ends when the view's tangents change by less than this fraction, or after so many steps. More than a few
+// steps are needed only if the nearest point is much nearer than the farthest.
 constexpr double kCentred = 0.002;
 constexpr int kMostCentringSteps = 40;
 
@@ -31,13 +31,13 @@ namespace
 {
 enum Side { kRight, kLeft, kTop, kBottom, kNear, kFar, kSides };
 
-// How far what is drawn reaches along six directions, from a point.
+// How far everything that is drawn extends from the point of rotation, along six directions
 struct Reach {
     Vector directions[kSides];
     double of[kSides];
 };
 
-// The camera's axes, of unit length, and the tangents of half its angles of view.
+// The camera's axes, of unit length, and the tangents of half its horizontal and vertical angles of view
 struct ViewFrame {
     Vector right, up, ahead;
     double horizontal, vertical;
@@ -45,7 +45,7 @@ struct ViewFrame {
 } // namespace
 
 static void MoveToDistance(double distance);
-static Vector FromPivot(Vector arm);
+static Vector PositionFromPivot(Vector arm);
 static void SwingCamera(double theta, Vector axis, Vector right, double distance);
 static Reach PlaceCamera(bool turning);
 static ViewFrame FindViewFrame();
@@ -99,7 +99,8 @@ void FitCamera()
     Reach reach = FindReach(FindViewFrame(), false);
     camera.pr = camera.pr + (reach.of[kFar] - reach.of[kNear]) / 2 * ahead;
     reach = PlaceCamera(false);
-    // The point of rotation is on the line of sight, in the middle of what is seen if the clipping planes can be so.
+    // Put the point of rotation on the line of sight, in the middle of the depth range unless the near clipping plane
+    // would then cut something off.
     const double nearest = DotProduct(camera.pr - camera.vp, ahead) - reach.of[kNear];
     const double depth = reach.of[kFar] + reach.of[kNear];
     camera.pr = camera.vp + std::min(nearest + depth / 2, kFarthestPivot * nearest) * ahead;
@@ -115,7 +116,7 @@ void FitTurningCamera()
 
 void TurnCamera(double theta)
 {
-    camera.vp = FromPivot(ArbitraryRotate(camera.vp - camera.pr, theta, {0, 0, 1}));
+    camera.vp = PositionFromPivot(ArbitraryRotate(camera.vp - camera.pr, theta, {0, 0, 1}));
     for (Vector *v : {&camera.vd, &camera.vu})
         *v = ArbitraryRotate(*v, theta, {0, 0, 1});
 }
@@ -131,8 +132,9 @@ Vector RightVector()
     return CrossProduct(camera.vd, camera.vu);
 }
 
-// The place at `arm` from the point of rotation. With that at the origin it is `arm` itself, zeros with their signs.
-static Vector FromPivot(Vector arm)
+// The position at `arm` from the point of rotation. Written so that it is exactly `arm`, including the signs of
+// zeros, if the point of rotation is the origin.
+static Vector PositionFromPivot(Vector arm)
 {
     return arm - (Vector{0, 0, 0} - camera.pr);
 }
@@ -142,24 +144,25 @@ static void MoveToDistance(double distance)
 {
     Vector arm = camera.vp - camera.pr;
     Normalise(&arm);
-    camera.vp = FromPivot(distance * arm);
+    camera.vp = PositionFromPivot(distance * arm);
 }
 
-// Turns the view direction by theta radians about an axis and aims at the point of rotation from a distance; the
-// up vector becomes right x vd, not yet of unit length.
+// Turns the view direction by theta radians about an axis, and moves the view point so that the point of rotation is
+// straight ahead at `distance`. The up vector becomes right x vd, not of unit length.
 static void SwingCamera(double theta, Vector axis, Vector right, double distance)
 {
     camera.vd = ArbitraryRotate(camera.vd, theta, axis);
     Normalise(&camera.vd);
-    camera.vp = FromPivot(-distance * camera.vd);
+    camera.vp = PositionFromPivot(-distance * camera.vd);
     camera.vu = CrossProduct(right, camera.vd);
 }
 
-// A point is in view where, in the camera's axes from the view point, |x| <= tangent z and |y| <= tangent z. So each
-// side of the view bounds the view point by how far all points reach beyond the side's plane; two opposite sides
-// together bound its depth, and their difference is the middle between them. With `turning`, by how far they reach
-// while they turn about the point of rotation. That stays, and should be within what is drawn; returns the reach from
-// there.
+// Moves the view point so that everything drawn is in view; with `turning`, so that it stays in view while it turns
+// about the point of rotation. The point of rotation stays, and should be within what is drawn. Returns the reach.
+//
+// A point (x, y, z) in the camera's axes is in view if |x| <= z times the horizontal tangent, and |y| <= z times the
+// vertical one. So the reach along the normal of each side of the view bounds the view point: the sum for two
+// opposite sides gives how far back it must be, and their difference the middle between them.
 static Reach PlaceCamera(bool turning)
 {
     ViewFrame frame = FindViewFrame();
@@ -171,11 +174,11 @@ static Reach PlaceCamera(bool turning)
     const double depth = of[kFar] - nearest;
     double back =
         std::max({width() / frame.horizontal, height() / frame.vertical, depth / kDeepestView - nearest,
-                  growthstate.branchlength / 2 - nearest}); // of the view point, from there
+                  growthstate.branchlength / 2 - nearest}); // from the point of rotation to the view point
     if (turning)
         back = std::max(back, -nearest * kFarthestPivot / (kFarthestPivot - 1));
-    // Where there is room to spare, it is made equal on opposite sides: by the view that would have none to spare from so
-    // far back.
+    // If the view is larger than necessary in one direction, centre what is drawn: use the narrower view that it
+    // would just fill from the distance `back`.
     for (int step = 0; step < kMostCentringSteps; step++) {
         const double horizontal = width() / back, vertical = height() / back;
         if (std::fabs(horizontal - frame.horizontal) <= kCentred * horizontal &&
@@ -202,7 +205,7 @@ static ViewFrame FindViewFrame()
     return {right, CrossProduct(right, camera.vd), camera.vd, vertical * ratio, vertical};
 }
 
-// From the point of rotation.
+// The reach of everything that is drawn; with `turning`, its largest value during a turn about the z axis
 static Reach FindReach(const ViewFrame &frame, bool turning)
 {
     const Vector across = frame.horizontal * frame.ahead;
@@ -230,8 +233,9 @@ static Reach FindReach(const ViewFrame &frame, bool turning)
     return reach;
 }
 
-// All particles, with their thickness where they are tubes, and the corners of the surface where it is drawn.
-// Particles that are not drawn count where nothing else is.
+// Calls consume(centre, radius) for all particles, with their thickness as the radius if they are drawn as tubes,
+// else 0, and for the corners of the surface if it is drawn. Skips particles that are not drawn, unless the surface
+// is not drawn either.
 template<typename Consume>
 static void ForEachDrawnBall(Consume consume)
 {

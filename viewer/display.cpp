@@ -26,29 +26,30 @@
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
-// Where an eye stands, in half eye separations to the right of the view point.
+// Position of an eye, in half eye separations to the right of the view point
 constexpr double kLeftEye = -1;
 constexpr double kMonoEye = 0;
 constexpr double kRightEye = 1;
 
 FrameTime lastframe = {0, 0};
 
-// How long a frame may take while the camera moves or input waits, and for how long after, in seconds.
+// Longest time of a frame while the camera moves or input is waiting, and how long after the last movement the camera
+// counts as moving; seconds
 constexpr double kQuickFrame = 0.1;
 constexpr double kRest = 0.5;
 
 static bool quick = false;
-static bool thinned = false;   // the last frame, or the one being drawn
-static double framestart = 0;  // of the same
-static double moved = 0;       // when the camera was last seen to have moved
-static int shownparticles = 0; // particles that the last frame showed
-// Seconds that a branch took when it was last drawn as an AggregateMode; 0 where it never was.
+static bool thinned = false;   // the current or last frame leaves branches out, or draws tubes as lines
+static double framestart = 0;  // start of the current or last frame
+static double moved = 0;       // time of the last frame before which the camera had moved
+static int shownparticles = 0; // number of particles when the last frame was shown
+// Seconds for a branch when it was last drawn in each AggregateMode; 0 if it has never been.
 static double costs[kAggregateTubes + 1];
 
 static int ChooseBranches();
 static bool IsCaptured();
 static bool Capture();
-static bool IsToBreakOff();
+static bool ShouldAbandonFrame();
 static bool HasCameraMoved();
 static void DrawFrame();
 static void DrawBareFrame();
@@ -97,7 +98,7 @@ bool IsFrameWanted()
            options.boxcountrequest || AreStatisticsShown();
 }
 
-// Sets what the frame draws of the aggregate. Returns the AggregateMode as which branches are drawn.
+// Decides which branches the frame draws. Returns the AggregateMode in which it draws them.
 static int ChooseBranches()
 {
     if (HasCameraMoved())
@@ -110,7 +111,7 @@ static int ChooseBranches()
     if (!thinned)
         return mode;
     const int thinmode = drawingpart.aslines ? int{kAggregateLines} : mode;
-    // Lines take no longer than tubes.
+    // While the time of lines is not known, that of tubes is used: lines take no longer.
     const double cost = costs[thinmode] > 0 ? costs[thinmode] : costs[mode];
     drawingpart.most = static_cast<int>(std::clamp<double>(kQuickFrame / cost, 1, ncells));
     return thinmode;
@@ -121,7 +122,7 @@ static bool IsCaptured()
     return options.recordframes || options.dumpnext;
 }
 
-// Captures the frame where that is asked for. Returns false where it could not be saved.
+// Captures the frame if requested. Returns false if it could not be saved.
 static bool Capture()
 {
     if (!IsCaptured()) {
@@ -133,13 +134,13 @@ static bool Capture()
     return WindowDump("", camera.screenwidth, camera.screenheight, stereo, kImageTGACompressed) != 0;
 }
 
-static bool IsToBreakOff()
+static bool ShouldAbandonFrame()
 {
     return GetRunTime() - framestart > kQuickFrame &&
            (NotedEndSignal() != 0 || (!IsCaptured() && IsInputWaiting(IsPanelShown())));
 }
 
-// Since the last call.
+// Whether the camera has moved since the last call
 static bool HasCameraMoved()
 {
     static Camera last = {};
@@ -157,7 +158,7 @@ void HandleReshape(int width, int height)
 
 static void DrawFrame()
 {
-    drawingpart.stops = viewwindow ? IsToBreakOff : nullptr;
+    drawingpart.stops = viewwindow ? ShouldAbandonFrame : nullptr;
     drawingpart.stopped = false;
     if (camera.stereo == kStereoNone)
         DrawMono();
@@ -165,7 +166,8 @@ static void DrawFrame()
         DrawStereo();
 }
 
-// Focal length, eye separation and clipping planes of the camera follow from its view point here, in every frame.
+// Draws surface and aggregate without overlays. UpdateCameraRange derives focal length, eye separation and clipping
+// planes from the view point in every frame.
 static void DrawBareFrame()
 {
     UpdateCameraRange();
@@ -181,7 +183,7 @@ static void DrawMono()
     DrawOverlays(kMonoEye);
 }
 
-// Each eye sees the aggregate drawn before the surface, the other way round than in mono (kept).
+// For each eye the aggregate is drawn before the surface; in mono it is drawn after the surface (kept).
 static void DrawStereo()
 {
     UpdateCameraRange();
@@ -200,7 +202,7 @@ static void DrawStereo()
     DrawOverlays(kLeftEye);
 }
 
-// Text replaces projection and view, so the boxes behind it need them anew.
+// Text replaces projection and view, so AimEye sets them again before the boxes of a box count are drawn.
 static void DrawOverlays(double eye)
 {
     if (drawingpart.stopped)
@@ -220,8 +222,8 @@ static void ClearBuffer(GLenum buffer)
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-// Sets viewport, projection and view. The two eyes stand half an eye separation to either side of the view
-// point and look in parallel; their frusta are shifted so that they meet at the focal length.
+// Sets viewport, projection and view. The two eyes are half an eye separation to either side of the view
+// point and look in parallel; their frusta are shifted so that they coincide at the focal length.
 static void AimEye(double eye)
 {
     double ratio = static_cast<double>(camera.screenwidth) / static_cast<double>(camera.screenheight);
@@ -244,7 +246,7 @@ static void AimEye(double eye)
     gluLookAt(from.x, from.y, from.z, at.x, at.y, at.z, camera.vu.x, camera.vu.y, camera.vu.z);
 }
 
-// The whole window, or with dual-screen stereo the eye's half of it.
+// Sets the viewport to the whole window, or in dual-screen stereo to the eye's half of the window.
 static void SetViewport(double eye)
 {
     const int half = camera.screenwidth / 2;

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <initializer_list>
 
-// A function whose loops run in wide vectors where the processor has them, with the same results.
+// Marks a function whose loops use AVX2 if the processor has it; the results are the same.
 #ifdef __x86_64__
 #define IN_VECTORS __attribute__((target_clones("avx2", "default")))
 #else
@@ -14,19 +14,20 @@ constexpr int kMostEdges = kMostFacets + 1;
 
 namespace
 {
-// The angles of a cone's edges. All kMostEdges are there; those beyond the last facet are not drawn.
+// The angles of the edges of a cone with m facets. All kMostEdges edges are computed; those after the last facet are
+// not drawn.
 struct Ring {
     double theta1, theta2;
     int m = -1;
     double cosine[kMostEdges], sine[kMostEdges];
-    float share[kMostEdges]; // of the sweep: a texture coordinate
+    float share[kMostEdges]; // fraction of the sweep, used as a texture coordinate
 };
 
 struct Vectors {
     double x[kConesAtOnce], y[kConesAtOnce], z[kConesAtOnce];
 };
 
-// The axes of cones, and unit vectors across them.
+// The axes of cones, and for each two unit vectors p and q perpendicular to it
 struct Frames {
     Vectors axis, p, q;
 };
@@ -121,7 +122,7 @@ void CreateCones(const Cone *cones, const Colour *colours, int count, double the
     }
 }
 
-// The ring of the cones drawn last is kept: most cones in a row share it.
+// Returns the ring for these angles. The last one is remembered, since successive cones mostly have the same ring.
 static const Ring &FindRing(double theta1, double theta2, int m)
 {
     static Ring ring;
@@ -139,7 +140,7 @@ static const Ring &FindRing(double theta1, double theta2, int m)
     return ring;
 }
 
-// Normalise, for loops that run in vectors.
+// As Normalise, in a form that the compiler can vectorise
 static inline Vector UnitVector(Vector v)
 {
     const double length = Modulus(v);
@@ -164,7 +165,7 @@ IN_VECTORS static void FindFrames(int count, Frames *frames)
     }
 }
 
-// At the ring's angles from q towards p.
+// The normals at the ring's angles, which count from q towards p
 IN_VECTORS static void FindNormals(const Ring &ring, const Frames &frames, int index, Normals *normals)
 {
     const Vector p = {frames.p.x[index], frames.p.y[index], frames.p.z[index]};

@@ -1,5 +1,5 @@
-// Bodies drawn in immediate mode. None of the bodies changes any GL state but the current normal and texture
-// coordinates, and the colour of cones that have one.
+// Bodies drawn in immediate mode. They change no GL state except the current normal and texture coordinates, and the
+// current colour if cones have colours.
 
 #pragma once
 
@@ -30,8 +30,8 @@ struct Cone {
 };
 constexpr int kConesAtOnce = 64;
 
-// CreateCone for up to kConesAtOnce of them, which takes less time than one by one. Each has its colour; without colours
-// (null) all have the current one.
+// Draws up to kConesAtOnce cones, faster than CreateCone one by one. Each cone has its own colour; if `colours` is
+// nullptr, all have the current colour.
 void CreateCones(const Cone *cones, const Colour *colours, int count, double theta1, double theta2, int m);
 
 // A colour, a vertex and a normal, passed to GL in single precision.

@@ -131,8 +131,8 @@ void HandleMouse(int button, int state, int x, int y)
     RecordPosition(x, y);
 }
 
-// A release does not clear the recorded button, so a drag with the right button goes on as the last one
-// (kept).
+// Releasing a button does not clear interfacestate.button, so a drag with the right button acts like the last drag
+// with another button (kept).
 void HandleMouseMotion(int x, int y)
 {
     const int dx = x - interfacestate.mousex;
@@ -162,7 +162,7 @@ static void RecordPosition(int x, int y)
     interfacestate.mousey = y;
 }
 
-// A turn by an arrow key, about the up vector or about the right vector; none while shift is held.
+// Handles an arrow key: turns the camera about the up vector or about the right vector, unless shift is held.
 static void Turn(double theta, bool aboutup)
 {
     if (interfacestate.shift)

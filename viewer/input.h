@@ -1,4 +1,4 @@
-// Keys and mouse, as GLUT calls them. They change the camera and the options; the idle driver redraws.
+// GLUT's callbacks for keys and mouse. They change the camera and the options; the idle callback redraws.
 
 #pragma once
 

@@ -49,7 +49,7 @@ struct Entry {
 };
 
 struct Menu {
-    void (*handler)(int); // guarded
+    void (*handler)(int); // made by Guarded
     std::vector<Entry> entries;
 };
 } // namespace
@@ -145,7 +145,7 @@ void HandleMainMenu(int id)
             FitCamera();
         break;
     case kCommandQuit:
-        if (!AskToGoOn())
+        if (!ConfirmDiscardingParticles())
             break;
         DisarmRescue();
         exit(0);
@@ -275,7 +275,7 @@ static std::vector<Entry> SourceEntries()
     return entries;
 }
 
-// Each entry bears the name of the distribution after the one that it selects (kept).
+// Each entry has the name of the distribution that follows the one it selects (kept).
 static std::vector<Entry> RootEntries()
 {
     std::vector<Entry> entries;

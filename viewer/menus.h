@@ -1,9 +1,9 @@
-// The pop-up menu of the right button: every command of the program, and the callbacks of those menus whose
-// choices concern the view.
+// The pop-up menu of the right mouse button, with every command of the program, and the callbacks of the menus that
+// concern the view
 
 #pragma once
 
-// Ids of the main menu's entries. The separators' ids, and all others, do nothing.
+// Ids of the main menu's entries. The ids of the separators, and all other ids, do nothing.
 enum MainCommand {
     kCommandReadSurface = 1,
     kCommandSettings = 2,
@@ -25,16 +25,16 @@ enum MainCommand {
     kCommandQuit = 100
 };
 
-// Builds the menu tree and attaches it to the right button of the current window. In the view window, what reads and saves
-// files stands in a menu of its own.
+// Builds the menu tree and attaches it to the right mouse button in the current window. In the view window, the
+// commands that read and save files are in a menu of their own.
 void CreateMenus();
 
-// Whether a menu is open. Known in the view window alone.
+// Whether a menu is open; only in the view window, otherwise always false.
 bool IsMenuOpen();
 
 void HandleMainMenu(int id);
 void HandleDLAMenu(int mode);
 void HandleSTLMenu(int mode);
 
-// Replaces the constraint surface by the sample of that id, and its drawing.
+// Replaces the constraint surface, and its display list, by the sample with this id.
 void HandleSampleMenu(int id);

@@ -18,11 +18,11 @@
 #include "viewer/picture_request.h"
 #include "viewer/surface_drawing.h"
 
-// The shorter side of a picture, in pixels, for which widths of lines and points count.
-constexpr double kWidthsCountAt = 1000;
-// What is drawn at once: 128 MiB of colours and depths.
+// Length in pixels of a picture's shorter side up to which widths of lines and points are not scaled
+constexpr double kUnscaledPictureSize = 1000;
+// Most samples that are drawn at once: 128 MiB of colours and depths
 constexpr int kMostSamples = 4096 * 4096;
-// Particles that are passed to the driver at once.
+// Particles between two calls of glFlush
 constexpr int kFlushAfter = 2000;
 
 static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height);
@@ -62,7 +62,7 @@ std::string OffScreen::Draw(std::vector<unsigned char> *pixels) const
 
 std::string OffScreen::MakeContext()
 {
-    setenv("EGL_LOG_LEVEL", "fatal", 0); // what is missing is said in one line, below
+    setenv("EGL_LOG_LEVEL", "fatal", 0); // without messages by EGL: the results below report faults
     EGLDisplay surfaceless =
         eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (surfaceless == EGL_NO_DISPLAY || !eglInitialize(surfaceless, nullptr, nullptr))
@@ -78,10 +78,11 @@ std::string OffScreen::MakeContext()
     return "";
 }
 
-// Lines and points keep their part of the picture in larger ones, and are no thinner than asked for in smaller ones.
+// Sets the sizes of lines and points. In pictures above kUnscaledPictureSize they grow with the picture; in smaller ones
+// they stay as requested.
 std::string OffScreen::SetWidths(const PictureRequest &request)
 {
-    const double scale = grid * std::max(1.0, std::min(width, height) / kWidthsCountAt);
+    const double scale = grid * std::max(1.0, std::min(width, height) / kUnscaledPictureSize);
     drawingstyle.linewidth = static_cast<float>(scale * request.linewidth);
     drawingstyle.pointsize = static_cast<float>(scale * request.pointsize);
     drawingstyle.flushafter = kFlushAfter;
@@ -108,7 +109,7 @@ std::string OffScreen::MakeBuffer()
         border = 0;
         tilewidth = grid * width;
         tileheight = grid * height;
-    } else { // whole pixels
+    } else { // tiles of whole pixels
         tilewidth = std::min(width, (columns - 2 * border) / grid) * grid;
         tileheight = std::min(height, (rows - 2 * border) / grid) * grid;
     }
@@ -124,7 +125,7 @@ std::string OffScreen::MakeBuffer()
     return "";
 }
 
-// Gives the frame buffer that is bound a buffer; false where the driver refuses it.
+// Attaches a new render buffer to the bound frame buffer; returns false if the driver refuses it.
 static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height)
 {
     GLuint buffer = 0;
@@ -137,13 +138,13 @@ static bool AttachBuffer(GLenum attachment, GLenum format, int width, int height
             glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE);
 }
 
-// Draws the tile whose lower left sample is so many samples from that of the picture. The whole picture is seen as in a
-// window without stereo.
+// Draws the tile whose lower left sample is at (left, bottom), counted in samples from the lower left of the picture.
+// The whole picture has the same view as a window without stereo.
 void OffScreen::DrawTile(int left, int bottom) const
 {
     const double vertical = camera.nearclip * std::tan(camera.aperture * kDegreesToRadians / 2);
     const double horizontal = vertical * (static_cast<double>(width) / static_cast<double>(height));
-    // Where a sample is on the near plane, in one direction.
+    // The coordinate of a sample on the near clipping plane, in one direction
     const auto at = [](int sample, int all, double half) {
         return -half + 2 * half * (static_cast<double>(sample) / all);
     };
@@ -164,13 +165,13 @@ void OffScreen::DrawTile(int left, int bottom) const
     DrawDLA(options.dlamode);
 }
 
-// Averages the samples of each pixel of the tile.
+// Reads the tile and stores the average of the samples of each of its pixels in *pixels.
 void OffScreen::ReadTile(int left, int bottom, std::vector<unsigned char> *pixels) const
 {
     const int firstx = left / grid, firsty = bottom / grid;
     const int columns = std::min(tilewidth / grid, width - firstx);
     const int rows = std::min(tileheight / grid, height - firsty);
-    const int row = 3 * grid * columns; // bytes of a row of samples
+    const int row = 3 * grid * columns; // bytes in a row of samples
     std::vector<unsigned char> samples(static_cast<std::size_t>(row) * static_cast<std::size_t>(grid));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     for (int y = 0; y < rows; y++) {
@@ -181,7 +182,7 @@ void OffScreen::ReadTile(int left, int bottom, std::vector<unsigned char> *pixel
                                                   static_cast<std::size_t>(firstx));
         for (int k = 0; k < 3 * columns; k++) {
             const int corner = 3 * grid * (k / 3) + k % 3;
-            int sum = grid * grid / 2; // to round
+            int sum = grid * grid / 2; // rounds to the nearest average
             for (int i = 0; i < grid; i++)
                 for (int j = 0; j < grid; j++)
                     sum += samples[corner + i * row + 3 * j];

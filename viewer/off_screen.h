@@ -1,5 +1,5 @@
-// Drawing without a window and without an X server: an OpenGL context of EGL that has no surface, and a frame
-// buffer in it.
+// Drawing without a window and without an X server, in an OpenGL context made by EGL without a surface, with a frame
+// buffer object
 
 #pragma once
 
@@ -16,12 +16,12 @@ public:
     OffScreen(const OffScreen &) = delete;
     OffScreen &operator=(const OffScreen &) = delete;
 
-    // Makes the context and a frame buffer for pictures of a request. Returns what is missing, in words; empty where
-    // nothing is.
+    // Makes the context and a frame buffer for the pictures of a request. Returns what is missing, in words; empty on
+    // success.
     std::string Open(const PictureRequest &request);
 
-    // Draws surface and aggregate as the camera sees them. Three bytes a pixel: red, green, blue; the top row first.
-    // Returns what is wrong, in words; empty where nothing is.
+    // Draws surface and aggregate as the camera sees them. A pixel is three bytes, red, green and blue; the top row
+    // comes first. Returns what went wrong, in words; empty on success.
     std::string Draw(std::vector<unsigned char> *pixels) const;
 
 private:
@@ -33,10 +33,10 @@ private:
 
     void *display = nullptr;
     void *context = nullptr;
-    int width = 0, height = 0; // of a picture, pixels
-    int grid = 0;              // a pixel is the average of grid x grid samples, which are drawn
-    // What is drawn at once, in samples: of a picture that is too large for that, a tile, with a border on all sides
-    // over which lines and points that belong to its neighbours reach into it.
+    int width = 0, height = 0; // size of a picture in pixels
+    int grid = 0;              // a pixel is the average of grid x grid samples; samples are what GL draws
+    // Size in samples of what is drawn at once: the whole picture, or tiles of a picture that is too large for that.
+    // A tile has a border on all sides, so that wide lines and points centred outside of it reach into it.
     int tilewidth = 0, tileheight = 0;
     int border = 0;
 };

@@ -15,7 +15,7 @@
 constexpr int kLineHeight = 13;
 // Pixels from the window's left edge to the information.
 constexpr int kInfoLeft = 10;
-// Characters of a line, and of a line of the information.
+// Most characters in a line of text, and in a line of the information
 constexpr int kLongestLine = 127;
 constexpr int kLongestInfo = 63;
 constexpr int kCircleStep = 5; // degrees
@@ -25,7 +25,7 @@ constexpr int kMarkerFacets = 16;
 
 namespace
 {
-// Lines of text from the window's top down, each cut at a number of characters.
+// Prints lines of text from the window's top down, each cut at `longest` characters.
 class TextColumn
 {
 public:
@@ -51,7 +51,7 @@ private:
 };
 } // namespace
 
-// Draws of the statistics for which they were armed, and that are left; below 0: none.
+// Number of draws of the statistics that was requested, and number that is left; below 0: none
 static int maxduration = 0;
 static int decay = 0;
 
@@ -131,7 +131,7 @@ void DrawGLText(int x, int y, const char *text)
             glutBitmapCharacter(GLUT_BITMAP_8_BY_13, static_cast<unsigned char>(*text));
         }
     }
-    // Without pushes: GL ignores them (kept).
+    // No matrix has been pushed, so GL ignores these calls (kept).
     glPopMatrix();
     glPopMatrix();
 }

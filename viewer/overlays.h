@@ -1,21 +1,22 @@
-// What the display draws over and beside the aggregate.
+// What the display draws besides the aggregate and the surface
 
 #pragma once
 
-// Guide circles of the aggregate's radius, axes, the recorded launch positions, the roots, and the two lights
-// of the tubes, where options.showextras is set.
+// If options.showextras is set, draws guide circles of the aggregate's radius, axes, the recorded launch positions,
+// the roots, and the two lights of the tubes.
 void DrawExtras();
 
-// The parameters and the state of growth as text at the upper left, where options.showinfo is set.
+// If options.showinfo is set, draws the parameters and the state of growth as text at the upper left.
 void DrawInfo();
 
-// With frames above 0, arms the statistics text for that many draws. Else draws it once at the top centre
-// while it is armed, from white to black; it counts draws, so two eyes make it fade twice as fast (kept).
+// With `frames` above 0, makes the statistics appear in the next `frames` draws. With 0, draws the statistics once at
+// the top centre, fading from white to black, if draws are left. In stereo each frame counts as two draws, so the
+// text fades twice as fast (kept).
 void DrawStatistics(int frames);
 
-// Whether it is armed.
+// Whether draws of the statistics are left
 bool AreStatisticsShown();
 
-// Text at a position in window pixels from the lower left corner; a line feed or a carriage return goes on 13
-// pixels lower. Replaces the projection and the view.
+// Draws text at a position in window pixels from the lower left corner; after a line feed or a carriage return the
+// text continues 13 pixels lower. Replaces GL's projection and view.
 void DrawGLText(int x, int y, const char *text);

@@ -17,7 +17,7 @@
 
 namespace
 {
-// Memory that grows as a stream writes to it.
+// A stream that writes to memory
 struct MemoryStream {
     MemoryStream() { stream = open_memstream(&data, &size); }
     ~MemoryStream()
@@ -30,7 +30,7 @@ struct MemoryStream {
     MemoryStream &operator=(const MemoryStream &) = delete;
 
     FILE *stream;
-    char *data = nullptr; // `size` bytes of it once the stream is flushed
+    char *data = nullptr; // valid once the stream has been flushed, as is `size`
     std::size_t size = 0;
 };
 } // namespace
@@ -90,7 +90,7 @@ static void AimCamera(const PictureRequest &request)
     ZoomCamera(request.zoom);
 }
 
-// The lights are infinitely far away.
+// Turns the lights by theta radians about an axis through the origin: they are infinitely far away.
 static void TurnLights(double theta, Vector axis)
 {
     for (float *light : {options.marker1, options.marker2}) {
@@ -132,7 +132,7 @@ static Fault DrawPicture(const std::string &path, const OffScreen &screen)
     return fault.empty() ? WritePNG(path, pixels) : Fault(kFileFault, path + ": cannot be drawn: " + fault);
 }
 
-// The pixels of a picture of the camera's size.
+// Writes the pixels of a picture that has the size of the camera's screen.
 static Fault WritePNG(const std::string &path, const std::vector<unsigned char> &pixels)
 {
     const MemoryStream encoded;
@@ -148,7 +148,7 @@ static Fault WritePNG(const std::string &path, const std::vector<unsigned char> 
     return whole ? WriteWhole(path, encoded) : Fault(kMemoryFault, path + ": not enough memory");
 }
 
-// Signals that end the process wait until the file is there.
+// Writes a file. Signals that end the process are blocked until it is complete.
 static Fault WriteWhole(const std::string &path, const MemoryStream &content)
 {
     sigset_t ends, before;

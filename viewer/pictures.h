@@ -8,10 +8,10 @@
 #include "base/fault.h"
 #include "viewer/picture_request.h"
 
-// The files that are to be written, in order.
+// The paths of all pictures of a request, in order
 std::vector<std::string> PicturePaths(const PictureRequest &request);
 
-// Draws the aggregate and the surface as the camera and the options say, and writes PNG files. Each comes into being
-// whole and at once, with signals held back, so that a process that a signal ends leaves none behind. Throws
-// std::bad_alloc where memory does not suffice; the driver may crash there.
+// Draws the aggregate and the surface with the current camera and options, and writes PNG files. Each file is written
+// at once, with signals blocked, so that a signal never leaves an incomplete file. Throws std::bad_alloc if memory
+// does not suffice; the OpenGL driver may crash instead.
 Fault DrawPictures(const PictureRequest &request);

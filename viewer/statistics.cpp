@@ -9,7 +9,7 @@
 #include "viewer/overlays.h"
 #include "viewer/surface_drawing.h"
 
-// Draws for which the statistics are shown.
+// Number of draws in which the statistics are shown
 constexpr int kShownDraws = 500;
 
 static void DrawBoxes();

@@ -1,11 +1,11 @@
-// The measures of analysis/box_count.h as the program takes and shows them.
+// Takes the measures of analysis/box_count.h in a window, and shows them.
 
 #pragma once
 
-// Adds to the branch distribution and starts a box count.
+// Adds the aggregate to the branch distribution and starts a box count.
 void Statistics();
 
-// While a box count is requested: starts it where `initialise` is nonzero; then tests one box, or with `draw`
-// nonzero draws the occupied boxes of the current level instead. The end of the count shows the statistics
-// for a while.
+// Does nothing unless options.boxcountrequest is set. If `initialise` is nonzero, starts the box count. Then tests
+// one box or, if `draw` is nonzero, draws the occupied boxes of the current level instead. After the last box, the
+// statistics are shown for a while.
 void CalcBoxCount(int initialise, int draw);

@@ -2,7 +2,7 @@
 
 #pragma once
 
-// Draws the surface in a SurfaceMode from a display list. The list is compiled, and not drawn, where
-// `rebuild` is nonzero, which a caller asks for after any change of the surface or its mode; the first call
-// compiles it in any case. kSurfaceOff, and any other value that is no mode, does nothing.
+// Draws the surface in a SurfaceMode from a display list. If `rebuild` is nonzero, compiles the list and does not
+// draw it; required after any change of the surface or its mode. The first call compiles the list in any case. Does
+// nothing for kSurfaceOff and for values that are no mode.
 void DrawSTL(int mode, int rebuild);
