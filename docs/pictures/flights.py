@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Compares aggregates grown in flights with aggregates grown in steps: the table and the pictures of flights.md.
+"""Compares aggregates grown in flights with aggregates grown in steps: flights.csv, and the picture of flights.md.
 
     flights.py SARKELO-GROW FOLDER    grows what is missing into the folder, ten minutes of two cores
 
@@ -7,6 +7,7 @@ Every number of an ensemble is compared by permuting whole aggregates, since the
 a distribution the distance is that of Kolmogorov and Smirnov between the mean distribution functions of both ensembles.
 """
 import concurrent.futures
+import csv
 import pathlib
 import subprocess
 import sys
@@ -33,6 +34,8 @@ WALKS = ("steps", "flights")
 SIZES = (1000, 5000, 20000)
 PERMUTATIONS = 50000
 LEVEL = 0.01
+COLUMNS = ("setting", "measure", "steps", "steps_error", "flights", "flights_error", "difference", "difference_error", "distance",
+           "p", "significant")
 FLOWS = np.geomspace(1e-3, 1e3, 400)
 
 
@@ -83,13 +86,13 @@ def compare(steps, flights, weights):
 
 
 def holm(ps):
-    """Which of the differences stand at the level, over all of them."""
-    stand = np.zeros(len(ps), bool)
+    """Which of the differences are significant at the level, over all of them."""
+    significant = np.zeros(len(ps), bool)
     for rank, k in enumerate(np.argsort(ps)):
         if ps[k] > LEVEL / (len(ps) - rank):
             break
-        stand[k] = True
-    return stand
+        significant[k] = True
+    return significant
 
 
 def ensembles(grow_program, folder):
@@ -129,19 +132,20 @@ def main():
             _, p = compare(*values, weights)
             means = [value.mean() for value in values]
             errors = [value.std(ddof=1) / np.sqrt(len(value)) for value in values]
-            rows.append((case, name, f"{means[0]:.2f} ± {errors[0]:.2f}", f"{means[1]:.2f} ± {errors[1]:.2f}",
-                         f"{means[1] - means[0]:+.2f} ± {np.hypot(*errors):.2f}"))
+            numbers = [means[0], errors[0], means[1], errors[1], means[1] - means[0], np.hypot(*errors)]
+            rows.append([case, name, *(f"{number:.2f}" for number in numbers), ""])
             ps.append(p)
         for name in walks["steps"][0][1]:
             distance, p = compare(*[np.array([one[1][name] for one in walks[walk]]) for walk in WALKS], weights)
-            rows.append((case, name, "", "", f"distance {distance:.4f}"))
+            rows.append([case, name, *[""] * 6, f"{distance:.4f}"])
             ps.append(p)
-    print("| setting | | steps | flights | difference | p | stands at 1 % |\n|---|---|---|---|---|---|---|")
-    last = None
-    for row, p, stands in zip(rows, ps, holm(np.array(ps))):
-        print(f"| {row[0] if row[0] != last else ''} | {' | '.join(row[1:])} | {p:.4f} | {'yes' if stands else 'no'} |")
-        last = row[0]
-    draw(measured, pathlib.Path(__file__).parent / "flights.png")
+    here = pathlib.Path(__file__).parent
+    with open(here.parent / "flights.csv", "w", newline="") as file:
+        writer = csv.writer(file, lineterminator="\n")
+        writer.writerow(COLUMNS)
+        for row, p, significant in zip(rows, ps, holm(np.array(ps))):
+            writer.writerow([*row, f"{p:.4f}", "yes" if significant else "no"])
+    draw(measured, here / "flights.png")
 
 
 def draw(measured, path):
