@@ -3,7 +3,7 @@
 #
 #   docs/gallery/regrow.sh NAME [PICTURE.png]
 #
-# The picture is docs/pictures/gallery-NAME.png unless told otherwise. Needs the release build, or the one that BUILD names,
+# The picture is docs/pictures/gallery-NAME.png unless another file is named. Needs the release build, or the one that BUILD names,
 # and the packages that ./check installs.
 set -eu
 gallery=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

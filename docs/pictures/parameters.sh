@@ -36,7 +36,7 @@ sheet() {
         echo "STL surface, box|source.type=STL surface|surface.sample=Box|surface.scale=[20,20,20]|--surface off"
         ;;
     roots)
-        # The window's entry of a distribution stands one place ahead of it.
+        # The window's entry of a distribution is one place ahead of it.
         while IFS='|' read -r name range; do
             echo "$name|roots.distribution=$range|roots.count=9|roots.range=20|stop.particles=1500|--turn 23|--tilt -23"
         done <<'ROWS'
