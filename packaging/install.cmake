@@ -31,6 +31,7 @@ endforeach()
 
 install_program(sarkelo-grow sarkelo-grow)
 install(FILES docs/recipes.md docs/file-formats.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow COMPONENT sarkelo-grow)
+install(FILES docs/pictures/elsewhere.png DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow/pictures COMPONENT sarkelo-grow)
 file(GLOB recipes docs/gallery/*.toml)
 install(FILES ${recipes} docs/gallery/row.txt examples/radius_by_number.py
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/sarkelo-grow/examples COMPONENT sarkelo-grow)
