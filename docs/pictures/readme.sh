@@ -14,7 +14,7 @@ small_png() {
 
 "$build/sarkelo-grow" --seed 7 --particles 12000 --set drawing.thickness_tip=0.06 --set drawing.thickness_trunk=1 -o a.sarkelo.h5 --quiet
 "$build/sarkelo-view" a.sarkelo.h5 --picture a.png --mode tubes --fit --size 4000x3600
-pngtopnm a.png | pamscale 0.25 | small_png aggregate
+pngtopnm a.png | pamscale 0.2 | pnmtopng -compression 9 2>/dev/null >"$here/aggregate.png"
 
 # The window after a second of growth, seen from further away, and the settings.
 start_window_manager
@@ -27,3 +27,6 @@ wait_for "the settings" has_panel settings
 xdotool windowmove "$(panel settings)" 700 50
 sleep 1
 timeout 20 xwd -silent -root | xwdtopnm 2>/dev/null | pnmcut -width 1113 -height 627 | small_png window
+press settings "Hide"
+key q
+wait "$pid"
