@@ -101,9 +101,8 @@ int CountNextBox()
     try {
         return TestNextBox();
     } catch (const std::bad_alloc &) {
-        fprintf(stderr, "Not enough memory to go on counting boxes\n");
         AbandonLevel();
-        return 1;
+        throw;
     }
 }
 

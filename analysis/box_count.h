@@ -33,6 +33,6 @@ LineFit FitBoxCount(int first);
 int StartBoxCount();
 
 // Tests one box: adds it to stats.boxcount and to boxes if a branch passes through it, as LineInBox says. Returns 1
-// when that was the last box of all: the request is cleared and the drawing modes are restored. The count ends the
-// same way, after a message on standard error, when memory does not suffice. Does nothing without a request.
+// when that was the last box of all: the request is cleared and the drawing modes are restored. When memory does not
+// suffice, the count ends the same way, and std::bad_alloc is thrown. Does nothing without a request.
 int CountNextBox();

@@ -80,8 +80,10 @@ static void Grow()
     const Clock::time_point start = Clock::now();
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
-    for (int left = kMovesPerCall; left > 0;)
+    for (int left = kMovesPerCall; left > 0 && growthstate.running;)
         left -= WalkUntilStick(left);
+    if (!growthstate.running)
+        fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();
 }
 

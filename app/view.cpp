@@ -143,7 +143,7 @@ static Fault MakePictures(ViewCommand *command)
 }
 
 // Draws the pictures in a child process, since OpenGL drivers crash when memory runs out. The child ends when this
-// process ends. Its standard error is passed on unless it crashes.
+// process ends. It reports a fault by its exit status and by the fault's line in a pipe.
 static Fault DrawInChildProcess(const PictureRequest &request)
 {
     const pid_t parent = getpid();
@@ -156,17 +156,18 @@ static Fault DrawInChildProcess(const PictureRequest &request)
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         if (getppid() != parent)
             _exit(kFileFault);
-        dup2(ends[1], STDERR_FILENO);
-        const int status = WithinMemory([&] { return ReportFault(DrawPictures(request)); });
-        fflush(nullptr);
-        _exit(status);
+        _exit(WithinMemory([&] {
+            const Fault fault = DrawPictures(request);
+            [[maybe_unused]] const ssize_t count = write(ends[1], fault.line.data(), fault.line.size());
+            return int{fault.kind};
+        }));
     }
     close(ends[1]);
-    std::string said;
+    std::string line;
     char part[4096];
     for (ssize_t count = 1; count > 0;) {
         count = read(ends[0], part, sizeof part);
-        said.append(part, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        line.append(part, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
     close(ends[0]);
     int status = 0;
@@ -174,8 +175,7 @@ static Fault DrawInChildProcess(const PictureRequest &request)
     if (WIFSIGNALED(status))
         return {kFileFault, request.path + ": cannot be drawn: the OpenGL driver has crashed (" +
                                 strsignal(WTERMSIG(status)) + "), most likely for lack of memory"};
-    fputs(said.c_str(), stderr);
-    return {static_cast<FaultKind>(WEXITSTATUS(status)), ""};
+    return {static_cast<FaultKind>(WEXITSTATUS(status)), line};
 }
 
 // The command line that makes a film of a series of pictures. It limits the film to these pictures, and pads them to
@@ -208,10 +208,10 @@ static std::string QuoteForShell(const std::string &word)
     return quoted + "'";
 }
 
-// Reports a fault and returns its status. A fault with an empty line has been reported already.
+// Reports a fault, if there is one, and returns its status.
 static int ReportFault(const Fault &fault)
 {
-    if (!fault.line.empty())
+    if (fault)
         fprintf(stderr, "sarkelo-view: %s\n", fault.line.c_str());
     return fault.kind;
 }

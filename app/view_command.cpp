@@ -9,6 +9,7 @@
 
 #include "growth/parameters.h"
 #include "growth/state.h"
+#include "recipe/arguments.h"
 
 constexpr int kLargestSize = 8192;
 constexpr int kMostPictures = 9999;
@@ -38,15 +39,12 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         if (word == "-d" || word == "-f" || word == "-s" || word == "-ss")
             command->switches.push_back(word);
         else
-            rest.insert(rest.begin(), word); // the library expects the last one first
+            rest.push_back(word);
     }
     CLI::App app("Shows a diffusion limited aggregate, or makes pictures of it without a screen.",
                  "sarkelo-view");
     PictureRequest picture;
     std::string size, mode, surface, where, lights;
-    char version[32];
-    snprintf(version, sizeof version, "sarkelo-view %g", versionid / 100.0);
-    app.set_version_flag("--version", version, "Print the version");
     app.footer(
         "Switches of the window: -d verbose, -f full screen, -s active stereo, -ss dual-screen stereo.");
     app.add_option("FILE", command->file, "An aggregate file, or a recipe (.toml); without one, a new run")
@@ -80,17 +78,8 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         ->excludes(turntable);
     app.add_flag("--whole", command->whole, "Draw every frame of the window whole, however long it takes");
     app.add_flag("--force", command->overwrites, "Overwrite pictures that exist");
-    try {
-        app.parse(std::move(rest));
-    } catch (const CLI::Success &asked) {
-        app.exit(asked);
+    if (!ReadArguments(&app, std::move(rest), fault))
         return false;
-    } catch (const CLI::ParseError &error) {
-        std::string line = error.what();
-        std::replace(line.begin(), line.end(), '\n', ' ');
-        *fault = {kRequestFault, line + " (see sarkelo-view --help)"};
-        return false;
-    }
     const auto given = std::find_if(ofpictures.begin(), ofpictures.end(),
                                     [](const CLI::Option *option) { return option->count() > 0; });
     if (picture.path.empty() && given != ofpictures.end())

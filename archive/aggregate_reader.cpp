@@ -71,7 +71,8 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     ReadParameters(file, version, stored);
     ReadParticles(file, stored);
     CheckParticles(stored->particles.get(), stored->count);
-    Require(ReadNumber<int>(file, "particles") == stored->count, "particles does not fit");
+    Require(ReadNumber<int>(file, "particles") == stored->count,
+            "particles is not the length of the table of positions");
     const int rootcount = CountRoots(stored->particles.get(), stored->count);
     const auto least = static_cast<uint64_t>(stored->count - rootcount); // one for each particle
     Require(steps >= least && steps <= LONG_MAX, "steps is " + std::to_string(steps) +
@@ -100,9 +101,6 @@ static int FirstVersionWith(const Parameter &parameter)
 // Reads all parameters into stored->values; throws if a value is not allowed.
 static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
 {
-    const Parameter *walk = &ParameterOf(&growthstate.walk);
-    const Parameter *rotation = &ParameterOf(&growthstate.rotation);
-    double turned = 0;
     const Hdf5Object parameters = OpenGroup(file, "parameters");
     for (const Parameter &parameter : Parameters()) {
         const Hdf5Object group = OpenGroup(parameters, parameter.group);
@@ -115,11 +113,10 @@ static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
             value = ReadNumber<double>(group, parameter.key);
         Require(CanBe(parameter, value), std::string(parameter.group) + "/" + parameter.key + " is " +
                                              NumberText(value) + "; allowed: " + AllowedNumbers(parameter));
-        if (&parameter == rotation)
-            turned = value;
-        Require(&parameter != walk || value == int{kWalkSteps} || turned == 0, "flights with a rotation");
         stored->values.push_back(value);
     }
+    if (const char *contradiction = FindContradiction(stored->values))
+        throw Hdf5Fault(contradiction);
 }
 
 static bool CanBe(const Parameter &parameter, double value)
@@ -212,7 +209,8 @@ static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored)
 static void ReadWalk(hid_t file, StoredAggregate *stored)
 {
     const Hdf5Object walk = OpenGroup(file, "walk");
-    Require(CountRows<double>(walk, "launch_positions", {3}) == kSeedRing, "launch_positions does not fit");
+    Require(CountRows<double>(walk, "launch_positions", {3}) == kSeedRing,
+            "walk/launch_positions has the wrong number of rows");
     stored->launches.resize(kSeedRing);
     ReadTable<double>(walk, "launch_positions", kSeedRing, {3},
                       [=](hsize_t i, const double *numbers) { stored->launches[i] = GetVector(numbers); });

@@ -1,5 +1,4 @@
 #include <cmath>
-#include <cstring>
 
 #include "archive/aggregate_file.h"
 #include "archive/format.h"
@@ -32,7 +31,7 @@ static void WriteWalk(hid_t file);
 static void WriteCamera(hid_t file, const RunRecord &run);
 static Fault WriteAll(const std::string &path, const RunRecord &run);
 static void MakeImage(const RunRecord &run, Image *image);
-static int SaveImage(const Image &image, const std::string &path);
+static Fault SaveImage(const Image &image, const std::string &path);
 static Vector PlaceOrOrigin(Vector p);
 
 Fault WriteAggregate(const std::string &path, const RunRecord &run)
@@ -47,26 +46,21 @@ Fault WriteAggregate(const std::string &path, const RunRecord &run)
 
 static Fault WriteAll(const std::string &path, const RunRecord &run)
 {
-    const auto cannot = [&](FaultKind kind, const std::string &why) {
-        return Fault(kind, "Cannot write \"" + path + "\": " + why);
-    };
     try {
         CheckParticles(cells, ncells);
         CheckFaces(stltri, nstltri);
     } catch (const Hdf5Fault &fault) {
-        return cannot(kFileFault, fault.what());
+        return WriteFault(path, fault.what());
     }
-    FreeNeighbourIndex(); // makes room in memory for the image
     Image image;
     try {
         MakeImage(run, &image);
     } catch (const Hdf5Fault &fault) {
-        return cannot(kMemoryFault, std::string("not enough memory for ") + fault.what());
+        return WriteFault(path, std::string("not enough memory for ") + fault.what(), kMemoryFault);
     }
     if (image.bytes == nullptr)
-        return cannot(kMemoryFault, "not enough memory");
-    const int reason = SaveImage(image, path);
-    return reason == 0 ? Fault() : cannot(kFileFault, strerror(reason));
+        return WriteFault(path, "not enough memory", kMemoryFault);
+    return SaveImage(image, path);
 }
 
 // The library calls this in place of freeing the bytes of the file: the Image takes them over.
@@ -194,14 +188,10 @@ static void WriteCamera(hid_t file, const RunRecord &run)
     WriteAttribute(view, "from_window", run.fromwindow ? 1 : 0);
 }
 
-// Returns 0, or the errno value that says why the file could not be written completely.
-static int SaveImage(const Image &image, const std::string &path)
+static Fault SaveImage(const Image &image, const std::string &path)
 {
-    OutputFile output(path.c_str(), true);
-    if (output.Stream() != nullptr) {
+    OutputFile output(path.c_str());
+    if (output.Stream() != nullptr)
         fwrite(image.bytes, 1, image.size, output.Stream());
-        if (output.Finish())
-            return 0;
-    }
-    return output.Reason();
+    return output.Finish();
 }

@@ -12,7 +12,9 @@
 #include <unistd.h>
 
 #include "base/end_signals.h"
+#include "base/output_file.h"
 #include "growth/growth_step.h"
+#include "search/neighbour_search.h"
 
 namespace
 {
@@ -77,6 +79,7 @@ void RescueAggregate()
             if (const char *folder = getenv(variable); folder != nullptr && *folder != '\0')
                 folders.push_back(folder);
         folders.push_back("/tmp");
+        FreeNeighbourIndex(); // makes room in memory for the file
         std::string path;
         if (const Fault fault = WriteRescue(folders, StemOfNow(), getrunrecord(), &path))
             fprintf(stderr, "The aggregate could not be kept: %s\n", fault.line.c_str());
@@ -95,7 +98,7 @@ Fault WriteRescue(const std::vector<std::string> &folders, const std::string &st
     for (const std::string &folder : folders) {
         std::string why;
         if (const int reason = Reserve(folder, stem, path); reason != 0) {
-            why = "Cannot write to \"" + folder + "\": " + strerror(reason);
+            why = WriteFault(folder, strerror(reason)).line;
         } else {
             const Fault unwritten = WriteAggregate(*path, run);
             if (!unwritten)

@@ -47,10 +47,8 @@ std::string DifferenceFromRun(const StoredAggregate &stored)
 {
     const std::span<const Parameter> rows = Parameters();
     for (std::size_t i = 0; i < rows.size(); i++) {
-        const std::string group = rows[i].group;
-        const double value = ParameterValue(rows[i]);
-        if (group != "drawing" && group != "slices" && value != stored.values[i])
-            return group + "." + rows[i].key + " is not the same";
+        if (FindGroup(rows[i].group).affectsgrowth && ParameterValue(rows[i]) != stored.values[i])
+            return std::string(rows[i].group) + "." + rows[i].key + " is not the same";
     }
     if (nstltri != stored.facecount)
         return "the surface is not the same";

@@ -14,17 +14,15 @@ constexpr int kMostTries = 100;
 constexpr mode_t kNewFileMode = 0666; // less the user's mask
 constexpr mode_t kModeBits = 07777;
 
-OutputFile::OutputFile(const char *path, bool silent) : name(path), quiet(silent)
+OutputFile::OutputFile(const char *path) : name(path)
 {
     try {
         Open();
     } catch (const std::bad_alloc &) {
         errno = ENOMEM;
     }
-    if (stream == nullptr) {
+    if (stream == nullptr)
         reason = errno;
-        Report();
-    }
     errno = 0; // from now on, errno is why writing failed
 }
 
@@ -36,10 +34,20 @@ OutputFile::~OutputFile()
     Discard();
 }
 
-bool OutputFile::Finish()
+Fault OutputFile::Finish()
+{
+    return stream != nullptr && Complete() ? Fault() : WriteFault(name, strerror(Reason()));
+}
+
+Fault WriteFault(const std::string &path, const std::string &reason, FaultKind kind)
+{
+    return {kind, "Cannot write \"" + path + "\": " + reason};
+}
+
+bool OutputFile::Complete()
 {
     bool whole = fflush(stream) == 0 && !ferror(stream);
-    if (whole && replaces && !beside.empty())
+    if (whole && replaces && !temporary.empty())
         whole = fsync(fileno(stream)) == 0;
     reason = errno;
     if (fclose(stream) != 0 && whole) {
@@ -47,25 +55,23 @@ bool OutputFile::Finish()
         reason = errno;
     }
     stream = nullptr;
-    if (whole && !beside.empty() && rename(beside.c_str(), target.c_str()) != 0) {
+    if (whole && !temporary.empty() && rename(temporary.c_str(), target.c_str()) != 0) {
         whole = false;
         reason = errno;
     }
-    if (!whole) {
+    if (!whole)
         Discard();
-        Report();
-    }
     return whole;
 }
 
 void OutputFile::Open()
 {
-    if (!OpenBeside())
+    if (!OpenTemporary())
         stream = fopen(name, "w");
 }
 
 // Opens a temporary file in the same folder. Returns false, nothing changed, if the file must be written in place.
-bool OutputFile::OpenBeside()
+bool OutputFile::OpenTemporary()
 {
     struct stat old = {};
     replaces = stat(name, &old) == 0;
@@ -81,7 +87,7 @@ bool OutputFile::OpenBeside()
             return false;
         target = name;
     }
-    if (!CreateBeside())
+    if (!CreateTemporary())
         return false;
     const int file = fileno(stream);
     if (replaces &&
@@ -96,14 +102,14 @@ bool OutputFile::OpenBeside()
     return true;
 }
 
-bool OutputFile::CreateBeside()
+bool OutputFile::CreateTemporary()
 {
     const std::size_t slash = target.rfind('/');
     const std::string folder = slash == std::string::npos ? "" : target.substr(0, slash + 1);
     const std::string stem = folder + ".sarkelo-" + std::to_string(getpid()) + "-";
     for (int number = 0; number < kMostTries; number++) {
-        beside = stem + std::to_string(number);
-        const int file = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+        temporary = stem + std::to_string(number);
+        const int file = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
         if (file < 0 && errno == EEXIST)
             continue;
         stream = file < 0 ? nullptr : fdopen(file, "w");
@@ -115,20 +121,14 @@ bool OutputFile::CreateBeside()
         }
         break;
     }
-    beside.clear();
+    temporary.clear();
     return false;
 }
 
 // Removes the temporary file.
 void OutputFile::Discard()
 {
-    if (!beside.empty())
-        unlink(beside.c_str());
-    beside.clear();
-}
-
-void OutputFile::Report() const
-{
-    if (!quiet)
-        fprintf(stderr, "Cannot write \"%s\": %s\n", name, strerror(Reason()));
+    if (!temporary.empty())
+        unlink(temporary.c_str());
+    temporary.clear();
 }

@@ -183,7 +183,8 @@ static int Finish(const Command &command, const Start &start, GrowthEnd end, Own
             ReportAndKeepFirst(status, {kGrowthFault, "growth has stalled at " + std::to_string(ncells) +
                                                           " particles: none has arrived for 10^9 steps"});
     if (end == kOutOfMemory)
-        status = ReportAndKeepFirst(status, {kMemoryFault, ""}); // growth has reported it
+        status = ReportAndKeepFirst(status, {kMemoryFault, "out of memory: growth stopped at " +
+                                                               std::to_string(ncells) + " particles"});
     if (!command.quiet && status == 0)
         printf("%s: %d particles, radius %g, %.1f s\n", command.output.c_str(), ncells, growthstate.radius,
                run.seconds);
@@ -226,14 +227,10 @@ static int WriteFurtherOutputs(const Command &command, const RunRecord &run)
 
 static Fault Save(const SaveRequest &save)
 {
-    OutputFile file(save.path.c_str(), true);
-    if (file.Stream() != nullptr) {
-        if (!WriteModel(file.Stream(), *save.kind))
-            return {kMemoryFault, save.path + ": not enough memory"};
-        if (file.Finish())
-            return {};
-    }
-    return {kFileFault, "Cannot write \"" + save.path + "\": " + strerror(file.Reason())};
+    OutputFile file(save.path.c_str());
+    if (file.Stream() != nullptr && !WriteModel(file.Stream(), *save.kind))
+        return {kMemoryFault, save.path + ": not enough memory"};
+    return file.Finish();
 }
 
 static Fault WriteSlices(const SliceRequest &slices)
@@ -242,32 +239,22 @@ static Fault WriteSlices(const SliceRequest &slices)
     fs::create_directory(slices.folder, error);
     if (error)
         return {kFileFault, slices.folder + ": " + error.message()};
-    switch (DoSlice(slices.folder, slices.count, slices.normal, nullptr)) {
-    case kSlicesDone:
-        return {};
-    case kSliceUnwritten:
-    case kSliceUnopened:
-        return {kFileFault, ""};
-    case kSlicesOutOfMemory:
-        return {kMemoryFault, ""};
-    }
-    return {};
+    return DoSlice(slices.folder, slices.count, slices.normal, nullptr).fault;
 }
 
 // Reports a fault. Returns `status`, or the status of this fault if there was none before.
 static int ReportAndKeepFirst(int status, const Fault &fault)
 {
-    const int told = ReportFault(fault);
-    return status != 0 ? status : told;
+    const int latest = ReportFault(fault);
+    return status != 0 ? status : latest;
 }
 
-// Reports a fault in one line: control characters in names and values become spaces. A fault with an empty line has
-// been reported already.
+// Reports a fault in one line: control characters in names and values become spaces.
 static int ReportFault(Fault fault)
 {
     std::replace_if(
         fault.line.begin(), fault.line.end(), [](unsigned char c) { return c < ' ' || c == 0x7f; }, ' ');
-    if (!fault.line.empty())
+    if (fault)
         fprintf(stderr, "sarkelo-grow: %s\n", fault.line.c_str());
     return fault.kind;
 }

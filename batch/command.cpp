@@ -11,6 +11,8 @@
 #include "archive/aggregate_file.h"
 #include "growth/parameters.h"
 #include "growth/state.h"
+#include "recipe/arguments.h"
+#include "recipe/keys.h"
 #include "recipe/recipe_text.h"
 
 constexpr std::int64_t kDefaultParticles = 100000;
@@ -38,9 +40,6 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
     Arguments given;
     CLI::App app("Grows a diffusion limited aggregate without a window and keeps it in a file.",
                  "sarkelo-grow");
-    char version[32];
-    snprintf(version, sizeof version, "sarkelo-grow %g", versionid / 100.0);
-    app.set_version_flag("--version", version, "Print the version");
     app.add_option("RECIPE", given.recipe, "What to grow (TOML); without one, the default aggregate")
         ->type_name(" ");
     app.add_option("-o,--output", given.output, "The aggregate file; aggregate.sarkelo.h5 if missing");
@@ -74,17 +73,8 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
     for (CLI::Option *option : app.get_options())
         option->check(
             [](const std::string &value) { return value.empty() ? "an empty value" : std::string(); });
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::Success &asked) {
-        app.exit(asked);
+    if (!ReadArguments(&app, {argv + 1, argv + argc}, fault))
         return false;
-    } catch (const CLI::ParseError &error) {
-        std::string line = error.what();
-        std::replace(line.begin(), line.end(), '\n', ' ');
-        *fault = {kRequestFault, line + " (see sarkelo-grow --help)"};
-        return false;
-    }
     *fault = Interpret(given, command);
     return !*fault;
 }
@@ -132,8 +122,8 @@ static Fault ReadRecipeAndSettings(const Arguments &given, Recipe *recipe)
         if (Fault fault = ReadRecipe(given.recipe, recipe))
             return fault;
     for (const std::string &set : given.sets) {
-        const bool goeson = set.starts_with("stop.") || set.starts_with("drawing.");
-        if (!given.resume.empty() && !goeson)
+        const Key *key = FindKey(set.substr(0, set.find('=')));
+        if (!given.resume.empty() && key != nullptr && FindGroup(key->table).affectsgrowth)
             return {kRequestFault, "--set " + set + ": with --resume only stop and drawing can be set"};
         if (Fault fault = SetInRecipe(set, "--set " + set, recipe))
             return fault;

@@ -1,7 +1,7 @@
 #include "batch/measure.h"
 
 #include <cmath>
-#include <cstring>
+#include <new>
 #include <vector>
 
 #include <nlohmann/json.hpp>
@@ -18,14 +18,32 @@ constexpr int kLeastParticles = 100;
 
 using Json = nlohmann::ordered_json;
 
+static bool Measure(const RunRecord &run, std::string *text);
 static Json DescribeBoxCount();
 static Json DescribeGyration();
 static Json DescribeFit(const LineFit &fit, double first, double last);
 
 Fault WriteStatistics(const std::string &path, const RunRecord &run)
 {
-    if (!CountBranches() || !StartBoxCount())
+    std::string text;
+    try {
+        if (!Measure(run, &text))
+            throw std::bad_alloc();
+    } catch (const std::bad_alloc &) {
         return {kMemoryFault, "not enough memory for the statistics"};
+    }
+    OutputFile file(path.c_str());
+    if (file.Stream() != nullptr)
+        fprintf(file.Stream(), "%s\n", text.c_str());
+    return file.Finish();
+}
+
+// Measures the aggregate, and describes it and its run in JSON. Returns false, or throws std::bad_alloc, when memory
+// does not suffice.
+static bool Measure(const RunRecord &run, std::string *text)
+{
+    if (!CountBranches() || !StartBoxCount())
+        return false;
     while (options.boxcountrequest)
         CountNextBox();
     Json json;
@@ -39,13 +57,8 @@ Fault WriteStatistics(const std::string &path, const RunRecord &run)
     json["branch_distribution"] = stats.branchcount;
     json["box_count"] = DescribeBoxCount();
     json["number_by_radius_of_gyration"] = DescribeGyration();
-    OutputFile file(path.c_str(), true);
-    if (file.Stream() != nullptr) {
-        fprintf(file.Stream(), "%s\n", json.dump(2).c_str());
-        if (file.Finish())
-            return {};
-    }
-    return {kFileFault, "Cannot write \"" + path + "\": " + strerror(file.Reason())};
+    *text = json.dump(2);
+    return true;
 }
 
 static Json DescribeBoxCount()

@@ -8,6 +8,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "base/output_file.h"
+#include "search/neighbour_search.h"
+
 namespace fs = std::filesystem;
 
 static Fault CheckOutput(const std::string &path, bool mayreplace);
@@ -107,7 +110,8 @@ OwnFile::OwnFile(const std::string &name) : path(name)
 Fault OwnFile::Write(const RunRecord &run)
 {
     if (ReadIdentity() != known)
-        return {kFileFault, "Cannot write \"" + path + "\": another program has written it meanwhile"};
+        return WriteFault(path, "another program has written it meanwhile");
+    FreeNeighbourIndex(); // makes room in memory for the file
     Fault fault = WriteAggregate(path, run);
     if (!fault)
         written = true;

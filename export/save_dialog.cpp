@@ -1,6 +1,6 @@
 #include "export/save_dialog.h"
 
-#include <cstring>
+#include <cstdio>
 #include <string>
 
 #include <forms.h>
@@ -16,7 +16,7 @@
 constexpr std::size_t kNameSize = 256;
 
 static void Save(const ModelKind &kind);
-static void ShowFault(const std::string &path, const OutputFile &file);
+static void ShowFault(const Fault &fault);
 static std::string AskForName(const char *title);
 
 void SaveModel(int format, int mode)
@@ -39,20 +39,16 @@ static void Save(const ModelKind &kind)
     const std::string path = AskForName(kind.title);
     if (path.empty())
         return;
-    OutputFile file(path.c_str(), viewwindow);
-    if (file.Stream() == nullptr)
-        return ShowFault(path, file);
-    bool whole = true;
-    const bool enough = WithWaitCursor([&] {
-        if (!WriteModel(file.Stream(), kind.format, kind.mode))
-            return false;
-        whole = file.Finish();
-        return true;
+    const Fault fault = WithWaitCursor([&] {
+        OutputFile file(path.c_str());
+        if (file.Stream() != nullptr && !WriteModel(file.Stream(), kind.format, kind.mode))
+            return Fault(kMemoryFault, "Not enough memory to save the aggregate");
+        return file.Finish();
     });
-    if (!enough)
-        fl_show_message("Memory Error", "Not enough memory to save the aggregate", "The file is not written");
-    else if (!whole)
-        ShowFault(path, file);
+    if (fault.kind == kMemoryFault)
+        fl_show_message("Memory Error", fault.line.c_str(), "The file is not written");
+    else if (fault)
+        ShowFault(fault);
 }
 
 int SaveInformation()
@@ -60,26 +56,26 @@ int SaveInformation()
     const std::string path = AskForName("Text file");
     if (path.empty())
         return 0;
-    OutputFile file(path.c_str(), viewwindow);
-    if (file.Stream() == nullptr) {
-        ShowFault(path, file);
-        return 0;
-    }
-    WriteInformation(file.Stream());
-    if (file.Finish())
+    OutputFile file(path.c_str());
+    const bool opened = file.Stream() != nullptr;
+    if (opened)
+        WriteInformation(file.Stream());
+    const Fault fault = file.Finish();
+    if (!fault)
         return 1;
-    if (viewwindow)
-        ShowFault(path, file);
-    else
+    ShowFault(fault);
+    if (opened && !viewwindow)
         fl_show_message("File Error", "Failed to write simulation information", path.c_str());
     return 0;
 }
 
-// Only in the view window: otherwise OutputFile has printed the fault on standard error.
-static void ShowFault(const std::string &path, const OutputFile &file)
+// In the view window in a message box, else on standard error.
+static void ShowFault(const Fault &fault)
 {
     if (viewwindow)
-        fl_show_message("File Error", ("Cannot write " + path).c_str(), strerror(file.Reason()));
+        fl_show_message("File Error", fault.line.c_str(), "");
+    else
+        fprintf(stderr, "%s\n", fault.line.c_str());
 }
 
 // Returns an empty name if the user cancels or the name is too long.

@@ -20,7 +20,7 @@ struct TracedBranch {
 } // namespace
 
 static std::vector<TracedBranch> ListBranches();
-static SliceResult ProcessSlice(const std::string &folder, int number, const Slab &slab,
+static SliceResult ProcessSlice(const std::string &path, const Slab &slab,
                                 const std::vector<TracedBranch> &branches, FILE *progress);
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab);
 static void ReportBranches(const std::vector<TracedBranch> &branches, FILE *progress);
@@ -31,7 +31,7 @@ SliceResult DoSlice(const std::string &folder, int count, Vector direction, FILE
     const double radius = growthstate.radius;
     try {
         const std::vector<TracedBranch> branches = ListBranches();
-        SliceResult all = kSlicesDone;
+        SliceResult all;
         for (int k = 0; k < count; k++) {
             const Slab slab = {direction, radius - 2.0 * k * radius / count,
                                radius - 2.0 * (k + 1.0) * radius / count};
@@ -39,16 +39,18 @@ SliceResult DoSlice(const std::string &folder, int count, Vector direction, FILE
                 break;
             if (progress != nullptr)
                 fprintf(progress, "Slice %d, distance: %g to %g\n", k, slab.top, slab.bottom);
-            const SliceResult result = ProcessSlice(folder, k, slab, branches, progress);
-            if (result == kSliceUnwritten)
-                all = result;
-            else if (result != kSlicesDone)
-                return result;
+            char name[32];
+            snprintf(name, sizeof name, "slice_%03d.txt", k);
+            const std::string path = folder == "." ? name : folder + "/" + name;
+            SliceResult result = ProcessSlice(path, slab, branches, k == 0 ? progress : nullptr);
+            if (!all.fault || !result.unopened.empty())
+                all = std::move(result);
+            if (!all.unopened.empty())
+                break;
         }
         return all;
     } catch (const std::bad_alloc &) {
-        fprintf(stderr, "Not enough memory to slice the aggregate\n");
-        return kSlicesOutOfMemory;
+        return {{kMemoryFault, "Not enough memory to slice the aggregate"}, ""};
     }
 }
 
@@ -151,27 +153,23 @@ static std::vector<TracedBranch> ListBranches()
     return branches;
 }
 
-static SliceResult ProcessSlice(const std::string &folder, int number, const Slab &slab,
+// Writes one slice. Prints the branches as they are traced to `progress` unless that is nullptr.
+static SliceResult ProcessSlice(const std::string &path, const Slab &slab,
                                 const std::vector<TracedBranch> &branches, FILE *progress)
 {
-    char name[32];
-    snprintf(name, sizeof name, "slice_%03d.txt", number);
-    const std::string path = folder == "." ? name : folder + "/" + name;
     OutputFile file(path.c_str());
     if (file.Stream() == nullptr && file.Reason() == ENOMEM)
-        return kSlicesOutOfMemory; // OutputFile has reported it
-    if (file.Stream() == nullptr) {
-        fprintf(stderr, "Failed to open output slice file \"%s\"\n", path.c_str());
-        return kSliceUnopened;
-    }
-    if (number == 0 && progress != nullptr)
+        throw std::bad_alloc();
+    if (file.Stream() == nullptr)
+        return {file.Finish(), path};
+    if (progress != nullptr)
         ReportBranches(branches, progress);
     {
         TextWriter out(file.Stream());
         for (const TracedBranch &branch : branches)
             TraceBranch(out, branch, slab);
     }
-    return file.Finish() ? kSlicesDone : kSliceUnwritten;
+    return {file.Finish(), ""};
 }
 
 static void TraceBranch(TextWriter &out, const TracedBranch &branch, const Slab &slab)

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "base/fault.h"
 #include "geom/vector.h"
 
 // The space between two parallel planes n.x = bottom and n.x = top, including both planes; n has unit length.
@@ -13,19 +14,16 @@ struct Slab {
     double top, bottom;
 };
 
-// How slicing ended. The first two: every slice was tried. The others: it stopped early, after a message on standard
-// error.
-enum SliceResult {
-    kSlicesDone,
-    kSliceUnwritten,   // every slice was tried, but a file could not be written completely
-    kSliceUnopened,    // a file could not be opened
-    kSlicesOutOfMemory // memory does not suffice
+// How slicing ended
+struct SliceResult {
+    Fault fault;          // the first; none: every slice has been written
+    std::string unopened; // the file that could not be opened, which ends slicing; empty: none
 };
 
 // Cuts the aggregate along a unit direction into `count` slabs of equal thickness, from the aggregate's
 // radius down to its negative, and writes slab k to "slice_%03d.txt" in a folder: one line for each piece of a
 // branch with its two ends, x y z x y z, in the order of ListBranches. Prints its progress to `progress` unless that
-// is nullptr. Reports each file that cannot be written completely on standard error, and goes on with the next slice.
+// is nullptr. Goes on with the next slice after a file that cannot be written completely.
 SliceResult DoSlice(const std::string &folder, int count, Vector direction, FILE *progress);
 
 // Stores the ends of the part of the branch from p to q that is inside a slab in *start and *end, and returns 1;

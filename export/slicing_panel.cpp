@@ -14,7 +14,7 @@ constexpr double kShortestNormal = 1e-5;
 FD_sliceform *sliceform = nullptr;
 
 static void Slice();
-static void ShowFault(SliceResult result);
+static void ShowFault(const SliceResult &result);
 static void Change(const PanelObject &object, const Parameter &parameter);
 
 static FD_sliceform panel;
@@ -72,24 +72,22 @@ static void Slice()
     Normalise(&direction);
     const SliceResult result =
         WithWaitCursor([=] { return DoSlice(".", options.slicecount, direction, stderr); });
-    switch (result) {
-    case kSlicesDone:
-        break;
-    case kSliceUnwritten:
-    case kSliceUnopened:
+    if (result.fault)
         ShowFault(result);
-        break;
-    case kSlicesOutOfMemory:
-        fl_show_message("Memory Error", "Not enough memory to slice the aggregate", "");
-        break;
-    }
 }
 
-// DoSlice has printed the file and the reason on standard error.
-static void ShowFault(SliceResult result)
+static void ShowFault(const SliceResult &result)
 {
-    if (viewwindow)
-        fl_show_message("File Error", "A slice could not be written to the current directory", "");
-    else if (result == kSliceUnopened)
+    const std::string &line = result.fault.line;
+    if (result.fault.kind == kMemoryFault) {
+        fl_show_message("Memory Error", line.c_str(), "");
+    } else if (viewwindow) {
+        fl_show_message("File Error", line.c_str(), "");
+    } else {
+        fprintf(stderr, "%s\n", line.c_str());
+        if (result.unopened.empty())
+            return;
+        fprintf(stderr, "Failed to open output slice file \"%s\"\n", result.unopened.c_str());
         exit(-1);
+    }
 }

@@ -69,17 +69,19 @@ static bool DumpBuffer(GLenum buffer, const char *prefix, const char *name, int 
         counter++;
         path = NameFile(prefix, name, code);
     }
-    OutputFile file(path.text, reported);
-    if (file.Stream() == nullptr) {
-        Report("WindowDump - Failed to open file for window dump\n");
-        errno = file.Reason();
-        return false;
+    OutputFile file(path.text);
+    const bool opened = file.Stream() != nullptr;
+    if (opened) {
+        glReadBuffer(buffer);
+        glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
+        Write_Bitmap(file.Stream(), pixels, width, height, code);
     }
-    glReadBuffer(buffer);
-    glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
-    Write_Bitmap(file.Stream(), pixels, width, height, code);
-    if (file.Finish())
+    const Fault fault = file.Finish();
+    if (!fault)
         return true;
+    Report((fault.line + "\n").c_str());
+    if (!opened)
+        Report("WindowDump - Failed to open file for window dump\n");
     errno = file.Reason();
     return false;
 }

@@ -276,11 +276,9 @@ static void UpdateRadius()
     knownradius = {ncells, growthstate.radius};
 }
 
-// Stops growth for lack of memory, with one message; the user may try again.
+// Stops growth for lack of memory; the user may try again.
 static void StopGrowth()
 {
-    if (growthstate.running)
-        fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     growthstate.running = 0;
 }
 

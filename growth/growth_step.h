@@ -8,8 +8,7 @@
 
 // Launches a walker where one is due, moves it by one step, and makes it a new particle of cells where it
 // sticks. Works on the global records and draws from drand48 and rand. When there is no memory for a new
-// particle, growth stops (growthstate.running = 0) with a message on standard error, and the walker is back
-// where it was before the step.
+// particle, growth stops (growthstate.running = 0), and the walker is back where it was before the step.
 void IterateSystem();
 
 // Repeats IterateSystem, only faster, until a particle has stuck or `most` steps are taken. Returns their number.

@@ -17,6 +17,11 @@ static const char *SurfaceModeName(int mode);
 static int Truncate(double value);
 static double ApplyRule(const Parameter &parameter, double value);
 
+static const ParameterGroup kGroups[] = {
+    {"growth", true, true},   {"roots", true, true}, {"source", true, true},   {"surface", true, true},
+    {"drawing", false, true}, {"stop", false, true}, {"slices", false, false},
+};
+
 static const Parameter kParameters[] = {
     {"growth", "seed", &growthstate.seed, 12345, 0, INT_MAX, kSignDropped, "",
      "Both random generators start from it at every restart."},
@@ -67,6 +72,17 @@ static const Parameter kParameters[] = {
      "The normal of the planes that cut."},
 };
 
+std::span<const ParameterGroup> ParameterGroups()
+{
+    return kGroups;
+}
+
+const ParameterGroup &FindGroup(const char *name)
+{
+    return *std::find_if(std::begin(kGroups), std::end(kGroups),
+                         [=](const ParameterGroup &group) { return strcmp(group.name, name) == 0; });
+}
+
 std::span<const Parameter> Parameters()
 {
     return kParameters;
@@ -94,6 +110,14 @@ bool IsAllowed(const Parameter &parameter, double value)
 {
     const double ruled = ApplyRule(parameter, value);
     return ruled == value || (std::isnan(ruled) && std::isnan(value));
+}
+
+const char *FindContradiction(std::span<const double> values)
+{
+    if (values[ParameterIndex(&growthstate.walk)] == int{kWalkFlights} &&
+        values[ParameterIndex(&growthstate.rotation)] != 0)
+        return "growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can";
+    return nullptr;
 }
 
 void SetParameter(const Parameter &parameter, double value)

@@ -16,6 +16,13 @@ enum ParameterRule {
     kAnyNumber    // it is accepted as it is
 };
 
+// A group of parameters: a table of recipes. [surface] and [stop] have no parameters but keys of their own.
+struct ParameterGroup {
+    const char *name;
+    bool affectsgrowth; // the aggregate depends on it, so a run that is continued must have the same values
+    bool isinrecipes;
+};
+
 struct Parameter {
     const char *group, *key;             // its name in a recipe: [group] key
     std::variant<double *, int *> field; // of growthstate or options
@@ -26,6 +33,10 @@ struct Parameter {
     const char *sentence;
     const char *(*name)(int value) = nullptr; // name of a value, or nullptr; null: no names
 };
+
+// All groups, in the order of recipes
+std::span<const ParameterGroup> ParameterGroups();
+const ParameterGroup &FindGroup(const char *name);
 
 std::span<const Parameter> Parameters();
 
@@ -38,6 +49,9 @@ double ParameterValue(const Parameter &parameter);
 
 // Whether a parameter can have this value: its rule does not change it.
 bool IsAllowed(const Parameter &parameter, double value);
+
+// Why these values, of Parameters() row by row, cannot go together; nullptr if they can.
+const char *FindContradiction(std::span<const double> values);
 
 // Sets a parameter to a number as changed by the parameter's rule.
 void SetParameter(const Parameter &parameter, double value);

@@ -32,8 +32,9 @@ void InitialiseGrowth()
 {
     static bool initialised = false;
     if (!initialised) {
-        for (const char *group : {"growth", "roots", "source", "drawing"})
-            SetDefaults(group);
+        for (const ParameterGroup &group : ParameterGroups())
+            if (group.isinrecipes)
+                SetDefaults(group.name);
         snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
         ResetSeeds();
         initialised = true;

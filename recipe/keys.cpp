@@ -19,19 +19,18 @@ constexpr double kUnbounded = std::numeric_limits<double>::infinity();
 // The largest whole number up to which a double holds all whole numbers
 constexpr double kLargestWhole = 9007199254740992.0;
 
-static const Key kRootKeys[] = {
+// The keys that are not parameters
+static const Key kOtherKeys[] = {
     {"roots", "file", &Recipe::seedfile, 0, 0, "",
      "A seed file: three numbers a root. In place of distribution, count and range."},
-};
-static const Key kSurfaceKeys[] = {
     {"surface", "sample", &Recipe::sample, 0, 0, "", "A built-in surface that branches do not cross."},
     {"surface", "file", &Recipe::surfacefile, 0, 0, "", "An STL file in place of a built-in surface."},
     {"surface", "rotate", &Recipe::rotate, -kUnbounded, kUnbounded, "degrees",
      "Turns the surface about the x, then the y, then the z axis; first of the three."},
-    {"surface", "scale", &Recipe::scale, -kUnbounded, kUnbounded, "", "Scales it along the three axes."},
-    {"surface", "shift", &Recipe::shift, -kUnbounded, kUnbounded, "length", "Shifts it, last."},
-};
-static const Key kStopKeys[] = {
+    {"surface", "scale", &Recipe::scale, -kUnbounded, kUnbounded, "",
+     "Scales the surface along the three axes."},
+    {"surface", "shift", &Recipe::shift, -kUnbounded, kUnbounded, "length",
+     "Shifts the surface along the three axes; last of the three."},
     {"stop", "particles", &Recipe::particles, 1, INT_MAX, "", "Growth stops at so many particles."},
     {"stop", "steps", &Recipe::steps, 1, kLargestWhole, "", "Growth stops after so many steps of walkers."},
     {"stop", "minutes", &Recipe::minutes, 0, kUnbounded, "minutes", "Growth stops after so long a time.",
@@ -47,20 +46,15 @@ const std::vector<Key> &Keys()
 {
     static const std::vector<Key> keys = [] {
         std::vector<Key> all;
-        const auto append = [&](const char *group, std::span<const Key> others) {
-            const std::span<const Parameter> rows = Parameters();
-            for (std::size_t i = 0; i < rows.size(); i++)
-                if (strcmp(rows[i].group, group) == 0)
+        const std::span<const Parameter> rows = Parameters();
+        for (const ParameterGroup &group : ParameterGroups()) {
+            for (std::size_t i = 0; i < rows.size() && group.isinrecipes; i++)
+                if (strcmp(rows[i].group, group.name) == 0)
                     all.push_back({rows[i].group, rows[i].key, i, rows[i].low, rows[i].high, rows[i].unit,
                                    rows[i].sentence});
-            all.insert(all.end(), others.begin(), others.end());
-        };
-        append("growth", {});
-        append("roots", kRootKeys);
-        append("source", {});
-        append("surface", kSurfaceKeys);
-        append("drawing", {});
-        append("stop", kStopKeys);
+            std::copy_if(std::begin(kOtherKeys), std::end(kOtherKeys), std::back_inserter(all),
+                         [&](const Key &key) { return strcmp(key.table, group.name) == 0; });
+        }
         return all;
     }();
     return keys;

@@ -36,10 +36,11 @@ Fault StartRun(const Recipe &recipe)
     if (Fault fault = CheckRecipe(recipe))
         return fault;
     InitialiseGrowth();
-    SetDefaults("roots");
-    for (const char *group : {"growth", "source", "drawing"}) {
-        SetDefaults(group);
-        ApplyGroup(recipe, group);
+    for (const ParameterGroup &group : ParameterGroups()) {
+        if (group.isinrecipes)
+            SetDefaults(group.name);
+        if (strcmp(group.name, "roots") != 0) // StartRoots sets these, in its own order
+            ApplyGroup(recipe, group.name);
     }
     if (Fault fault = StartSurface(recipe))
         return fault;
@@ -180,12 +181,8 @@ static Fault CheckGrowth(const Recipe &recipe)
     };
     if (ncells == 0)
         return never("roots.count", "there is no root");
-    if (growthstate.walk == kWalkFlights && growthstate.rotation != 0)
-        return {kRequestFault, recipe.PlaceOf("growth.rotation") +
-                                   ": growth.rotation is not 0, and flights cannot be turned; growth.walk "
-                                   "\"steps\" can"};
     if (growthstate.branchlength > kFarthestPartner)
-        return never("growth.branch_length", "no particle is found that is 1e16 away or farther");
+        return never("growth.branch_length", "particles farther away than 1e16 are never found");
     const double launchradius = LaunchRadius();
     if (!(launchradius < kFarthestLaunch * growthstate.branchlength))
         return never(recipe.seedfile.empty() ? "roots.range" : "roots.file",

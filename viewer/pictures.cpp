@@ -156,15 +156,10 @@ static Fault WriteWhole(const std::string &path, const MemoryStream &content)
     for (const int number : {SIGHUP, SIGINT, SIGTERM})
         sigaddset(&ends, number);
     sigprocmask(SIG_BLOCK, &ends, &before);
-    Fault fault = {kFileFault, ""};
-    {
-        OutputFile file(path.c_str());
-        if (file.Stream() != nullptr) {
-            fwrite(content.data, 1, content.size, file.Stream());
-            if (file.Finish())
-                fault = {};
-        }
-    }
+    OutputFile file(path.c_str());
+    if (file.Stream() != nullptr)
+        fwrite(content.data, 1, content.size, file.Stream());
+    Fault fault = file.Finish();
     sigprocmask(SIG_SETMASK, &before, nullptr);
     return fault;
 }

@@ -1,5 +1,8 @@
 #include "viewer/statistics.h"
 
+#include <cstdio>
+#include <new>
+
 #include <GL/gl.h>
 #include <forms.h>
 
@@ -13,6 +16,7 @@
 constexpr int kShownDraws = 500;
 
 static void DrawBoxes();
+static bool CountBox();
 
 void Statistics()
 {
@@ -32,9 +36,20 @@ void CalcBoxCount(int initialise, int draw)
         return;
     if (draw) {
         DrawBoxes();
-    } else if (CountNextBox()) {
+    } else if (CountBox()) {
         DrawStatistics(kShownDraws);
         DrawSTL(options.surfacemode, 1); // the surface may have changed while it was hidden
+    }
+}
+
+// Returns whether the count has ended.
+static bool CountBox()
+{
+    try {
+        return CountNextBox() != 0;
+    } catch (const std::bad_alloc &) {
+        fputs("Not enough memory to go on counting boxes\n", stderr);
+        return true;
     }
 }
 
