@@ -1,18 +1,12 @@
 // Growth against its floor and its chain, side by side: after every batch of growth steps, as many of each.
 
-#include <algorithm>
-#include <climits>
-#include <cmath>
 #include <cstdio>
 #include <string>
-#include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "aggregate.h"
-#include "base/array.h"
 #include "floor.h"
-#include "growth/generators.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
@@ -103,42 +97,6 @@ static void BM_Surface(benchmark::State &state, Setting with)
     }
 }
 
-// What a surface adds to a step, at the same aggregate: from time to time while 20,000 particles grow within
-// the surface, the same walker goes on for some steps with the surface and without it, and the aggregate is
-// put back.
-static void BM_SurfaceInPlace(benchmark::State &state, Setting with)
-{
-    constexpr int kStepsEach = 20000;
-    for (auto _ : state) {
-        Start(with);
-        const int faces = nstltri;
-        double seconds[2] = {0, 0};
-        for (int particles = 1000; particles <= 20000; particles += 1000) {
-            GrowOn(particles, 1L << 60);
-            const std::vector<Particle> grown(cells, cells + ncells);
-            const GrowthState grownstate = growthstate;
-            for (const int surface : {0, 1, 0, 1}) {
-                SeedGenerators(1);
-                nstltri = surface ? faces : 0;
-                GrowOn(INT_MAX, 100); // brings the index up to date
-                const double start = ProcessorSeconds();
-                GrowOn(INT_MAX, kStepsEach);
-                seconds[surface] += ProcessorSeconds() - start;
-                std::copy(grown.begin(), grown.end(), cells);
-                ncells = static_cast<int>(grown.size());
-                growthstate = grownstate;
-                ForgetAggregate();
-            }
-            nstltri = faces;
-        }
-        state.SetIterationTime(seconds[1]);
-        state.counters["faces"] = nstltri;
-        state.counters["ns_per_step"] = 1e9 * seconds[1] / (40.0 * kStepsEach);
-        state.counters["without_ns"] = 1e9 * seconds[0] / (40.0 * kStepsEach);
-        state.counters["ratio"] = seconds[1] / seconds[0];
-    }
-}
-
 // The idle call (100 steps) after a change at 100,000 particles, against one before it.
 static void BM_ChangeBranchLength(benchmark::State &state)
 {
@@ -198,9 +156,6 @@ static const bool registered = [] {
     const Setting million = {.name = "", .latitudes = 500, .surfaceradius = 40};
     setup(benchmark::RegisterBenchmark("surface/sphere_of_5040_faces", BM_Surface, sample));
     setup(benchmark::RegisterBenchmark("surface/sphere_of_a_million_faces", BM_Surface, million));
-    setup(benchmark::RegisterBenchmark("surface_in_place/sphere_of_5040_faces", BM_SurfaceInPlace, sample));
-    setup(benchmark::RegisterBenchmark("surface_in_place/sphere_of_a_million_faces", BM_SurfaceInPlace,
-                                       million));
     benchmark::RegisterBenchmark("change_branch_length", BM_ChangeBranchLength)
         ->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("restart", BM_Restart)->Unit(benchmark::kMillisecond);

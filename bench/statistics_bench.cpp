@@ -1,11 +1,8 @@
-// The branch distribution, and box counts against as many idle calls that do nothing: the calls alone, and as
-// the toolkit's loop makes them, for which a display is needed. Nothing is drawn.
+// The branch distribution, and box counts against as many idle calls that do nothing. Nothing is drawn.
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
-#include <GL/freeglut.h>
 #include <benchmark/benchmark.h>
 
 #include "aggregate.h"
@@ -76,58 +73,5 @@ static void CountBoxes(benchmark::State &state)
     state.counters["levels"] = last + 1;
 }
 
-// A box count in the toolkit's loop, then as many idle calls.
-static struct {
-    long calls, left;
-    double start, middle, end;
-} loop;
-
-static void CountInLoop()
-{
-    HandleIdle();
-    if (options.boxcountrequest) {
-        loop.calls++;
-        return;
-    }
-    if (loop.left == 0) {
-        loop.middle = Now();
-        loop.left = loop.calls + 1;
-    }
-    if (--loop.left == 0) {
-        loop.end = Now();
-        glutIdleFunc(nullptr);
-        glutLeaveMainLoop();
-    }
-}
-
-static void CountBoxesInTheLoop(benchmark::State &state)
-{
-    if (getenv("DISPLAY") == nullptr) {
-        state.SkipWithError("no display");
-        return;
-    }
-    Grow(static_cast<int>(state.range(0)));
-    int argc = 1;
-    char name[] = "statistics_bench";
-    char *argv[] = {name, nullptr};
-    glutInit(&argc, argv);
-    glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_GLUTMAINLOOP_RETURNS);
-    glutCreateWindow(name);
-    glutDisplayFunc([] {});
-    double counting = 0, idling = 0;
-    for (auto _ : state) {
-        loop = {};
-        StartBoxCount();
-        glutIdleFunc(CountInLoop);
-        loop.start = Now();
-        glutMainLoop();
-        counting += loop.middle - loop.start;
-        idling += loop.end - loop.middle;
-    }
-    state.counters["ns a call"] = 1e9 * counting / static_cast<double>(loop.calls * state.iterations());
-    state.counters["ratio"] = counting / idling;
-}
-
 BENCHMARK(CountMany)->Arg(10000)->Arg(100000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(CountBoxes)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
-BENCHMARK(CountBoxesInTheLoop)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -204,21 +204,12 @@ static void DrawTubes()
     const BranchThickness thickness;
     const Heaviest heaviest(drawingpart.most);
     const ParticleColours colours(kAggregateTubes);
-    Cone cones[kConesAtOnce];
-    Colour conecolours[kConesAtOnce];
-    int count = 0;
-    const auto draw = [&] {
-        CreateCones(cones, conecolours, count, 0, kTwoPi, kTubeFacets);
-        count = 0;
-    };
     ForEachDrawn(heaviest, [&](int i) {
         const int parent = cells[i].parent;
-        cones[count] = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
-        conecolours[count] = colours.Of(i);
-        if (++count == kConesAtOnce)
-            draw();
+        SetColour(colours.Of(i));
+        CreateCone(cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i), 0, kTwoPi,
+                   kTubeFacets);
         if (IsFlushDue(i))
             glFlush();
     });
-    draw();
 }

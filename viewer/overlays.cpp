@@ -184,7 +184,7 @@ static void DrawRoots()
 {
     for (int i = 0; i < std::min(growthstate.nroots, ncells); i++) {
         SetColour(ChooseColour(i, 1));
-        CreateSimpleSphere(cells[i].p, growthstate.branchlength / 5, kMarkerFacets, 0);
+        CreateSimpleSphere(cells[i].p, growthstate.branchlength / 5, kMarkerFacets);
     }
 }
 
@@ -192,5 +192,5 @@ static void DrawLights()
 {
     glColor3f(1, 1, 1);
     for (const float *marker : {options.marker1, options.marker2})
-        CreateSimpleSphere({marker[0], marker[1], marker[2]}, growthstate.branchlength / 5, kMarkerFacets, 0);
+        CreateSimpleSphere({marker[0], marker[1], marker[2]}, growthstate.branchlength / 5, kMarkerFacets);
 }

@@ -57,5 +57,5 @@ static void DrawBoxes()
 {
     glColor3f(0.5F, 1, 0.5F);
     for (int i = 0; i < nboxes; i++)
-        CreateBox(boxes[i].lower, boxes[i].upper, 0);
+        CreateBox(boxes[i].lower, boxes[i].upper);
 }
