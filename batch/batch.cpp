@@ -32,13 +32,15 @@ namespace
 struct Start {
     RunRecord run;
     bool ownoutput = false, owncheckpoint = false; // the existing file is this run's
-    std::string from;                              // the file that the run continues; empty: a new run
+    std::string continuedfile;                     // the file that the run continues; empty: a new run
 };
 } // namespace
 
 static Fault FindStart(const Command &command, Start *start);
 static Fault CheckStop(const Recipe &recipe);
 static Fault ContinueRun(const Command &command, Start *start);
+static Fault LookFor(const std::string &path, bool overwrites, bool *own, Start *start,
+                     StoredAggregate *furthest);
 static int GrowAndWrite(const Command &command, Start *start);
 static int Finish(const Command &command, const Start &start, GrowthEnd end, OwnFile *output,
                   OwnFile *checkpoint);
@@ -89,7 +91,7 @@ static Fault FindStart(const Command &command, Start *start)
     if (Fault fault = ReadAggregate(command.resume, &stored))
         return fault;
     start->run = stored.run;
-    start->from = command.resume;
+    start->continuedfile = command.resume;
     start->ownoutput = IsSamePlace(command.resume, command.output);
     start->owncheckpoint = start->ownoutput && command.checkpoint == command.output;
     ResumeRun(std::move(stored));
@@ -107,45 +109,49 @@ static Fault CheckStop(const Recipe &recipe)
                                std::to_string(recipe.particles) + " particles at which growth stops"};
 }
 
-// Continues from the output or the checkpoint, whichever has more steps. A file that exists must be of this run.
+// Continues from the output or the checkpoint, whichever has more steps.
 static Fault ContinueRun(const Command &command, Start *start)
 {
     StoredAggregate furthest;
-    const auto look = [&](const std::string &path, bool *own) {
-        std::error_code error;
-        if (!fs::exists(path, error))
-            return Fault();
-        StoredAggregate stored;
-        if (Fault fault = ReadAggregate(path, &stored)) {
-            if (!command.overwrites)
-                return fault;
-            ReportFault({kFileFault, fault.line + "; it is overwritten"});
-            return Fault();
-        }
-        const std::string difference = DifferenceFromRun(stored);
-        if (!difference.empty())
-            return Fault(kRequestFault, path + ": cannot be continued: " + difference);
-        *own = true;
-        if (start->from.empty() || stored.state.steptotal > furthest.state.steptotal) {
-            furthest = std::move(stored);
-            start->from = path;
-        }
-        return Fault();
-    };
-    if (Fault fault = look(command.output, &start->ownoutput))
+    if (Fault fault = LookFor(command.output, command.overwrites, &start->ownoutput, start, &furthest))
         return fault;
-    start->owncheckpoint = start->ownoutput;
-    if (command.checkpoint != command.output) {
-        start->owncheckpoint = false;
-        if (Fault fault = look(command.checkpoint, &start->owncheckpoint))
-            return fault;
-    }
-    if (start->from.empty())
+    if (command.checkpoint == command.output)
+        start->owncheckpoint = start->ownoutput;
+    else if (Fault fault =
+                 LookFor(command.checkpoint, command.overwrites, &start->owncheckpoint, start, &furthest))
+        return fault;
+    if (start->continuedfile.empty())
         return {};
     start->run = furthest.run;
     ResumeRun(std::move(furthest));
     SetDefaults("drawing");
     ApplyGroup(command.recipe, "drawing");
+    return {};
+}
+
+// Reads the aggregate at `path`, if there is one, and stores it in *furthest if it has more steps than the one there.
+// Returns a fault unless it is of this run, or is unreadable and to be overwritten.
+static Fault LookFor(const std::string &path, bool overwrites, bool *own, Start *start,
+                     StoredAggregate *furthest)
+{
+    std::error_code error;
+    if (!fs::exists(path, error))
+        return {};
+    StoredAggregate stored;
+    if (Fault fault = ReadAggregate(path, &stored)) {
+        if (!overwrites)
+            return fault;
+        ReportFault({kFileFault, fault.line + "; it is overwritten"});
+        return {};
+    }
+    const std::string difference = DifferenceFromRun(stored);
+    if (!difference.empty())
+        return {kRequestFault, path + ": cannot be continued: " + difference};
+    *own = true;
+    if (start->continuedfile.empty() || stored.state.steptotal > furthest->state.steptotal) {
+        *furthest = std::move(stored);
+        start->continuedfile = path;
+    }
     return {};
 }
 
@@ -162,7 +168,7 @@ static int GrowAndWrite(const Command &command, Start *start)
     const GrowthEnd end = Grow(plan, &start->run);
     // With --continue, the output of a run that was already finished is not written again.
     const bool unchanged =
-        command.continues && growthstate.steptotal == before && start->from == command.output;
+        command.continues && growthstate.steptotal == before && start->continuedfile == command.output;
     return Finish(command, *start, end, unchanged ? nullptr : &output,
                   &checkpoint == &output ? nullptr : &checkpoint);
 }

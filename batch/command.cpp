@@ -164,12 +164,15 @@ static Fault ReadSaves(const Arguments &given, Command *command)
         const auto kind = std::find_if(kinds.begin(), kinds.end(), [&](const ModelKind &known) {
             return named ? before == known.name : extension == known.extension;
         });
-        if (kind == kinds.end() || path.empty())
-            return {kRequestFault, "--save " + save + ": " +
-                                       (path.empty() ? "no file is named"
-                                        : named      ? "unknown kind " + before
-                                                     : "unknown extension \"" + extension + "\"") +
-                                       "; " + ListKinds()};
+        std::string wrong;
+        if (path.empty())
+            wrong = "no file is named";
+        else if (kind == kinds.end() && named)
+            wrong = "unknown kind " + before;
+        else if (kind == kinds.end())
+            wrong = "unknown extension \"" + extension + "\"";
+        if (!wrong.empty())
+            return {kRequestFault, "--save " + save + ": " + wrong + "; " + ListKinds()};
         command->saves.push_back({&*kind, path});
     }
     return {};

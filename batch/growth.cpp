@@ -34,10 +34,14 @@ GrowthEnd Grow(const GrowthPlan &plan, RunRecord *run)
         run->seconds = before + elapsed;
         if (stops.minutes > 0 && elapsed >= 60 * stops.minutes)
             break;
-        if (NotedEndSignal() != 0 || !growthstate.running || growthstate.stepcount >= plan.stallsteps) {
-            end = NotedEndSignal() != 0 ? kSignalled : !growthstate.running ? kOutOfMemory : kStalled;
+        if (NotedEndSignal() != 0)
+            end = kSignalled;
+        else if (!growthstate.running)
+            end = kOutOfMemory;
+        else if (growthstate.stepcount >= plan.stallsteps)
+            end = kStalled;
+        if (end != kStopReached)
             break;
-        }
         progress.Report(elapsed);
         if (plan.checkpointminutes > 0 && elapsed >= checkpointdue) {
             SettleFlows();

@@ -16,6 +16,7 @@ double TimeFloor(long steps)
     static Vector pos = {0, 0, 0};
     if (Modulus(pos) > 2 * growthstate.branchlength + growthstate.radius)
         pos = {0, 0, 0};
+    const SineCosine theta = FindSineCosine(growthstate.rotation * kDegreesToRadians);
     const double start = Now();
     double sum = 0;
     for (long step = 0; step < steps; step++) {
@@ -45,7 +46,7 @@ double TimeFloor(long steps)
             pos = pos - (growthstate.branchlength * growthstate.bias * 0.01) * towards;
         }
         if (growthstate.rotation != 0)
-            pos = ArbitraryRotate(pos, growthstate.rotation * kDegreesToRadians, Vector{0, 0, 1});
+            pos = ArbitraryRotate(pos, theta, Vector{0, 0, 1});
         sum += drand48();
     }
     kept = sum + pos.x;

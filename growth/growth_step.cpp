@@ -104,7 +104,7 @@ static int WalkFreely(int most)
 }
 
 // Moves a walker by a step. Returns false, with the walker unmoved, if the step would leave the launch sphere.
-[[gnu::always_inline]] static inline bool MoveWalker(Vector *pos)
+static inline bool MoveWalker(Vector *pos)
 {
     const Vector undo = *pos;
     MoveAtRandom(pos);
@@ -159,7 +159,7 @@ static void LaunchWalker()
     nseeds++;
 }
 
-[[gnu::always_inline]] static inline void MoveAtRandom(Vector *pos)
+static inline void MoveAtRandom(Vector *pos)
 {
     Vector step;
     step.x = DrawUniform() - 0.5;

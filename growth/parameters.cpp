@@ -173,7 +173,8 @@ const char *SwitchName(int value)
 
 static const char *WalkName(int walk)
 {
-    return walk == kWalkSteps ? "steps" : walk == kWalkFlights ? "flights" : nullptr;
+    static const char *const names[] = {"steps", "flights"};
+    return walk >= kWalkSteps && walk <= kWalkFlights ? names[walk - kWalkSteps] : nullptr;
 }
 
 static const char *AggregateModeName(int mode)

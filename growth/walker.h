@@ -61,8 +61,7 @@ inline double DriftLength()
 }
 
 // Moves a walker by a length away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
-// Inlined always: the loop of steps is slower with a call.
-[[gnu::always_inline]] inline void DriftBy(double length, Vector *pos)
+inline void DriftBy(double length, Vector *pos)
 {
     const int nplaced = std::min(growthstate.nroots, ncells);
     if (!(growthstate.bias > 0) || nplaced < 1)

@@ -101,22 +101,22 @@ static std::size_t EditDistance(std::string_view a, std::string_view b)
 
 std::string AllowedValues(const Key &key)
 {
-    const auto *row = std::get_if<std::size_t>(&key.place);
+    const auto *row = std::get_if<std::size_t>(&key.target);
     if (row != nullptr && Parameters()[*row].name != nullptr)
         return AllowedNames(Parameters()[*row]);
-    if (std::holds_alternative<std::string Recipe::*>(key.place)) {
-        if (key.place != Place(&Recipe::sample))
+    if (std::holds_alternative<std::string Recipe::*>(key.target)) {
+        if (key.target != KeyTarget(&Recipe::sample))
             return "the path of a file";
         std::string names;
         for (const Sample &sample : Samples())
             names += (names.empty() ? "" : ", ") + QuotedText(sample.name);
         return names;
     }
-    const bool whole = row != nullptr ? std::holds_alternative<int *>(Parameters()[*row].field)
-                                      : std::holds_alternative<std::int64_t Recipe::*>(key.place);
-    std::string text = std::holds_alternative<Vector Recipe::*>(key.place) ? "three numbers"
-                       : whole                                             ? "whole numbers"
-                                                                           : "numbers";
+    const bool iswhole = std::holds_alternative<std::int64_t Recipe::*>(key.target) ||
+                         (row != nullptr && std::holds_alternative<int *>(Parameters()[*row].field));
+    std::string text = iswhole ? "whole numbers" : "numbers";
+    if (std::holds_alternative<Vector Recipe::*>(key.target))
+        text = "three numbers";
     if (key.openlow)
         text += " above " + NumberText(key.low);
     else if (key.low > -kUnbounded)
@@ -146,18 +146,18 @@ static std::string ParameterText(const Parameter &parameter, double value)
 
 std::string ValueText(const Key &key, const Recipe &recipe)
 {
-    if (const std::size_t *row = std::get_if<std::size_t>(&key.place))
+    if (const std::size_t *row = std::get_if<std::size_t>(&key.target))
         return ParameterText(Parameters()[*row], recipe.values[*row]);
-    if (const auto *whole = std::get_if<std::int64_t Recipe::*>(&key.place))
+    if (const auto *whole = std::get_if<std::int64_t Recipe::*>(&key.target))
         return std::to_string(recipe.**whole);
-    if (const auto *any = std::get_if<double Recipe::*>(&key.place))
+    if (const auto *any = std::get_if<double Recipe::*>(&key.target))
         return NumberText(recipe.**any);
-    if (const auto *vector = std::get_if<Vector Recipe::*>(&key.place)) {
+    if (const auto *vector = std::get_if<Vector Recipe::*>(&key.target)) {
         const Vector v = recipe.**vector;
         return std::string("[") + NumberText(v.x) + ", " + NumberText(v.y) + ", " + NumberText(v.z) + "]";
     }
-    const std::string &text = recipe.*std::get<std::string Recipe::*>(key.place);
-    if (key.place == Place(&Recipe::sample) || text.empty())
+    const std::string &text = recipe.*std::get<std::string Recipe::*>(key.target);
+    if (key.target == KeyTarget(&Recipe::sample) || text.empty())
         return QuotedText(text);
     std::error_code error; // paths become absolute: valid from any folder
     const std::filesystem::path absolute = std::filesystem::absolute(text, error);

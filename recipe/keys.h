@@ -11,12 +11,12 @@
 #include "recipe/recipe.h"
 
 // What a key sets: the row of a parameter in the core's table, or a member of the recipe.
-using Place = std::variant<std::size_t, std::string Recipe::*, Vector Recipe::*, std::int64_t Recipe::*,
-                           double Recipe::*>;
+using KeyTarget = std::variant<std::size_t, std::string Recipe::*, Vector Recipe::*, std::int64_t Recipe::*,
+                               double Recipe::*>;
 
 struct Key {
     const char *table, *key;
-    Place place;
+    KeyTarget target;
     double low, high; // range of a number
     const char *unit, *sentence;
     bool openlow = false; // low itself is not allowed

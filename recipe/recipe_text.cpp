@@ -142,20 +142,20 @@ static Fault SetKey(const Key &key, const toml::node &value, const Origin &origi
 {
     Fault fault;
     double number = 0;
-    if (const std::size_t *row = std::get_if<std::size_t>(&key.place)) {
+    if (const std::size_t *row = std::get_if<std::size_t>(&key.target)) {
         fault = SetParameterKey(key, Parameters()[*row], value, origin, &number);
         if (!fault)
             recipe->values[*row] = number;
-    } else if (const auto *whole = std::get_if<std::int64_t Recipe::*>(&key.place)) {
+    } else if (const auto *whole = std::get_if<std::int64_t Recipe::*>(&key.target)) {
         fault = SetNumber(key, value, origin, true, &number);
         if (!fault)
             recipe->**whole = static_cast<std::int64_t>(number);
-    } else if (const auto *any = std::get_if<double Recipe::*>(&key.place)) {
+    } else if (const auto *any = std::get_if<double Recipe::*>(&key.target)) {
         fault = SetNumber(key, value, origin, false, &(recipe->**any));
-    } else if (const auto *vector = std::get_if<Vector Recipe::*>(&key.place)) {
+    } else if (const auto *vector = std::get_if<Vector Recipe::*>(&key.target)) {
         fault = SetVector(key, value, origin, &(recipe->**vector));
     } else {
-        fault = SetText(key, value, origin, &(recipe->*std::get<std::string Recipe::*>(key.place)));
+        fault = SetText(key, value, origin, &(recipe->*std::get<std::string Recipe::*>(key.target)));
     }
     if (!fault)
         recipe->places[key.Name()] = origin.place;
@@ -211,7 +211,7 @@ static Fault SetText(const Key &key, const toml::node &value, const Origin &orig
     const std::string found = *value.value<std::string>();
     if (found.find('\0') != std::string::npos)
         return BadValue(key, value, origin);
-    if (key.place == Place(&Recipe::sample)) {
+    if (key.target == KeyTarget(&Recipe::sample)) {
         const auto samples = Samples();
         if (std::none_of(samples.begin(), samples.end(),
                          [&](const Sample &sample) { return found == sample.name; }))
@@ -234,7 +234,7 @@ Fault CheckRecipe(const Recipe &recipe)
         return {};
     const Recipe defaults;
     for (const Key &key : Keys()) {
-        const std::size_t *row = std::get_if<std::size_t>(&key.place);
+        const std::size_t *row = std::get_if<std::size_t>(&key.target);
         if (strcmp(key.table, "roots") == 0 && row != nullptr && recipe.values[*row] != defaults.values[*row])
             return {kRequestFault, recipe.PlaceOf(key.Name()) + ": " + key.Name() +
                                        " and roots.file are both given: the seed file places all roots"};
@@ -266,7 +266,7 @@ void PrintRecipe(FILE *file, const Recipe &recipe)
         const std::string standard = ValueText(key, defaults);
         // Files and stops have no default.
         const bool absent = value == standard && (value == "\"\"" || value == "0") &&
-                            !std::holds_alternative<std::size_t>(key.place);
+                            !std::holds_alternative<std::size_t>(key.target);
         fprintf(file, "# %s\n# %s%s%s\n", key.sentence, AllowedValues(key).c_str(),
                 absent ? "" : "; default: ", absent ? "" : standard.c_str());
         if (absent)

@@ -151,17 +151,25 @@ private:
         explicit Stencil(std::array<int, kLevels> squaredreaches)
             : slices(static_cast<std::size_t>(kSlices) * kPlaces)
         {
-            const auto gap2 = [](int d) { return d * d > 1 ? (std::abs(d) - 1) * (std::abs(d) - 1) : 0; };
-            for (int place = 0; place < kPlaces; place++)
-                for (int dz = 0; dz < kSlices; dz++)
-                    for (int dy = 0; dy < kSlices; dy++)
-                        for (int dx = 0; dx < kSlices; dx++)
-                            for (int level = 0; level < kLevels; level++)
-                                if (gap2(dx - kReach) + gap2(dy - kReach) + gap2(dz - kReach) <
-                                    squaredreaches[level]) {
-                                    const int x = place % 8 + dx, y = place / 8 + dy;
-                                    slices[place * kSlices + dz][y / 8 * 2 + x / 8][level] |= Bit({x, y, 0});
-                                }
+            for (int z = -kReach; z <= kReach; z++)
+                for (int y = -kReach; y <= kReach; y++)
+                    for (int x = -kReach; x <= kReach; x++)
+                        for (int level = 0; level < kLevels; level++)
+                            if (SquaredGap(x) + SquaredGap(y) + SquaredGap(z) < squaredreaches[level])
+                                Mark({x + kReach, y + kReach, z + kReach}, level);
+        }
+
+        // The square of the distance between two cubes whose places differ by d, in edges
+        static int SquaredGap(int d) { return d == 0 ? 0 : (std::abs(d) - 1) * (std::abs(d) - 1); }
+
+        // Adds the cube at an offset from the stencil's lowest one, for all places of that one in its brick.
+        void Mark(Cube offset, int level)
+        {
+            for (int place = 0; place < kPlaces; place++) {
+                const int x = place % kBrickEdge + offset.x, y = place / kBrickEdge + offset.y;
+                const int column = y / kBrickEdge * 2 + x / kBrickEdge;
+                slices[place * kSlices + offset.z][column][level] |= Bit({x, y, 0});
+            }
         }
 
         // The slices in increasing z for a stencil whose lowest cube is `corner`.
