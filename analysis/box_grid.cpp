@@ -39,7 +39,7 @@ Vector BoxGrid::Upper(std::size_t index) const
 // Tests only the boxes that contain one of the points that LineInBox tests: it holds for no other box.
 void BoxGrid::FillBranch(Vector p, Vector parent)
 {
-    if (x.Misses(p.x, parent.x) || y.Misses(p.y, parent.y) || z.Misses(p.z, parent.z))
+    if (x.AreBothBeyond(p.x, parent.x) || y.AreBothBeyond(p.y, parent.y) || z.AreBothBeyond(p.z, parent.z))
         return;
     FillAround(p, p, parent);
     FillAround(parent, p, parent);
@@ -76,7 +76,7 @@ BoxGrid::Axis::Axis(Corners list)
 {
 }
 
-bool BoxGrid::Axis::Misses(double a, double b) const
+bool BoxGrid::Axis::AreBothBeyond(double a, double b) const
 {
     return (a < corners.front() && b < corners.front()) || (a > corners.back() && b > corners.back());
 }

@@ -37,7 +37,7 @@ private:
         double perunit; // approximate number of boxes per unit of length
         Range FindAll(double coordinate) const;
         // Whether two coordinates are both beyond the same end.
-        bool Misses(double a, double b) const;
+        bool AreBothBeyond(double a, double b) const;
     };
 
     void FillBranch(Vector p, Vector parent);

@@ -29,7 +29,7 @@
 #include "viewer/display.h"
 
 template<typename Work>
-static int WithinMemory(Work work);
+static int ReportLackOfMemory(Work work);
 static int View(int argc, char **argv);
 static void AskAtStart(int);
 static Fault Load(const ViewCommand &command);
@@ -41,13 +41,13 @@ static int ReportFault(const Fault &fault);
 
 int main(int argc, char **argv)
 {
-    return WithinMemory([&] { return View(argc, argv); });
+    return ReportLackOfMemory([&] { return View(argc, argv); });
 }
 
 // Returns the status that `work` returns; if memory runs out, reports that without using memory, and returns its
 // status.
 template<typename Work>
-static int WithinMemory(Work work)
+static int ReportLackOfMemory(Work work)
 {
     try {
         return work();
@@ -156,7 +156,7 @@ static Fault DrawInChildProcess(const PictureRequest &request)
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         if (getppid() != parent)
             _exit(kFileFault);
-        _exit(WithinMemory([&] {
+        _exit(ReportLackOfMemory([&] {
             const Fault fault = DrawPictures(request);
             [[maybe_unused]] const ssize_t count = write(ends[1], fault.line.data(), fault.line.size());
             return int{fault.kind};

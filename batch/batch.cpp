@@ -62,7 +62,7 @@ int RunBatch(int argc, char **argv)
         PrintRecipe(stdout, command.recipe);
         return fflush(stdout) == 0 ? 0 : ReportFault({kFileFault, "cannot print the recipe"});
     }
-    if (IsSamePlace(command.checkpoint, command.output))
+    if (IsSameFile(command.checkpoint, command.output))
         command.checkpoint = command.output;
     signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a fault of writing
     signal(SIGPIPE, SIG_IGN); // as is a pipe that nobody reads
@@ -92,7 +92,7 @@ static Fault FindStart(const Command &command, Start *start)
         return fault;
     start->run = stored.run;
     start->continuedfile = command.resume;
-    start->ownoutput = IsSamePlace(command.resume, command.output);
+    start->ownoutput = IsSameFile(command.resume, command.output);
     start->owncheckpoint = start->ownoutput && command.checkpoint == command.output;
     ResumeRun(std::move(stored));
     ApplyGroup(command.recipe, "drawing");

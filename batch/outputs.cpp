@@ -17,7 +17,7 @@ static Fault CheckOutput(const std::string &path, bool mayreplace);
 static Fault CheckSlices(const SliceRequest &slices, bool mayreplace);
 static Fault CheckDistinctPaths(const Command &command);
 
-bool IsSamePlace(const std::string &a, const std::string &b)
+bool IsSameFile(const std::string &a, const std::string &b)
 {
     const auto canonical = [](const std::string &path) {
         std::error_code error;
@@ -93,10 +93,10 @@ static Fault CheckDistinctPaths(const Command &command)
         written.push_back(command.slices->folder);
     for (std::size_t i = 0; i < written.size(); i++) {
         for (std::size_t k = 0; k < i; k++)
-            if (IsSamePlace(written[i], written[k]))
+            if (IsSameFile(written[i], written[k]))
                 return {kRequestFault, written[i] + ": is named for two outputs"};
         for (const std::string &input : command.inputs)
-            if (IsSamePlace(written[i], input))
+            if (IsSameFile(written[i], input))
                 return {kRequestFault, written[i] + ": is both input and output"};
     }
     return {};

@@ -10,7 +10,7 @@
 #include "batch/command.h"
 
 // Whether two paths mean the same file, after links are resolved
-bool IsSamePlace(const std::string &a, const std::string &b);
+bool IsSameFile(const std::string &a, const std::string &b);
 
 // Checks all outputs of a command. A fault is an output that cannot be written, that exists already without --force,
 // that is also an input, or that is named twice. The output and the checkpoint may exist if they are this run's own

@@ -19,8 +19,8 @@ struct Share {
 
 // A particle where several lists meet; they are merged and continue as one list.
 struct Junction {
-    int missing; // lists that have not arrived yet
-    int first;   // first share of the merged list of those that have arrived
+    int awaitedlists; // lists that have not arrived yet
+    int first;        // first share of the merged list of those that have arrived
 };
 
 struct {
@@ -136,7 +136,7 @@ static double AddDeferredFlows(int from)
             if (lists < 0) {
                 Junction &junction = deferred.junctions[-lists - 1];
                 junction.first = MergeLists(junction.first, first);
-                if (--junction.missing > 0)
+                if (--junction.awaitedlists > 0)
                     break;
                 first = junction.first;
                 lists = 1;

@@ -202,7 +202,7 @@ private:
             auto number = indexbefore.begin();
             for (int z = -before; z < before; z++)
                 for (int y = -before; y < before; y++, number += row)
-                    std::copy(number, number + row, index.begin() + Place({-before, y, z}));
+                    std::copy(number, number + row, index.begin() + IndexOf({-before, y, z}));
         }
 
         // Occupies the cubes that contain occupied cubes of a finer scale with half the edge.
@@ -212,7 +212,7 @@ private:
             for (int z = -end; z < end; z++)
                 for (int y = -end; y < end; y++)
                     for (int x = -end; x < end; x++)
-                        if (finer.index[finer.Place({x, y, z})] != 0)
+                        if (finer.index[finer.IndexOf({x, y, z})] != 0)
                             OccupyFromFiner(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z}, pool);
         }
 
@@ -231,14 +231,14 @@ private:
         // Number of levels on which the cube is not marked. A cube marked on the near level is marked on the far one.
         [[nodiscard]] int ClearLevels(Cube c, const BlockPool &pool) const
         {
-            const Brick &brick = pool.marked[index[Place(c >> 4)]][InBlock(c >> 3)];
+            const Brick &brick = pool.marked[index[IndexOf(c >> 4)]][InBlock(c >> 3)];
             const Words &words = brick.marked[c.z & 7];
             return ((words[0] & Bit(c)) == 0 ? 1 : 0) + ((words[1] & Bit(c)) == 0 ? 1 : 0);
         }
 
         [[nodiscard]] bool IsOccupied(Cube c, const BlockPool &pool) const
         {
-            return (pool.occupied[index[Place(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
+            return (pool.occupied[index[IndexOf(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
         }
 
         // Records a particle in the cube, which may be outside of the map. Returns false if it had one before.
@@ -283,13 +283,13 @@ private:
         // The index in the pool of the block at this place, which is added if there is none.
         uint32_t BlockAt(Cube block, BlockPool *pool)
         {
-            uint32_t &number = index[Place(block)];
+            uint32_t &number = index[IndexOf(block)];
             if (number == 0)
                 number = pool->Add();
             return number;
         }
 
-        [[nodiscard]] std::size_t Place(Cube block) const
+        [[nodiscard]] std::size_t IndexOf(Cube block) const
         {
             const auto n = 2 * static_cast<std::size_t>(fromorigin);
             const auto along = [this](int i) -> std::size_t { return i + fromorigin; };

@@ -24,12 +24,12 @@ public:
         std::size_t size = kSmallest;
         while (size < 2 * static_cast<std::size_t>(expected))
             size *= 2;
-        heads.assign(size, 0);
+        newestbuckets.assign(size, 0);
         buckets = ChunkedVector<Bucket>();
         buckets.push_back(Bucket());
     }
 
-    [[nodiscard]] bool IsFull() const { return count >= heads.size(); }
+    [[nodiscard]] bool IsFull() const { return count >= newestbuckets.size(); }
 
     [[nodiscard]] bool Holds(Vector p) const { return HasCube(inverse * p); }
 
@@ -38,7 +38,7 @@ public:
     {
         const Vector c = inverse * p;
         const int x = Floor(c.x), y = Floor(c.y), z = Floor(c.z);
-        uint32_t &head = heads[Slot(x, y, z)];
+        uint32_t &head = newestbuckets[Slot(x, y, z)];
         if (head == 0 || buckets[head].IsFull()) {
             buckets.push_back(Bucket(head));
             head = static_cast<uint32_t>(buckets.size() - 1);
@@ -62,7 +62,7 @@ public:
         std::array<Neighbour, 8> neighbours;
         for (int k = 0; k < 8; k++) {
             const int nx = x + (k & 1), ny = y + (k >> 1 & 1), nz = z + (k >> 2);
-            neighbours[k] = {heads[Slot(nx, ny, nz)], {c.x - nx, c.y - ny, c.z - nz}};
+            neighbours[k] = {newestbuckets[Slot(nx, ny, nz)], {c.x - nx, c.y - ny, c.z - nz}};
             __builtin_prefetch(&buckets[neighbours[k].list]);
         }
         for (const auto &[list, within] : neighbours)
@@ -84,7 +84,7 @@ public:
         for (int z = z0; z < z0 + n; z++)
             for (int y = y0; y < y0 + n; y++)
                 for (int x = x0; x < x0 + n; x++)
-                    for (uint32_t at = heads[Slot(x, y, z)]; at != 0; at = buckets[at].Next())
+                    for (uint32_t at = newestbuckets[Slot(x, y, z)]; at != 0; at = buckets[at].Next())
                         if (!buckets[at].VisitAll(visit))
                             return true;
         return true;
@@ -183,7 +183,8 @@ private:
     // together in memory; blocks with the same slots share their lists.
     [[nodiscard]] std::size_t Slot(int x, int y, int z) const
     {
-        return (Mix(x, 73856093U, 0) ^ Mix(y, 19349663U, 2) ^ Mix(z, 83492791U, 4)) & (heads.size() - 1);
+        return (Mix(x, 73856093U, 0) ^ Mix(y, 19349663U, 2) ^ Mix(z, 83492791U, 4)) &
+               (newestbuckets.size() - 1);
     }
 
     static std::size_t Mix(int coordinate, std::size_t factor, int shift)
@@ -193,8 +194,8 @@ private:
         return block * factor << 6 | within << shift;
     }
 
-    double inverse = 0;            // cubes per unit of length
-    std::size_t count = 0;         // of particles
-    LargeVector<uint32_t> heads;   // by slot: the newest bucket of its list, or 0
-    ChunkedVector<Bucket> buckets; // the first stays empty: index 0 ends a list
+    double inverse = 0;                  // cubes per unit of length
+    std::size_t count = 0;               // of particles
+    LargeVector<uint32_t> newestbuckets; // by slot: the newest bucket of its list, or 0
+    ChunkedVector<Bucket> buckets;       // the first stays empty: index 0 ends a list
 };

@@ -15,7 +15,7 @@ constexpr int kTubeFacets = 10;
 // The mode that only calls CreateEnvironment and draws nothing; no menu entry selects it.
 constexpr int kAggregateNothing = 4;
 
-// Branches that are drawn between two calls of drawingpart.stops: some hundredths of a second as tubes
+// Branches that are drawn between two calls of drawingpart.shouldstop: some hundredths of a second as tubes
 constexpr int kBranchesAtOnce = 2000;
 
 DrawingPart drawingpart;
@@ -144,7 +144,7 @@ Heaviest::Heaviest(int most)
         most - static_cast<int>(std::count_if(weights.begin(), last, [this](double w) { return w > least; }));
 }
 
-// Calls draw(i) for each branch that is to be drawn, with the index of its particle, until drawingpart.stops.
+// Calls draw(i) for each branch that is to be drawn, with the index of its particle, until drawingpart.shouldstop.
 template<typename Draw>
 static void ForEachDrawn(const Heaviest &heaviest, Draw draw)
 {
@@ -155,7 +155,8 @@ static void ForEachDrawn(const Heaviest &heaviest, Draw draw)
             continue;
         if (cells[i].weight == heaviest.least && equals-- <= 0)
             continue;
-        if (drawingpart.drawn % kBranchesAtOnce == 0 && drawingpart.stops != nullptr && drawingpart.stops()) {
+        if (drawingpart.drawn % kBranchesAtOnce == 0 && drawingpart.shouldstop != nullptr &&
+            drawingpart.shouldstop()) {
             drawingpart.stopped = true;
             return;
         }
@@ -166,7 +167,7 @@ static void ForEachDrawn(const Heaviest &heaviest, Draw draw)
 
 static void DrawPoints()
 {
-    const Heaviest heaviest(drawingpart.most);
+    const Heaviest heaviest(drawingpart.mostbranches);
     const ParticleColours colours(kAggregatePoints);
     glBegin(GL_POINTS);
     ForEachDrawn(heaviest, [&](int i) {
@@ -183,7 +184,7 @@ static void DrawPoints()
 
 static void DrawLines(int mode)
 {
-    const Heaviest heaviest(drawingpart.most);
+    const Heaviest heaviest(drawingpart.mostbranches);
     const ParticleColours colours(mode);
     glBegin(GL_LINES);
     ForEachDrawn(heaviest, [&](int i) {
@@ -202,7 +203,7 @@ static void DrawLines(int mode)
 static void DrawTubes()
 {
     const BranchThickness thickness;
-    const Heaviest heaviest(drawingpart.most);
+    const Heaviest heaviest(drawingpart.mostbranches);
     const ParticleColours colours(kAggregateTubes);
     ForEachDrawn(heaviest, [&](int i) {
         const int parent = cells[i].parent;

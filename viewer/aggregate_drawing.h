@@ -11,11 +11,11 @@ void CreateEnvironment(int mode);
 
 // How much of the aggregate DrawDLA draws: all of it at first.
 struct DrawingPart {
-    int most = INT_MAX;        // at most so many branches are drawn, those of the largest flow
-    bool aslines = false;      // tubes are drawn as lines
-    bool (*stops)() = nullptr; // called now and then; DrawDLA returns at once when it returns true
-    int drawn = 0;             // number of branches that the last DrawDLA has drawn
-    bool stopped = false;      // DrawDLA has returned early; cleared before a frame
+    int mostbranches = INT_MAX;     // only so many branches are drawn, those of the largest flow
+    bool aslines = false;           // tubes are drawn as lines
+    bool (*shouldstop)() = nullptr; // called now and then; DrawDLA returns at once when it returns true
+    int drawn = 0;                  // number of branches that the last DrawDLA has drawn
+    bool stopped = false;           // DrawDLA has returned early; cleared before a frame
 };
 extern DrawingPart drawingpart;
 

@@ -38,11 +38,11 @@ FrameTime lastframe = {0, 0};
 constexpr double kQuickFrame = 0.1;
 constexpr double kRest = 0.5;
 
-static bool quick = false;
-static bool thinned = false;   // the current or last frame leaves branches out, or draws tubes as lines
-static double framestart = 0;  // start of the current or last frame
-static double moved = 0;       // time of the last frame before which the camera had moved
-static int shownparticles = 0; // number of particles when the last frame was shown
+static bool keepsframesquick = false;
+static bool simplified = false; // the current or last frame leaves branches out, or draws tubes as lines
+static double framestart = 0;   // start of the current or last frame
+static double lastmove = 0;     // time of the last frame before which the camera had moved
+static int shownparticles = 0;  // number of particles when the last frame was shown
 // Seconds for a branch when it was last drawn in each AggregateMode; 0 if it has never been.
 static double costs[kAggregateTubes + 1];
 
@@ -86,14 +86,14 @@ void HandleDisplay()
 
 void KeepFramesQuick()
 {
-    quick = true;
+    keepsframesquick = true;
 }
 
 bool IsFrameWanted()
 {
     const bool grows =
         growthstate.running && (ncells != shownparticles || options.showinfo || options.showextras);
-    const bool rests = thinned && GetRunTime() - moved >= kRest;
+    const bool rests = simplified && GetRunTime() - lastmove >= kRest;
     return framerequested || grows || rests || options.recordframes || options.autospin != 0 ||
            options.boxcountrequest || AreStatisticsShown();
 }
@@ -102,18 +102,18 @@ bool IsFrameWanted()
 static int ChooseBranches()
 {
     if (HasCameraMoved())
-        moved = framestart;
+        lastmove = framestart;
     const int mode = std::clamp<int>(options.dlamode, 0, kAggregateTubes);
-    const bool moves = framestart - moved < kRest;
-    thinned = quick && moves && !IsCaptured() && costs[mode] * ncells > kQuickFrame;
-    drawingpart.most = INT_MAX;
-    drawingpart.aslines = thinned && mode == kAggregateTubes;
-    if (!thinned)
+    const bool moves = framestart - lastmove < kRest;
+    simplified = keepsframesquick && moves && !IsCaptured() && costs[mode] * ncells > kQuickFrame;
+    drawingpart.mostbranches = INT_MAX;
+    drawingpart.aslines = simplified && mode == kAggregateTubes;
+    if (!simplified)
         return mode;
     const int thinmode = drawingpart.aslines ? int{kAggregateLines} : mode;
     // While the time of lines is not known, that of tubes is used: lines take no longer.
     const double cost = costs[thinmode] > 0 ? costs[thinmode] : costs[mode];
-    drawingpart.most = static_cast<int>(std::clamp<double>(kQuickFrame / cost, 1, ncells));
+    drawingpart.mostbranches = static_cast<int>(std::clamp<double>(kQuickFrame / cost, 1, ncells));
     return thinmode;
 }
 
@@ -158,7 +158,7 @@ void HandleReshape(int width, int height)
 
 static void DrawFrame()
 {
-    drawingpart.stops = viewwindow ? ShouldAbandonFrame : nullptr;
+    drawingpart.shouldstop = viewwindow ? ShouldAbandonFrame : nullptr;
     drawingpart.stopped = false;
     if (camera.stereo == kStereoNone)
         DrawMono();
