@@ -49,7 +49,7 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         "Switches of the window: -d verbose, -f full screen, -s active stereo, -ss dual-screen stereo.");
     app.add_option("FILE", command->file, "An aggregate file, or a recipe (.toml); without one, a new run")
         ->type_name(" ");
-    app.add_option("--picture", picture.path, "Make a picture (PNG) in place of a window")->type_name("FILE");
+    app.add_option("--picture", picture.path, "Make a picture (PNG) instead of opening a window")->type_name("FILE");
     std::vector<CLI::Option *> ofpictures;
     const auto add = [&](const char *name, auto *value, const char *meaning, const char *type) {
         ofpictures.push_back(
@@ -60,23 +60,23 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
     app.add_option("--mode", mode, "Draw the aggregate as tubes, lines, points or off")->type_name("MODE");
     app.add_option("--surface", surface, "Draw the surface as wireframe, midpoints, vertices, solid or off")
         ->type_name("MODE");
-    app.add_flag("--fit", command->fits, "The whole of it in view, from where the camera stands");
+    app.add_flag("--fit", command->fits, "Fit everything drawn into the view, without turning the camera");
     app.add_option("--camera", where, "home: the camera where a window starts")->type_name("home");
     add("--turn", &picture.turn, "Turn the camera about the vertical, -3600 to 3600", "DEGREES");
-    add("--tilt", &picture.tilt, "Raise the camera after it, -3600 to 3600", "DEGREES");
-    add("--zoom", &picture.zoom, "Draw so many times as large, 0.01 to 100", "FACTOR");
+    add("--tilt", &picture.tilt, "Then raise the camera, -3600 to 3600", "DEGREES");
+    add("--zoom", &picture.zoom, "Enlarge by this factor, 0.01 to 100", "FACTOR");
     add("--lights", &lights, "camera: the lights turn with the camera; world: they stay", "WHERE");
     add("--line-width", &picture.linewidth,
         "Width of lines, in pixels of a picture whose shorter side has 1000; 1 if missing", "WIDTH");
-    add("--point-size", &picture.pointsize, "Size of points, likewise", "WIDTH");
+    add("--point-size", &picture.pointsize, "Size of points, in the same unit; 1 if missing", "WIDTH");
     add("--samples", &picture.samples, "Samples a pixel: 1, 4, 9 or 16; 4 if missing", "N");
     CLI::Option *turntable =
-        add("--turntable", &picture.turntable, "So many pictures round the vertical", "N")
+        add("--turntable", &picture.turntable, "Make N pictures, turning once about the vertical", "N")
             ->check(CLI::Range(1, kMostPictures));
-    add("--film", &picture.film, "So many pictures of the aggregate as it grew", "N")
+    add("--film", &picture.film, "Make N pictures of the aggregate as it grew", "N")
         ->check(CLI::Range(1, kMostPictures))
         ->excludes(turntable);
-    app.add_flag("--whole", command->whole, "Draw every frame of the window whole, however long it takes");
+    app.add_flag("--whole", command->whole, "Draw every frame of the window completely, however long it takes");
     app.add_flag("--force", command->overwrites, "Overwrite pictures that exist");
     if (!ReadArguments(&app, std::move(rest), fault))
         return false;

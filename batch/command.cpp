@@ -43,33 +43,33 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
     app.add_option("RECIPE", given.recipe, "What to grow (TOML); without one, the default aggregate")
         ->type_name(" ");
     app.add_option("-o,--output", given.output, "The aggregate file; aggregate.sarkelo.h5 if missing");
-    app.add_option("--particles", given.particles, "Stop at so many particles; 100000 where no stop is given")
+    app.add_option("--particles", given.particles, "Stop at N particles; 100000 if no stop is given")
         ->type_name("N");
-    app.add_option("--steps", given.steps, "Stop after so many steps of walkers")->type_name("N");
-    app.add_option("--minutes", given.minutes, "Stop after so long a time")->type_name("M");
-    app.add_option("--seed", given.seed, "As --set growth.seed=N")->type_name("N");
+    app.add_option("--steps", given.steps, "Stop after N steps of walkers")->type_name("N");
+    app.add_option("--minutes", given.minutes, "Stop after M minutes")->type_name("M");
+    app.add_option("--seed", given.seed, "The same as --set growth.seed=N")->type_name("N");
     app.add_option("--set", given.sets, "Override a value of the recipe")
         ->allow_extra_args(false)
         ->type_name("KEY=VALUE");
     app.add_option("--resume", given.resume,
-                   "Go on with an aggregate file, and write back to it unless -o names another")
+                   "Continue an aggregate file, and write back to it unless -o names another")
         ->type_name("FILE");
     app.add_flag("--continue", given.continues,
-                 "Go on from the output or its checkpoint where one stands, else start");
-    app.add_option("--checkpoint", given.checkpoint, "Minutes between checkpoints, 10 if missing; 0: none")
+                 "Continue from the output or its checkpoint if there is one, else start");
+    app.add_option("--checkpoint", given.checkpoint, "Minutes between checkpoints; 10 if missing, 0 for none")
         ->type_name("M");
     app.add_option("--checkpoint-file", given.checkpointfile, "Where checkpoints go; the output if missing")
         ->type_name("FILE");
-    app.add_option("--save", given.saves, "Save the aggregate in another format, too; " + ListKinds())
+    app.add_option("--save", given.saves, "Also save the aggregate in another format; " + ListKinds())
         ->allow_extra_args(false)
         ->type_name("[KIND:]FILE");
-    app.add_option("--slices", given.slices, "Cut it into N slices across a direction")
+    app.add_option("--slices", given.slices, "Cut the aggregate into N slices across a direction, written to a folder")
         ->expected(2)
         ->type_name("N,X,Y,Z DIR");
-    app.add_option("--statistics", given.statistics, "Measure it and write a JSON file")->type_name("FILE");
+    app.add_option("--statistics", given.statistics, "Measure the aggregate and write a JSON file")->type_name("FILE");
     app.add_flag("--force", given.force, "Overwrite files that exist");
-    app.add_flag("--quiet", given.quiet, "No progress");
-    app.add_flag("--print-recipe", given.printrecipe, "Print the recipe with every parameter, and end");
+    app.add_flag("--quiet", given.quiet, "Print no progress");
+    app.add_flag("--print-recipe", given.printrecipe, "Print the recipe with every parameter, and exit");
     for (CLI::Option *option : app.get_options())
         option->check(
             [](const std::string &value) { return value.empty() ? "an empty value" : std::string(); });

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Grows one aggregate of a study, or goes on with it, and writes its row: every parameter, every statistic, and what
+"""Grows one aggregate of a study, or continues it, and writes its row: every parameter, every statistic, and what
 ensemble/measures.py finds of its shape.
 
     grow.py STUDY.yaml RUN
@@ -21,7 +21,7 @@ CHECKPOINT_MINUTES = 5
 
 
 def grow(words):
-    """Runs sarkelo-grow, and hands on the signals that end a job: it writes a checkpoint then. Ends where it fails."""
+    """Runs sarkelo-grow, and passes on the signals that end a job, at which it writes a checkpoint. Exits if it fails."""
     child = subprocess.Popen(words)
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
         signal.signal(number, lambda number, frame: child.send_signal(number))
@@ -31,7 +31,7 @@ def grow(words):
 
 
 def parameters(file):
-    """By group and key; a name where a number stands for one."""
+    """The value of each parameter, by "group.key"; the name of a value that has one."""
     found = {}
     for group, holder in file["parameters"].items():
         values = dict(holder.attrs)

@@ -1,4 +1,4 @@
-"""What a row of the table says of an aggregate's shape, besides the statistics of sarkelo-grow."""
+"""Measures of an aggregate's shape, beyond the statistics of sarkelo-grow."""
 import numpy as np
 
 CENTRES = 200  # of the two-point correlation
@@ -15,7 +15,7 @@ def gyration(positions):
 
 
 def correlation(positions):
-    """How many others are within a distance of a particle, in the mean over some; the distances double."""
+    """The mean number of other particles within a distance of a particle, for distances that double."""
     distances = 2.0 ** np.arange(1, 11)
     centres = positions[np.linspace(0, len(positions) - 1, min(CENTRES, len(positions))).astype(int)]
     within = np.zeros(len(distances))
@@ -26,7 +26,7 @@ def correlation(positions):
 
 
 def penetration(positions):
-    """How far behind the foremost particle so far the second half stuck, in the mean: by distance from the origin, and by z."""
+    """How far behind the foremost particle at that time the second half of the particles stuck, on average: by distance from the origin, and by z."""
     later = len(positions) // 2
     depths = {}
     for name, along in (("radial", np.sqrt((positions**2).sum(1))), ("z", positions[:, 2])):
@@ -43,7 +43,7 @@ def cubic_anisotropy(positions):
 
 
 def effective_trees(parents):
-    """How many trees, one a root, the aggregate is made of, small ones counting little: one over the sum of squared shares."""
+    """The effective number of trees (one for each root): one over the sum of their squared shares of the particles."""
     ancestors = np.where(parents < 0, np.arange(len(parents)), parents)
     while True:
         further = ancestors[ancestors]

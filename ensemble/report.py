@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes the table and the report of a study, of what has finished so far.
+"""Makes the table and the report of the runs of a study that have finished.
 
     report.py STUDY.yaml
 """
@@ -24,7 +24,7 @@ figure { display: inline-block; margin: 0.5em } figure img { width: 16em; backgr
 
 
 def tidy(study, rows):
-    """A row an aggregate; what time it took stands in columns of its own, at the end."""
+    """One row for each aggregate; the time it took is in columns of its own at the end."""
     lines = []
     for run, row in rows:
         statistics = row["statistics"]

@@ -1,4 +1,4 @@
-"""What a study is: its file read and checked, and the runs that it asks for.
+"""Reads and checks the file of a study, and lists its runs.
 
 A study is a YAML file:
 
@@ -34,7 +34,7 @@ KEYS = {"name": str, "output": str, "particles": int, "seeds": (int, list), "rec
 
 
 class Fault(Exception):
-    """One line that says where and what."""
+    """A fault of a study, in one line with its place."""
 
 
 @dataclass(frozen=True)
@@ -46,7 +46,7 @@ class Run:
     particles: int
 
     def arguments(self):
-        """Of sarkelo-grow."""
+        """The command line arguments for sarkelo-grow."""
         words = [self.recipe] if self.recipe else []
         for key, value in self.settings:
             words += ["--set", f"{key}={as_toml(value)}"]
@@ -70,7 +70,7 @@ class Study:
 
 
 def as_toml(value):
-    """A YAML value as a recipe has it; texts bare, as sarkelo-grow takes them."""
+    """A YAML value as TOML text. Texts have no quotes: sarkelo-grow accepts them so."""
     return value if isinstance(value, str) else json.dumps(value)
 
 
@@ -80,7 +80,7 @@ def grow_program():
 
 
 def read(path, check=True):
-    """The study in a file. Raises a Fault where it cannot be grown; `check` asks sarkelo-grow about every combination."""
+    """Returns the study in a file. Raises a Fault if it cannot be grown; `check` lets sarkelo-grow test every combination."""
     path = pathlib.Path(path).resolve()
     try:
         with open(path, encoding="utf-8") as file:
@@ -144,7 +144,7 @@ def read(path, check=True):
 
 
 def find_lines(document):
-    """The lines of keys, of keys in keys."""
+    """The line number of each key and of each key inside it, by (key,) and (key, inner key)."""
     lines = {}
     for key, value in document.value if isinstance(document, yaml.MappingNode) else []:
         lines[(key.value,)] = key.start_mark.line + 1
@@ -154,7 +154,7 @@ def find_lines(document):
 
 
 def ask_program(recipe, settings, seed, where):
-    """Takes one step of a combination: sarkelo-grow says what is wrong with it."""
+    """Lets sarkelo-grow take one step of a combination, to find out what is wrong with it."""
     if recipe and not pathlib.Path(recipe).is_file():
         raise Fault(f"{where(('recipes',))}{recipe}: no such file")
     with tempfile.TemporaryDirectory() as folder:

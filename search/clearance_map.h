@@ -125,7 +125,7 @@ private:
     using Block = std::array<Part, kBricks>;
     static int InBlock(Cube brick) { return (brick.z & 1) * 4 + (brick.y & 1) * 2 + (brick.x & 1); }
 
-    // The blocks of all scales; the first is empty and stands for all blocks that do not exist.
+    // The blocks of all scales; the first is empty and represents all blocks that do not exist.
     struct BlockPool {
         BlockPool() { Add(); }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes docs/validation.md and its pictures of the tables in ensemble/validation/tables.
+"""Makes docs/validation.md and its pictures from the tables in ensemble/validation/tables.
 
     page.py             both
     page.py --check     ends with 1 where the page is another than it would be made
@@ -23,19 +23,19 @@ WALKERS = {"flights": "default", "far": "far away"}
 
 
 def with_error(values):
-    """Mean and standard error over aggregates, as the page has them."""
+    """Mean and standard error over aggregates, as text for the page."""
     values = np.asarray(values, dtype=float)
     values = values[np.isfinite(values)]
     return f"{values.mean():.3f} ± {values.std(ddof=1) / np.sqrt(len(values)):.3f}" if len(values) > 1 else ""
 
 
 def slope(rows, name, begin, end):
-    """The slope of a column's logarithm against that of its number, from one column to another, by aggregate."""
+    """The slope of a quantity's logarithm against that of the number of particles, between two numbers, for each aggregate."""
     return np.log(rows[f"{name}_{end}"] / rows[f"{name}_{begin}"]) / np.log(end / begin)
 
 
 def dimension(rows, begin, end):
-    """By number against radius of gyration."""
+    """The dimension from number against radius of gyration, for each aggregate."""
     return 1 / slope(rows, "gyration", begin, end)
 
 
@@ -62,7 +62,7 @@ def decades():
 
 
 def launches(measure):
-    """By launch scale and killing scale; the default, steps, stands beside."""
+    """By launch scale and killing scale, with the default, steps, beside them."""
     killing = sorted(STUDIES["launch"]["growth.killing_scale"].unique())
     lines = []
     for launch, rows in groups("launch", "growth.launch_scale"):

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Prints how a job of Slurm stands: running, success or failed.
+"""Prints the state of a Slurm job: running, success or failed.
 
     status.py JOB
 """
