@@ -11,11 +11,23 @@
 
 #include <gtest/gtest.h>
 
+#include "hash.h"
+
 // A number without the noise of rounding, which differs between compilers: 0 where it is near 0, and no NaN
 // has a sign.
 inline double Plain(double value)
 {
     return std::fabs(value) < 1e-9 ? 0 : std::isnan(value) ? std::fabs(value) : value;
+}
+
+// The first lines of a long text, their number and a sum over the whole.
+inline std::string Shortened(const std::string &text, int lines)
+{
+    size_t end = 0;
+    for (int i = 0; i < lines && end < text.size(); i++)
+        end = std::min(text.find('\n', end), text.size() - 1) + 1;
+    return text.substr(0, end) + "of " + std::to_string(std::count(text.begin(), text.end(), '\n')) +
+           " lines, sum " + std::to_string(Hash(text.data(), text.size())) + "\n";
 }
 
 // Fails where the text differs from the file, and shows where. With SARKELO_GOLDEN set in the environment, the

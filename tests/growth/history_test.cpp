@@ -2,6 +2,7 @@
 // program's step and the plain reference must leave the same to the last bit.
 
 #include <cstdlib>
+#include <functional>
 #include <random>
 #include <string>
 
@@ -17,32 +18,31 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 
-static void GrowWithDeferredFlows(int steps)
+// Ways to take so many steps.
+using Growth = void (*)(int steps);
+
+template<GrowthStep step>
+static void StepByStep(int steps)
+{
+    for (int i = 0; i < steps; i++)
+        step();
+}
+
+static void WithDeferredFlows(int steps)
 {
     const DeferredFlows flows;
-    for (int i = 0; i < steps; i++)
-        IterateSystem();
+    StepByStep<IterateSystem>(steps);
 }
 
-static void GrowPlainly(int steps)
+static void ManyAtOnce(int steps)
 {
-    for (int i = 0; i < steps; i++)
-        IterateSystem();
-}
-
-static void GrowByReference(int steps)
-{
-    for (int i = 0; i < steps; i++)
-        ReferenceStep();
-}
-
-// Moves the surface as a whole.
-static void ShiftSurface(Vector shift)
-{
-    for (int i = 0; i < nstltri; i++)
-        for (Vector &corner : stltri[i].p)
-            corner = corner + shift;
-    UpdateSTL();
+    for (int left = steps; left > 0;) {
+        const long before = growthstate.steptotal;
+        const int most = std::min(left, 1 + left % 50);
+        const int taken = IterateUntilStick(most);
+        ASSERT_TRUE(taken > 0 && taken <= most && growthstate.steptotal == before + taken);
+        left -= taken;
+    }
 }
 
 // Faces scattered at random, of very different sizes.
@@ -62,77 +62,55 @@ static void ScatterSurface(std::mt19937 &random)
     UpdateSTL();
 }
 
+static void RestartFromFile(const std::string &content)
+{
+    const TemporaryFile file(content);
+    ASSERT_EQ(ReadSeedFile(file.path()), kSeedFileRead);
+}
+
 // Returns how many particles have stuck.
-static int RunHistory(unsigned seed, void (*grow)(int))
+static int RunHistory(unsigned seed, Growth grow)
 {
     std::mt19937 random(seed);
     const auto pick = [&](auto... values) {
         const double all[] = {static_cast<double>(values)...};
         return all[random() % std::size(all)];
     };
+    GrowthState &s = growthstate;
+    const std::function<void()> changes[] = {
+        [&] { s.branchlength = pick(0.01, 0.05, 0.3, 0.5, 0.99, 1, 1.01, 2, 2.5, 5); },
+        [&] { s.branchlength = pick(0.5, 1, 2); },
+        [&] { s.association = !s.association; },
+        [&] { HandleSourceMenu(static_cast<int>(random() % 19)); },
+        [&] { SetBoxSurface(pick(6, 15, 30), random() % 2 == 0); },
+        [&] { ScatterSurface(random); },
+        [&] {
+            TransformSTL({1, 1, 1}, {pick(-3, 0, 2), pick(-1, 0.5, 4), pick(-0.1, 7)}, {0, 0, 0});
+        },
+        [&] {
+            TransformSTL({0, 0, 0}, {0, 0, 0}, {0, 0, 0});
+        }, // nothing is left
+        [&] { s.stickiness = pick(100, 100, 50, 5, 1); },
+        [&] { s.rotation = pick(0, 0, 5, -5, 0.3); },
+        [&] { s.bias = pick(0, 0.1, 1, 1000); },
+        [&] { s.intersectrange = pick(0, 0, 0, 20, 90); },
+        [&] { InitialiseGrowth(); },
+        [&] {
+            s.nroots = static_cast<int>(pick(0, 1, 2, 3, 7, 50));
+            s.roottype = static_cast<int>(random() % 11);
+            s.rootrange = pick(0, 3, 10, 40, 1e6);
+            InitialiseGrowth();
+            ResetSeeds();
+        },
+        [&] { RestartFromFile(random() % 2 == 0 ? "0 0 0\n1 2 3\n-4 5 6\n" : "0 0 0\n-4 5 inf\nnan 0 1\n"); },
+    };
     StartAfresh();
     growthstate.seed = static_cast<int>(random());
     InitialiseGrowth();
     int stuck = 0;
     for (int event = 0; event < 60; event++) {
-        switch (random() % 22) {
-        case 0:
-        case 1:
-            growthstate.branchlength = pick(0.01, 0.05, 0.3, 0.5, 0.99, 1, 1.01, 2, 2.5, 5);
-            break;
-        case 2:
-            growthstate.association = !growthstate.association;
-            break;
-        case 3:
-            HandleSourceMenu(static_cast<int>(random() % 19));
-            break;
-        case 4:
-            SetBoxSurface(pick(6, 15, 30), random() % 2 == 0);
-            break;
-        case 5:
-            ScatterSurface(random);
-            break;
-        case 6:
-            ShiftSurface({pick(-3, 0, 2), pick(-1, 0.5, 4), pick(-0.1, 7)});
-            break;
-        case 7:
-            nstltri = 0;
-            UpdateSTL();
-            break;
-        case 8:
-            growthstate.stickiness = pick(100, 100, 50, 5, 1);
-            break;
-        case 9:
-            growthstate.rotation = pick(0, 0, 5, -5, 0.3);
-            break;
-        case 10:
-            growthstate.bias = pick(0, 0.1, 1, 1000);
-            break;
-        case 11:
-            growthstate.intersectrange = pick(0, 0, 0, 20, 90);
-            break;
-        case 12:
-            InitialiseGrowth();
-            break;
-        case 13:
-        case 14:
-            growthstate.nroots = static_cast<int>(pick(0, 1, 2, 3, 7, 50));
-            growthstate.roottype = static_cast<int>(random() % 11);
-            growthstate.rootrange = pick(0, 3, 10, 40, 1e6);
-            InitialiseGrowth();
-            ResetSeeds();
-            break;
-        default:
-            break;
-        case 15: {
-            const TemporaryFile file("0 0 0\n1 2 3\n-4 5 " + std::string(random() % 2 == 0 ? "6" : "inf") +
-                                     "\nnan 0 1\n");
-            ReadSeedFile(file.path());
-            // The name of the file is the only thing that two runs do not share.
-            growthstate.rootname[0] = '\0';
-            break;
-        }
-        }
+        if (const size_t change = random() % 20; change < std::size(changes))
+            changes[change]();
         const int before = ncells;
         grow(static_cast<int>(random() % 6000));
         stuck += ncells - before;
@@ -142,38 +120,33 @@ static int RunHistory(unsigned seed, void (*grow)(int))
 
 TEST(History, LeavesWhatThePlainReferenceLeaves)
 {
+    const Growth ways[] = {StepByStep<IterateSystem>, WithDeferredFlows, ManyAtOnce};
     const char *chosen = getenv("SARKELO_HISTORY_SEED");
     const unsigned first = chosen != nullptr ? static_cast<unsigned>(atol(chosen)) : 1;
     const unsigned count = chosen != nullptr ? 1 : SARKELO_HISTORIES;
     int stuck = 0;
     for (unsigned seed = first; seed < first + count; seed++) {
-        RunHistory(seed, GrowByReference);
+        RunHistory(seed, StepByStep<ReferenceStep>);
         const Outcome expected = TakeOutcome();
-        stuck += RunHistory(seed, seed % 3 == 0 ? GrowPlainly : GrowWithDeferredFlows);
-        const Outcome grown = TakeOutcome();
-        EXPECT_EQ(Difference(expected, grown), "") << "SARKELO_HISTORY_SEED=" << seed;
+        stuck += RunHistory(seed, ways[seed % std::size(ways)]);
+        EXPECT_EQ(Difference(expected, TakeOutcome()), "") << "SARKELO_HISTORY_SEED=" << seed;
     }
-    if (chosen == nullptr) {
-        EXPECT_GT(stuck, 30 * SARKELO_HISTORIES) << "too little grew to compare";
-    }
+    EXPECT_GT(stuck, 30U * count) << "too little grew to compare";
 }
 
-// Aggregates large enough that the index has been rebuilt, its map has grown, and cells has moved.
-TEST(History, LargeAggregatesGrowAsByThePlainReference)
+// Large enough that the index has been rebuilt, its map has grown, and cells has moved.
+TEST(History, ALargeAggregateGrowsAsByThePlainReference)
 {
-    for (const double branchlength : {1.0, 0.4}) {
-        Outcome outcomes[2];
-        for (const bool plain : {true, false}) {
-            StartAfresh();
-            growthstate.branchlength = branchlength;
-            growthstate.seed = 77;
-            InitialiseGrowth();
-            while (ncells < 2500)
-                (plain ? GrowByReference : GrowWithDeferredFlows)(1000);
-            outcomes[plain] = TakeOutcome();
-        }
-        EXPECT_EQ(Difference(outcomes[1], outcomes[0]), "") << branchlength;
+    Outcome outcomes[2];
+    for (const bool plain : {false, true}) {
+        StartAfresh();
+        growthstate.branchlength = 0.4;
+        InitialiseGrowth();
+        while (ncells < 2000)
+            (plain ? StepByStep<ReferenceStep> : ManyAtOnce)(1000);
+        outcomes[plain] = TakeOutcome();
     }
+    EXPECT_EQ(Difference(outcomes[1], outcomes[0]), "");
 }
 
 // Steps with the walker beside a place until one sticks; returns its parent, or -1.
@@ -189,31 +162,21 @@ static int StickNear(Vector p)
     return ncells > before ? cells[before].parent : -1;
 }
 
-// Roots read anew, of which only the first, not looked at by the index when it is asked, has moved.
-TEST(History, TheIndexFollowsNewRoots)
+TEST(History, TheIndexFollowsWhatChangesInPlace)
 {
     StartAfresh();
-    for (const char *first : {"0 0 0", "9 9 9", "-3 2 1"}) {
-        const TemporaryFile file(std::string(first) + "\n5 5 5\n");
-        ASSERT_EQ(ReadSeedFile(file.path()), kSeedFileRead);
+    for (const char *first : {"0 0 0", "9 9 9", "-3 2 1"}) { // as many roots, at the same place in memory
+        RestartFromFile(std::string(first) + "\n5 5 5\n");
         EXPECT_EQ(StickNear(cells[0].p), 0) << first;
-        ncells = 2; // as if it had not stuck: the next roots are as many, at the same place in memory
+        ncells = 2;
         StickNear({0, -8, -5});
     }
-}
-
-// A search after a particle was moved where the index can notice it, or is told.
-TEST(History, TheIndexFollowsChangedParticles)
-{
-    StartAfresh();
-    for (const bool told : {false, true}) {
-        RestartFromRoots();
-        GrowWithDeferredFlows(50000);
-        ASSERT_GT(ncells, 10);
-        const int moved = told ? 0 : ncells - 1;
+    for (const int moved : {0, 30}) { // the newest is noticed, of others growth is informed
+        StartAfresh();
+        Grow(IterateSystem, 31, 1000000);
         cells[moved].p = {100, 100, 100};
         growthstate.radius = 500;
-        if (told)
+        if (moved == 0)
             ForgetAggregate();
         EXPECT_EQ(StickNear({100, 100, 100}), moved);
     }

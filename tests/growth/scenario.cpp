@@ -1,31 +1,19 @@
 #include "growth/scenario.h"
 
-#include <cstdio>
-#include <cstdlib>
+#include <cmath>
 #include <cstring>
 
 #include "base/array.h"
 #include "growth/generators.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
+#include "hash.h"
 #include "surface/surface.h"
 
 // Bit for bit, but for the bits of what is not a number.
 static bool Same(double a, double b)
 {
     return (std::isnan(a) && std::isnan(b)) || memcmp(&a, &b, sizeof a) == 0;
-}
-
-static bool Same(Vector a, Vector b)
-{
-    return Same(a.x, b.x) && Same(a.y, b.y) && Same(a.z, b.z);
-}
-
-static std::string Exact(Vector v)
-{
-    char text[100];
-    snprintf(text, sizeof text, "%a %a %a", v.x, v.y, v.z);
-    return text;
 }
 
 void StartAfresh()
@@ -44,54 +32,41 @@ void StartAfresh()
 
 Outcome TakeOutcome()
 {
-    Outcome o;
-    o.cells.assign(cells, cells + ncells);
-    o.seeds.assign(seeds, seeds + kSeedRing);
-    o.pos = growthstate.pos;
-    o.radius = growthstate.radius;
-    o.maxweight = growthstate.maxweight;
-    o.stepcount = growthstate.stepcount;
-    o.nseeds = nseeds;
-    o.nextrand = DrawInteger();
-    o.nextdrand = DrawUniform();
+    Outcome o = {{cells, cells + ncells}, {}};
+    for (int i = 0; i < kSeedRing; i++)
+        o.numbers.insert(o.numbers.end(), {seeds[i].x, seeds[i].y, seeds[i].z});
+    const Vector pos = growthstate.pos;
+    const double stepcount = growthstate.stepcount, launches = nseeds;
+    o.numbers.insert(o.numbers.end(), {pos.x, pos.y, pos.z, growthstate.radius, growthstate.maxweight,
+                                       stepcount, launches, double(DrawInteger()), DrawUniform()});
     return o;
 }
 
 std::string Difference(const Outcome &a, const Outcome &b)
 {
-    for (size_t i = 0; i < a.cells.size() && i < b.cells.size(); i++)
-        if (!Same(a.cells[i].p, b.cells[i].p) || !Same(a.cells[i].weight, b.cells[i].weight) ||
-            a.cells[i].parent != b.cells[i].parent)
-            return "particle " + std::to_string(i) + " of " + std::to_string(a.cells.size());
     if (a.cells.size() != b.cells.size())
         return "ncells " + std::to_string(a.cells.size()) + " and " + std::to_string(b.cells.size());
-    for (size_t i = 0; i < a.seeds.size(); i++)
-        if (!Same(a.seeds[i], b.seeds[i]))
-            return "launch " + std::to_string(i);
-    if (!Same(a.pos, b.pos))
-        return "walker at " + Exact(a.pos) + " and " + Exact(b.pos);
-    if (!Same(a.radius, b.radius) || !Same(a.maxweight, b.maxweight))
-        return "radius or maxweight";
-    if (a.stepcount != b.stepcount || a.nseeds != b.nseeds)
-        return "stepcount or nseeds";
-    if (a.nextrand != b.nextrand)
-        return "state of rand";
-    if (!Same(a.nextdrand, b.nextdrand))
-        return "state of drand48";
+    for (size_t i = 0; i < a.cells.size(); i++) {
+        const Particle &p = a.cells[i], &q = b.cells[i];
+        if (!Same(p.p.x, q.p.x) || !Same(p.p.y, q.p.y) || !Same(p.p.z, q.p.z) || !Same(p.weight, q.weight) ||
+            p.parent != q.parent)
+            return "particle " + std::to_string(i) + " of " + std::to_string(a.cells.size());
+    }
+    for (size_t i = 0; i < a.numbers.size(); i++)
+        if (!Same(a.numbers[i], b.numbers[i]))
+            return "number " + std::to_string(i) +
+                   " after the launches begin: " + std::to_string(a.numbers[i]) + " and " +
+                   std::to_string(b.numbers[i]);
     return "";
 }
 
 unsigned long long HashParticles(int count)
 {
-    unsigned long long hash = 14695981039346656037ULL;
-    const auto add = [&](const void *data, size_t size) {
-        for (size_t i = 0; i < size; i++)
-            hash = (hash ^ static_cast<const unsigned char *>(data)[i]) * 1099511628211ULL;
-    };
+    unsigned long long hash = Hash(nullptr, 0);
     for (int i = 0; i < count; i++) {
-        add(&cells[i].p, sizeof cells[i].p);
-        add(&cells[i].weight, sizeof cells[i].weight);
-        add(&cells[i].parent, sizeof cells[i].parent);
+        hash = Hash(&cells[i].p, sizeof cells[i].p, hash);
+        hash = Hash(&cells[i].weight, sizeof cells[i].weight, hash);
+        hash = Hash(&cells[i].parent, sizeof cells[i].parent, hash);
     }
     return hash;
 }
@@ -104,28 +79,16 @@ void Grow(GrowthStep step, int particles, long steps)
 
 void SetBoxSurface(double size, bool inward)
 {
+    // Corners, of which bits 0, 1 and 2 are set on the far side of x, y and z.
+    static constexpr int kFaces[12][3] = {{0, 6, 2}, {0, 4, 6}, {1, 3, 7}, {1, 7, 5}, {0, 5, 4}, {0, 1, 5},
+                                          {2, 6, 7}, {2, 7, 3}, {0, 3, 1}, {0, 2, 3}, {4, 5, 7}, {4, 7, 6}};
     const double h = size / 2;
     nstltri = 0;
-    for (int axis = 0; axis < 3; axis++) {
-        for (const double side : {-h, h}) {
-            // Corners of a side in counterclockwise order seen from outside for side > 0, then flipped as
-            // needed.
-            double corner[4][3];
-            for (int k = 0; k < 4; k++) {
-                corner[k][axis] = side;
-                corner[k][(axis + 1) % 3] = k == 1 || k == 2 ? h : -h;
-                corner[k][(axis + 2) % 3] = k >= 2 ? h : -h;
-            }
-            const auto vertex = [&](int k) { return Vector{corner[k][0], corner[k][1], corner[k][2]}; };
-            const bool flip = (side < 0) != inward;
-            for (const int k : {1, 2}) {
-                Triangle t = {};
-                t.p[0] = vertex(0);
-                t.p[1] = vertex(flip ? k + 1 : k);
-                t.p[2] = vertex(flip ? k : k + 1);
-                AppendToArray(&stltri, &nstltri, t);
-            }
-        }
+    for (const auto &[first, second, third] : kFaces) {
+        Triangle t = {};
+        for (int k = 0; const int corner : {first, inward ? third : second, inward ? second : third})
+            t.p[k++] = {corner & 1 ? h : -h, corner & 2 ? h : -h, corner & 4 ? h : -h};
+        AppendToArray(&stltri, &nstltri, t);
     }
     UpdateSTL();
 }

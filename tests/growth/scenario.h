@@ -9,15 +9,11 @@
 
 using GrowthStep = void (*)();
 
-// Everything that a run decides.
+// Everything that a run decides: the particles; then the launches, the walker's position, the radius, the largest flow, the
+// counts of steps and launches, and the draw that each generator would make next.
 struct Outcome {
     std::vector<Particle> cells;
-    std::vector<Vector> seeds;
-    Vector pos;
-    double radius, maxweight;
-    int stepcount, nseeds;
-    int nextrand;     // the draw that each generator
-    double nextdrand; // would make next
+    std::vector<double> numbers;
 };
 
 // All growth parameters at their defaults, no surface, one root at the origin, as at program start.
