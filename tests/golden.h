@@ -20,12 +20,14 @@ inline double Plain(double value)
     return std::fabs(value) < 1e-9 ? 0 : std::isnan(value) ? std::fabs(value) : value;
 }
 
-// The first lines of a long text, their number and a sum over the whole.
+// A text that is longer than so many lines as the first of them, their number and a sum over the whole.
 inline std::string Shortened(const std::string &text, int lines)
 {
     size_t end = 0;
     for (int i = 0; i < lines && end < text.size(); i++)
         end = std::min(text.find('\n', end), text.size() - 1) + 1;
+    if (end == text.size())
+        return text;
     return text.substr(0, end) + "of " + std::to_string(std::count(text.begin(), text.end(), '\n')) +
            " lines, sum " + std::to_string(Hash(text.data(), text.size())) + "\n";
 }

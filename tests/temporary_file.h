@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 
@@ -60,6 +61,19 @@ inline std::string ReadWhole(const std::filesystem::path &path)
     std::ostringstream text;
     text << std::ifstream(path, std::ios::binary).rdbuf();
     return text.str();
+}
+
+// What a function writes to the file that it is given.
+inline std::string Written(const std::function<void(FILE *)> &write)
+{
+    char *text = nullptr;
+    std::size_t length = 0;
+    FILE *file = open_memstream(&text, &length);
+    write(file);
+    fclose(file);
+    const std::string result(text, length);
+    free(text);
+    return result;
 }
 
 inline int CountFiles()

@@ -9,13 +9,9 @@
 #include "golden.h"
 #include "temporary_file.h"
 
-static std::string Written(const std::vector<Pixel> &pixels, int width, int height, int code)
+static std::string File(const std::vector<Pixel> &pixels, int width, int height, int code)
 {
-    const TemporaryFile target("");
-    FILE *file = fopen(target.path(), "w");
-    Write_Bitmap(file, pixels.data(), width, height, code);
-    fclose(file);
-    return ReadWhole(target.path());
+    return Written([&](FILE *file) { Write_Bitmap(file, pixels.data(), width, height, code); });
 }
 
 // A small picture byte by byte in every code; and a large one of runs of all lengths.
@@ -31,9 +27,9 @@ TEST(Bitmap, FilesToTheByte)
     std::ostringstream text;
     for (const int code : {1, 11, 12, 13, -1, -11, -12, -13, 0, 2, 10, 14, 1000}) {
         text << code << ':';
-        for (const char byte : Written(small, 4, 2, code))
+        for (const char byte : File(small, 4, 2, code))
             text << ' ' << (byte & 0xff);
-        const std::string file = Written(large, 600, 12, code);
+        const std::string file = File(large, 600, 12, code);
         text << ", " << file.size() << ' ' << Hash(file.data(), file.size()) << '\n';
     }
     ExpectGolden("bitmaps.txt", text.str());

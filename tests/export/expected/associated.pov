@@ -68,42 +68,4 @@ light_source {
 }
 
 #declare DLATEXTURE1 = texture {
- pigment { rgb 1*<185/256,190/256,50/256> }
- finish { thefinish }
- normal { thenormal }
-}
-
-// The DLA structure
-#declare SARKELO = union {
- // Length: 2
- cone {
-  <0.333333,-1e-07,1.125>,   CalcRadius(0,3)
-  <0,0,0>,   CalcRadius(0,min(2*3,3))
-  texture { DLATEXTURE0 }
- }
-
- // Length: 3
- sphere_sweep {
-  cubic_spline
-  5
-  <1.5,1.5,1>,  CalcRadius(0,3)
-  <1.25,0.75,0.5>,  CalcRadius(0,3)
-  <1,0,0>,  CalcRadius(1.5,3)
-  <0,0,0>,  CalcRadius(3,3)
-  <-1,0,0>,  CalcRadius(3,3)
- texture { DLATEXTURE1 }
- }
-
-}
-// An instance of the dla structure
-object {
- SARKELO
- /*
- transform {
-  scale <1,1,1>
-  rotate <0,0,0>
-  translate <0,0,0>
- }
- */
-}
-
+of 143 lines, sum 15080950103781364780
