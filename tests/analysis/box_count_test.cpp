@@ -83,11 +83,8 @@ TEST(BoxCount, EqualsThePlainCount)
     ExpectSameCount("ten levels", 0.5, 0.001, {{0, 0, 0}, {0.5, 0.25, 0.125}, {0.3, -0.4, 0.3}});
     ExpectSameCount("not finite", 10, 1, {{0, 0, 0}, {nan, 1, 2}, {HUGE_VAL, 0, 0}, {1e308, -1e308, 3}});
     ExpectSameCount("as far as numbers go", 1e308, 1e307, {{0, 0, 0}, {1, 2, 3}});
-    StartAfresh();
-    growthstate.nroots = 3;
-    growthstate.roottype = kRootSpherical;
-    growthstate.branchlength = 0.7;
-    RestartFromRoots();
+    GrowthState &g = growthstate;
+    StartWith({{&g.nroots, 3}, {&g.roottype, kRootSpherical}, {&g.branchlength, 0.7}});
     Grow(IterateSystem, 300, 10000000);
     const double radius = growthstate.radius;
     for (const double later : {radius, 0.3 * radius, 0.99 * radius, 1.7 * radius}) {

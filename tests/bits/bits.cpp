@@ -2,12 +2,11 @@
 // The same table on every machine is the promise of docs/growth-step.md.
 
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "analysis/box_count.h"
 #include "analysis/dimension.h"
@@ -15,79 +14,47 @@
 #include "growth/flights.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
+#include "hash.h"
 #include "surface/samples.h"
 #include "surface/surface.h"
+#include "temporary_file.h"
 
 namespace
 {
 struct Run {
     const char *name;
-    int source = kSourceSphere;
-    int roottype = kRootOrigin;
-    int nroots = 1;
+    int particles;
+    std::vector<Setting> settings;
     const char *sample = "None";
     Vector scale = {1, 1, 1};
     Vector rotate = {0, 0, 0};
-    double rotation = 0;
-    double bias = 0.1;
-    double branchlength = 1;
-    double intersectrange = 0;
-    int association = 0;
-    int walk = kWalkSteps;
-    double launchscale = 1;
-    double killingscale = 1;
-    int particles = 300;
 };
 } // namespace
 
+static GrowthState &g = growthstate;
 static const Run kRuns[] = {
-    {.name = "steps", .particles = 3000},
-    {.name = "ring of 15 roots, z", .roottype = kRootRingZ, .nroots = 15},
-    {.name = "ring of 20 roots, x, associated", .roottype = kRootRingX, .nroots = 20, .association = 1},
-    {.name = "ring of 7 roots, y", .roottype = kRootRingY, .nroots = 7},
-    {.name = "random roots", .roottype = kRootRandomY, .nroots = 9, .bias = 1},
-    {.name = "plane, short branches", .source = kSourcePlaneX, .branchlength = 0.3},
-    {.name = "double axis", .source = kSourceDoubleAxisZ},
-    {.name = "rotation", .rotation = 5},
-    {.name = "self-intersection", .intersectrange = 0.5, .particles = 60},
-    {.name = "through a turned tube",
-     .sample = "Open (double) cylinder",
-     .scale = {0.2, 0.2, 0.3},
-     .rotate = {297, 0, 0}},
-    {.name = "surface as source",
-     .source = kSourceSurface,
-     .sample = "Sphere",
-     .scale = {3, 1, 2},
-     .rotate = {10, 20, 30}},
-    {.name = "on a turned plane", .sample = "Plane", .scale = {1, 1, 0.1}, .rotate = {1, 2, 3}},
-    {.name = "flights", .bias = 0, .walk = kWalkFlights, .particles = 3000},
-    {.name = "flights with drift", .bias = 0.5, .walk = kWalkFlights, .particles = 1000},
-    {.name = "flights from far away",
-     .bias = 0,
-     .walk = kWalkFlights,
-     .launchscale = 2,
-     .killingscale = 20,
-     .particles = 1000},
-    {.name = "flights in a wide sphere",
-     .bias = 0,
-     .walk = kWalkFlights,
-     .launchscale = 2,
-     .particles = 1000},
-    {.name = "flights on a turned plane",
-     .sample = "Plane",
-     .scale = {3, 3, 0.1},
-     .rotate = {33, 44, 55},
-     .walk = kWalkFlights,
-     .particles = 1000},
+    {"steps", 3000, {}},
+    {"ring of 15 roots, z", 300, {{&g.roottype, kRootRingZ}, {&g.nroots, 15}}},
+    {"ring of 20 roots, x, associated",
+     300,
+     {{&g.roottype, kRootRingX}, {&g.nroots, 20}, {&g.association, 1}}},
+    {"ring of 7 roots, y", 300, {{&g.roottype, kRootRingY}, {&g.nroots, 7}}},
+    {"random roots", 300, {{&g.roottype, kRootRandomY}, {&g.nroots, 9}, {&g.bias, 1}}},
+    {"plane, short branches", 300, {{&g.sourcetype, kSourcePlaneX}, {&g.branchlength, 0.3}}},
+    {"double axis", 300, {{&g.sourcetype, kSourceDoubleAxisZ}}},
+    {"rotation", 300, {{&g.rotation, 5}}},
+    {"self-intersection", 60, {{&g.intersectrange, 0.5}}},
+    {"through a turned tube", 300, {}, "Open (double) cylinder", {0.2, 0.2, 0.3}, {297, 0, 0}},
+    {"surface as source", 300, {{&g.sourcetype, kSourceSurface}}, "Sphere", {3, 1, 2}, {10, 20, 30}},
+    {"on a turned plane", 300, {}, "Plane", {1, 1, 0.1}, {1, 2, 3}},
+    {"flights", 3000, {{&g.walk, kWalkFlights}, {&g.bias, 0}}},
+    {"flights with drift", 1000, {{&g.walk, kWalkFlights}, {&g.bias, 0.5}}},
+    {"flights from far away",
+     1000,
+     {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.launchscale, 2}, {&g.killingscale, 20}}},
+    {"flights in a wide sphere", 1000, {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.launchscale, 2}}},
+    {"flights on a turned plane", 1000, {{&g.walk, kWalkFlights}}, "Plane", {3, 3, 0.1}, {33, 44, 55}},
 };
-
-static unsigned long long Hash(const void *data, std::size_t size)
-{
-    unsigned long long hash = 14695981039346656037ULL;
-    for (std::size_t i = 0; i < size; i++)
-        hash = (hash ^ static_cast<const unsigned char *>(data)[i]) * 1099511628211ULL;
-    return hash;
-}
 
 static void Print(std::ostream &table, const std::string &name, unsigned long long hash)
 {
@@ -98,23 +65,11 @@ static void Print(std::ostream &table, const std::string &name, unsigned long lo
 
 static void Grow(const Run &run)
 {
-    StartAfresh();
-    growthstate.sourcetype = run.source;
-    growthstate.rotation = run.rotation;
-    growthstate.bias = run.bias;
-    growthstate.branchlength = run.branchlength;
-    growthstate.intersectrange = run.intersectrange;
-    growthstate.association = run.association;
-    growthstate.walk = run.walk;
-    growthstate.launchscale = run.launchscale;
-    growthstate.killingscale = run.killingscale;
-    growthstate.roottype = run.roottype;
-    growthstate.nroots = run.nroots;
+    StartWith(run.settings);
     for (const Sample &sample : Samples())
         if (strcmp(sample.name, run.sample) == 0)
             BuildSample(sample.id);
     TransformSTL(run.scale, {0, 0, 0}, run.rotate);
-    RestartFromRoots();
     while (ncells < run.particles)
         WalkUntilStick(1000);
 }
@@ -142,20 +97,15 @@ static void PrintSurfaces(std::ostream &table)
 // What is saved of an aggregate in a surface, statistics included.
 static void PrintFiles(std::ostream &table)
 {
-    Grow({.name = "", .sample = "Open (single) cylinder", .rotate = {5, 6, 7}, .particles = 200});
+    Grow({"", 200, {}, "Open (single) cylinder", {1, 1, 1}, {5, 6, 7}});
     CountBranches();
     StartBoxCount();
     while (!CountNextBox()) {
     }
     options.surfacemode = kSurfaceSolid;
     for (const ModelKind &kind : ModelKinds()) {
-        char *content = nullptr;
-        std::size_t size = 0;
-        FILE *file = open_memstream(&content, &size);
-        const int written = WriteModel(file, kind);
-        fclose(file);
-        Print(table, std::string("saved as ") + kind.name, written ? Hash(content, size) : 0);
-        free(content);
+        const std::string content = Written([&](FILE *file) { WriteModel(file, kind); });
+        Print(table, std::string("saved as ") + kind.name, Hash(content.data(), content.size()));
     }
     std::string curve;
     for (const Gyration &at : GyrationByNumber(10))
@@ -174,10 +124,7 @@ int main(int argc, char **argv)
     std::cout << table.str();
     if (argc < 2)
         return 0;
-    std::ifstream file(argv[1]);
-    std::ostringstream expected;
-    expected << file.rdbuf();
-    if (table.str() == expected.str())
+    if (table.str() == ReadWhole(argv[1]))
         return 0;
     std::cerr << "not the hashes of " << argv[1] << '\n';
     return 1;

@@ -7,7 +7,6 @@
 #include "base/array.h"
 #include "golden.h"
 #include "growth/growth_step.h"
-#include "growth/roots.h"
 #include "growth/scenario.h"
 #include "temporary_file.h"
 
@@ -27,10 +26,7 @@ static std::string Sliced(int count, Vector n, SliceResult expected = kSlicesDon
 
 TEST(Slices, FilesAndReportsAreThoseOfRightBefore)
 {
-    StartAfresh();
-    growthstate.nroots = 3;
-    growthstate.roottype = kRootRingZ;
-    RestartFromRoots();
+    StartWith({{&growthstate.nroots, 3}, {&growthstate.roottype, kRootRingZ}});
     Grow(IterateSystem, 400, 10000000);
     Vector oblique = {1, -2, 0.5};
     Normalise(&oblique);

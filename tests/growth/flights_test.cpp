@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -14,31 +14,6 @@
 #include "growth/scenario.h"
 #include "growth/walker.h"
 #include "search/neighbour_search.h"
-
-namespace
-{
-struct Setting {
-    const char *name;
-    double bias = 0.1, branchlength = 1, stickiness = 100;
-    bool association = false;
-    double killingscale = 1;
-};
-} // namespace
-
-static void Start(const Setting &setting, int seed)
-{
-    StartAfresh();
-    growthstate.seed = seed;
-    growthstate.bias = setting.bias;
-    growthstate.branchlength = setting.branchlength;
-    growthstate.stickiness = setting.stickiness;
-    growthstate.association = setting.association;
-    growthstate.killingscale = setting.killingscale;
-    growthstate.launchscale = setting.killingscale > 1 ? 2 : 1;
-    growthstate.nroots = setting.association ? 3 : 1;
-    growthstate.roottype = setting.association ? kRootRingX : kRootOrigin;
-    RestartFromRoots();
-}
 
 static double NearestPartner()
 {
@@ -52,37 +27,40 @@ static double NearestPartner()
 // Walkers fly within free balls, and growth does not depend on when the neighbour search was built.
 TEST(Flights, FollowFromTheRecordsAlone)
 {
-    for (const Setting &setting :
-         {Setting{"bias 1", 1}, Setting{"short", 0.1, 0.3}, Setting{"associated", 0.1, 1, 100, true},
-          Setting{"far away", 0.1, 1, 100, false, 10}}) {
-        Start(setting, 1);
+    GrowthState &g = growthstate;
+    const std::vector<Setting> variants[] = {{{&g.bias, 1}},
+                                             {{&g.branchlength, 0.3}},
+                                             {{&g.association, 1}, {&g.nroots, 3}, {&g.roottype, kRootRingX}},
+                                             {{&g.launchscale, 2}, {&g.killingscale, 10}}};
+    for (const auto &variant : variants) {
+        const auto which = testing::Message() << "variant " << &variant - variants;
+        StartWith(variant);
         double reached = 0;
         int asked = 0;
         for (long move = 0; ncells < 2500; move++) {
-            const double b = setting.branchlength, nearest = move % 500 == 0 ? NearestPartner() : 0;
+            const double b = g.branchlength, nearest = move % 500 == 0 ? NearestPartner() : 0;
             if (nearest > 0) {
-                ASSERT_LE(FreeRadius(), nearest - b) << setting.name;
+                ASSERT_LE(FreeRadius(), nearest - b) << which;
             }
-            if (nearest > 5 * b && Modulus(growthstate.pos) < AggregateReach()) {
+            if (nearest > 5 * b && Modulus(g.pos) < AggregateReach()) {
                 reached += (FreeRadius() + b) / nearest;
                 asked++;
             }
-            const Vector before = growthstate.pos;
+            const Vector before = g.pos;
             IterateFlights();
-            if (move % 50 == 0 && VectorLength(before, growthstate.pos) > 1.9 * b) {
-                ASSERT_GE(NearestPartner(), b * (1 - 1e-9)) << setting.name;
+            if (move % 50 == 0 && VectorLength(before, g.pos) > 1.9 * b) {
+                ASSERT_GE(NearestPartner(), b * (1 - 1e-9)) << which;
             }
         }
-        EXPECT_GT(reached / asked, 0.5) << setting.name; // of the distance to the nearest particle
+        EXPECT_GT(reached / asked, 0.5) << which; // of the distance to the nearest particle
         const Outcome expected = TakeOutcome();
-        std::mt19937 random(1);
-        Start(setting, 1);
-        while (ncells < 2500) {
-            if (random() % 3000 == 0)
+        StartWith(variant);
+        for (long move = 0; ncells < 2500; move++) {
+            if (move % 2999 == 0)
                 FreeNeighbourIndex();
             IterateFlights();
         }
-        EXPECT_EQ(Difference(expected, TakeOutcome()), "") << setting.name;
+        EXPECT_EQ(Difference(expected, TakeOutcome()), "") << which;
     }
 }
 
@@ -91,17 +69,17 @@ TEST(Flights, FollowFromTheRecordsAlone)
 TEST(Flights, GrowWhatStepsGrow)
 {
     constexpr int kAggregates = std::max(SARKELO_HISTORIES / 3, 6);
-    for (const Setting &setting : {Setting{"bias 1", 1}, Setting{"stickiness 5", 0.1, 1, 5}}) {
+    for (const Setting &setting : {Setting{&growthstate.bias, 1}, Setting{&growthstate.stickiness, 5}}) {
         double mean[2] = {0, 0}, squares = 0;
         for (const bool flies : {false, true}) {
             for (int seed = 1; seed <= kAggregates; seed++) {
-                Start(setting, seed + 1000 * flies);
+                StartWith({setting, {&growthstate.seed, seed + 1000.0 * flies}});
                 Grow(flies ? IterateFlights : IterateSystem, 1000, 100000000);
                 mean[flies] += RadiusOfGyration() / kAggregates;
                 squares += RadiusOfGyration() * RadiusOfGyration() / kAggregates;
             }
         }
         const double variance = squares - mean[0] * mean[0] - mean[1] * mean[1];
-        EXPECT_NEAR(mean[0], mean[1], 4 * std::sqrt(variance / (kAggregates - 1))) << setting.name;
+        EXPECT_NEAR(mean[0], mean[1], 4 * std::sqrt(variance / (kAggregates - 1))) << setting.value;
     }
 }

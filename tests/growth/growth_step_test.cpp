@@ -1,12 +1,14 @@
 #include "growth/growth_step.h"
 
 #include <climits>
+#include <cstdlib>
 #include <optional>
 
 #include <gtest/gtest.h>
 
 #include "growth/deferred_flows.h"
 #include "growth/flights.h"
+#include "growth/generators.h"
 #include "growth/scenario.h"
 #include "growth/walker.h"
 
@@ -47,5 +49,16 @@ TEST(GrowthStep, CountsStartOverInPhaseBeforeTheyOverflow)
         EXPECT_NEAR(Modulus(seeds[slot]), LaunchRadius(), 1e-9);
         EXPECT_GE(nseeds, kSeedRing); // all of the ring is drawn
         EXPECT_EQ(nseeds % kSeedRing, slot + 1);
+    }
+}
+
+TEST(Generators, DrawWhatTheLibraryDraws)
+{
+    for (const int seed : {0, 1, -7, 2147483647, -2147483647 - 1}) {
+        srand(static_cast<unsigned>(seed));
+        srand48(seed);
+        SeedGenerators(seed);
+        for (int i = 0; i < 20000; i++)
+            ASSERT_TRUE(DrawUniform() == drand48() && DrawInteger() == rand()) << seed << ", draw " << i;
     }
 }

@@ -30,6 +30,14 @@ void StartAfresh()
     ResetSeeds();
 }
 
+void StartWith(const std::vector<Setting> &settings)
+{
+    StartAfresh();
+    for (const Setting &setting : settings)
+        SetParameter(ParameterOf(setting.field), setting.value);
+    RestartFromRoots();
+}
+
 Outcome TakeOutcome()
 {
     Outcome o = {{cells, cells + ncells}, {}};

@@ -19,6 +19,15 @@ struct Outcome {
 // All growth parameters at their defaults, no surface, one root at the origin, as at program start.
 void StartAfresh();
 
+// A field of a parameter, and its value.
+struct Setting {
+    const void *field;
+    double value;
+};
+
+// As StartAfresh, but with these parameters.
+void StartWith(const std::vector<Setting> &settings);
+
 // What the run has left; draws once from each generator.
 Outcome TakeOutcome();
 
