@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "golden.h"
-#include "growth/roots.h"
 #include "growth/scenario.h"
 
 TEST(Colour, MapsAndParticlesAreColouredAsRightBefore)
@@ -18,10 +17,7 @@ TEST(Colour, MapsAndParticlesAreColouredAsRightBefore)
     }
     for (const auto &[association, nroots] :
          {std::pair(0, 30), std::pair(1, 0), std::pair(1, 1), std::pair(1, 3), std::pair(1, 30)}) {
-        StartAfresh();
-        growthstate.nroots = 30;
-        growthstate.roottype = kRootRingX;
-        ResetSeeds();
+        StartWith({{&growthstate.nroots, 30}, {&growthstate.roottype, kRootRingX}});
         growthstate.nroots = nroots;
         growthstate.association = association;
         growthstate.maxweight = 9; // a third of it and more is red

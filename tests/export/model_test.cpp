@@ -25,7 +25,6 @@ protected:
     void SetUp() override
     {
         StartAfresh();
-        camera = {};
         camera.vp = {60, 0, 0};
         camera.vu = {0, 0, 1};
         camera.aperture = 60;
@@ -33,21 +32,16 @@ protected:
         growthstate.radius = 12.5;
         growthstate.maxweight = 3;
         snprintf(growthstate.rootname, sizeof growthstate.rootname, "Spherical");
-        const Particle particles[] = {
-            {{0, 0, 0}, 3, -1, 9},
-            {{5, 0.5, -2.5}, 0, -1, 9},
-            {{1, 0, 0}, 1.5, 0, 9},
-            {{1.25, 0.75, 0.5}, 0, 2, 9},
-            {{0.3333333333333333, -1e-7, 1.125}, 0, 0, 9},
-        };
+        const Vector points[] = {
+            {0, 0, 0}, {5, 0.5, -2.5}, {1, 0, 0}, {1.25, 0.75, 0.5}, {1.0 / 3, -1e-7, 1.125}};
+        const double flows[] = {3, 0, 1.5, 0, 0};
+        const int parents[] = {-1, -1, 0, 2, 0};
         ncells = 0;
-        for (const Particle &particle : particles)
-            AppendToArray(&cells, &ncells, particle);
-        const Triangle faces[] = {
-            {{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {0, 0, 1}, {}, 0, 0, 0, 0},
-            {{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0}};
-        for (const Triangle &face : faces)
-            AppendToArray(&stltri, &nstltri, face);
+        for (int i = 0; i < 5; i++)
+            AppendToArray(&cells, &ncells, Particle{points[i], flows[i], parents[i], 9});
+        AppendToArray(&stltri, &nstltri, Triangle{{{}, {1, 0, 0}, {0, 1, 0}}, {0, 0, 1}, {}, 0, 0, 0, 0});
+        AppendToArray(&stltri, &nstltri,
+                      Triangle{{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0});
     }
 };
 
@@ -72,34 +66,24 @@ TEST_F(Exports, EveryFormatToTheByte)
     EXPECT_EQ(Model(kFormatSTL, 0), "");
 }
 
-// Only POV-Ray has chains; modes that a format does not know are those of a segment a particle.
-TEST_F(Exports, ModesThatNoMenuAsksFor)
+// Modes that no menu asks for, and aggregates of roots alone, of nothing, and without roots counted.
+TEST_F(Exports, OddModesAndAggregates)
 {
-    for (const int format : {kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM}) {
-        const std::string chains = Model(format, kModeChains), segments = Model(format, kModeSegments);
-        EXPECT_EQ(Model(format, kModeFineMesh + 1), segments) << format;
-        const int all = std::exchange(ncells, 2); // the roots
-        EXPECT_EQ(chains, Model(format, kModeSegments)) << format;
-        EXPECT_NE(chains, segments) << format;
-        ncells = all;
-    }
-}
-
-TEST_F(Exports, RootsOnlyAndNothing)
-{
-    ncells = 2;
+    std::string text;
     nstltri = 0;
-    growthstate.maxweight = 0;
-    EXPECT_EQ(Model(kFormatGEOM, 1), "# 3D DLA by Orvandel");
-    EXPECT_EQ(Model(kFormatPointDXF, 1), "0\nSECTION\n2\nENTITIES\n 0\nENDSEC\n 0\nEOF\n");
-    const std::string chains = Model(kFormatPOV, 0);
-    EXPECT_EQ(chains, Model(kFormatPOV, 1));
-    EXPECT_NE(chains.find("union {\n}\n// An instance"), std::string::npos);
-    ncells = 0;
-    growthstate.nroots = 0;
-    const std::string bare = Model(kFormatPOV, 0);
-    EXPECT_EQ(bare.find("#declare DLATEXTURE"), std::string::npos);
-    EXPECT_NE(bare.find(" texture { DLATEXTURE0 }\n"), std::string::npos);
+    for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM}) {
+        for (const int mode : {int{kModeChains}, int{kModeSegments}, kModeFineMesh + 1}) {
+            for (const int particles : {5, 2, 0}) {
+                const int all = std::exchange(ncells, particles);
+                growthstate.nroots = particles == 0 ? 0 : 2;
+                growthstate.maxweight = particles == 5 ? 3 : 0;
+                text += std::to_string(format) + ' ' + std::to_string(mode) + ' ' +
+                        std::to_string(particles) + ": " + Shortened(Model(format, mode) + '\n', 0);
+                ncells = all;
+            }
+        }
+    }
+    ExpectGolden("../export/expected/odd.txt", text);
 }
 
 TEST_F(Exports, Information)

@@ -65,16 +65,12 @@ parent = particles["parent"][:]
 reader = vtk.vtkXMLPolyDataReader()
 reader.SetFileName("body.vtp")
 reader.Update()
-data = reader.GetOutput()
-assert (vtk_to_numpy(data.GetPoints().GetData()) == particles["position"][:]).all()
-array = lambda name: vtk_to_numpy(data.GetPointData().GetArray(name))
-assert (array("flow") == particles["flow"][:]).all() and (array("parent") == parent).all()
-assert (array("arrival") == np.arange(2000)).all()
-distance = [0]
-for i in range(1, 2000):
-    distance.append(distance[parent[i]] + 1)
-assert (array("branches_from_root") == distance).all()
-lines = vtk_to_numpy(data.GetLines().GetData()).reshape(-1, 3)
+points = reader.GetOutput().GetPointData()
+assert (vtk_to_numpy(reader.GetOutput().GetPoints().GetData()) == particles["position"][:]).all()
+assert (vtk_to_numpy(points.GetArray("flow")) == particles["flow"][:]).all()
+distance = vtk_to_numpy(points.GetArray("branches_from_root"))
+assert distance[0] == 0 and (distance[1:] == distance[parent[1:]] + 1).all()
+lines = vtk_to_numpy(reader.GetOutput().GetLines().GetData()).reshape(-1, 3)
 assert (lines == np.stack([np.full(1999, 2), parent[1:], np.arange(1, 2000)], axis=1)).all()
 
 for name in "body.ply", "apex.ply":

@@ -44,29 +44,20 @@ TEST(Slices, FilesAndReportsAreThoseOfRightBefore)
 }
 
 // Ends on a plane are inside, and a branch across it at a grazing angle is cut where it crosses.
-TEST(Slices, BranchesAreCutAtThePlanes)
+TEST(Slices, BranchesOnAndAlongThePlanes)
 {
-    const Slab slab = {{0, 0, 1}, 1, 0};
     const struct {
-        double z1, x2, z2;
+        Vector p, q;
         int kept;
         Vector start, end;
-    } rows[] = {{1, 5, 1, 1, {0, 0, 1}, {5, 0, 1}},
-                {1.5, 5, 1.25, 0, {}, {}},
-                {-1e-6, 5, -0.5, 0, {}, {}},
-                {0.25, 5, 0.5, 1, {0, 0, 0.25}, {5, 0, 0.5}},
-                {0.5, 4, 2, 1, {4.0 / 3, 0, 1}, {0, 0, 0.5}}, // from the cut to the start
-                {2, 4, 0, 1, {2, 0, 1}, {4, 0, 0}},
-                {2, 3, -1, 1, {1, 0, 1}, {2, 0, 0}},
-                {-1, 3, 2, 1, {2, 0, 1}, {1, 0, 0}},
-                {0.5, 3, -1, 1, {0, 0, 0.5}, {1, 0, 0}},
-                {-1, 3, 0.5, 1, {3, 0, 0.5}, {2, 0, 0}},
-                {1 - 1e-6, 4, 1 + 1e-6, 1, {2, 0, 1}, {0, 0, 1 - 1e-6}}};
+    } rows[] = {{{0, 0, 1}, {5, 0, 1}, 1, {0, 0, 1}, {5, 0, 1}},
+                {{0, 0, 0}, {5, 0, 0}, 1, {0, 0, 0}, {5, 0, 0}},
+                {{0, 0, 1.5}, {5, 0, 1.25}, 0, {}, {}},
+                {{0, 0, 1 - 1e-6}, {4, 0, 1 + 1e-6}, 1, {2, 0, 1}, {0, 0, 1 - 1e-6}}};
     for (const auto &row : rows) {
         Vector start = {}, end = {};
-        EXPECT_EQ(ClipBranch({0, 0, row.z1}, {row.x2, 0, row.z2}, slab, &start, &end), row.kept)
-            << &row - rows;
-        EXPECT_LT(VectorLength(start, row.start) + VectorLength(end, row.end), 1e-6) << &row - rows;
+        EXPECT_EQ(ClipBranch(row.p, row.q, {{0, 0, 1}, 1, 0}, &start, &end), row.kept) << row.p.z;
+        EXPECT_LT(VectorLength(start, row.start) + VectorLength(end, row.end), 1e-6) << row.p.z;
     }
 }
 

@@ -10,7 +10,6 @@
 #include "growth/flights.h"
 #include "growth/generators.h"
 #include "growth/scenario.h"
-#include "growth/walker.h"
 
 TEST(GrowthStep, DefaultRunsArePinned)
 {
@@ -29,26 +28,6 @@ TEST(GrowthStep, DefaultRunsArePinned)
         Grow(row.step, 20000, LONG_MAX);
         flows.reset();
         EXPECT_EQ(HashParticles(20000), row.hash) << std::hex << HashParticles(20000);
-    }
-}
-
-TEST(GrowthStep, CountsStartOverInPhaseBeforeTheyOverflow)
-{
-    StartAfresh();
-    growthstate.stickiness = 0;
-    growthstate.stepcount = INT_MAX - 1;
-    for (const int count : {INT_MAX, INT_MAX % kWalkerLife + 1}) {
-        IterateSystem();
-        EXPECT_EQ(growthstate.stepcount, count);
-    }
-    nseeds = INT_MAX;
-    for (const int slot : {INT_MAX % kSeedRing, INT_MAX % kSeedRing + 1}) {
-        growthstate.stepcount = 0;
-        seeds[slot] = {0, 0, 0};
-        IterateSystem();
-        EXPECT_NEAR(Modulus(seeds[slot]), LaunchRadius(), 1e-9);
-        EXPECT_GE(nseeds, kSeedRing); // all of the ring is drawn
-        EXPECT_EQ(nseeds % kSeedRing, slot + 1);
     }
 }
 

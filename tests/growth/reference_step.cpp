@@ -1,9 +1,11 @@
 #include "growth/reference_step.h"
 
+#include <algorithm>
 #include <array>
 #include <climits>
 #include <cmath>
 
+#include "base/array.h"
 #include "geom/elementary.h"
 #include "growth/generators.h"
 #include "growth/state.h"
@@ -36,7 +38,13 @@ Triple Minus(const Triple &a, const Triple &b)
 
 double Length(const Triple &a)
 {
-    return std::sqrt(a[0] * a[0] + a[1] * a[1] + a[2] * a[2]);
+    return std::sqrt(Dot(a, a));
+}
+
+// a + mu d
+Triple Along(const Triple &a, double mu, const Triple &d)
+{
+    return {a[0] + mu * d[0], a[1] + mu * d[1], a[2] + mu * d[2]};
 }
 
 Triple Unit(Triple a)
@@ -89,12 +97,10 @@ double LineDistance(const Triple &p1, const Triple &p2, const Triple &p3, const 
 {
     const Triple p43 = Minus(p4, p3);
     const Triple p21 = Minus(p2, p1);
-    bool short43 = true, short21 = true;
-    for (int c = 0; c < 3; c++) {
-        short43 = short43 && std::fabs(p43[c]) < 1e-5;
-        short21 = short21 && std::fabs(p21[c]) < 1e-5;
-    }
-    if (short43 || short21)
+    const auto isshort = [](const Triple &d) {
+        return std::fabs(d[0]) < 1e-5 && std::fabs(d[1]) < 1e-5 && std::fabs(d[2]) < 1e-5;
+    };
+    if (isshort(p43) || isshort(p21))
         return -1;
     const Triple p13 = Minus(p1, p3);
     const double denom = Dot(p21, p21) * Dot(p43, p43) - Dot(p43, p21) * Dot(p43, p21);
@@ -102,10 +108,7 @@ double LineDistance(const Triple &p1, const Triple &p2, const Triple &p3, const 
         return -1;
     const double mua = (Dot(p13, p43) * Dot(p43, p21) - Dot(p13, p21) * Dot(p43, p43)) / denom;
     const double mub = (Dot(p13, p43) + Dot(p43, p21) * mua) / Dot(p43, p43);
-    Triple apart;
-    for (int c = 0; c < 3; c++)
-        apart[c] = (p3[c] + mub * p43[c]) - (p1[c] + mua * p21[c]);
-    return Length(apart);
+    return Length(Minus(Along(p3, mub, p43), Along(p1, mua, p21)));
 }
 
 bool Crosses(const Triangle &t, const Triple &p1, const Triple &p2)
@@ -118,14 +121,13 @@ bool Crosses(const Triangle &t, const Triple &p1, const Triple &p2)
     const double mu = -(t.D + Dot(n, p1)) / denom;
     if (mu < 0 || mu > 1)
         return false;
-    Triple hit;
-    for (int c = 0; c < 3; c++)
-        hit[c] = p1[c] + mu * along[c];
-    const Triple u0 = Unit(Minus(From(t.p[0]), hit));
-    const Triple u1 = Unit(Minus(From(t.p[1]), hit));
-    const Triple u2 = Unit(Minus(From(t.p[2]), hit));
+    const Triple hit = Along(p1, mu, along);
+    Triple u[3];
+    for (int k = 0; k < 3; k++)
+        u[k] = Unit(Minus(From(t.p[k]), hit));
     const double sum =
-        (ArcCosine(Dot(u0, u1)) + ArcCosine(Dot(u1, u2)) + ArcCosine(Dot(u0, u2))) * 57.29577951308232;
+        (ArcCosine(Dot(u[0], u[1])) + ArcCosine(Dot(u[1], u[2])) + ArcCosine(Dot(u[0], u[2]))) *
+        57.29577951308232;
     return std::fabs(sum - 360) <= 1e-5;
 }
 
@@ -138,8 +140,7 @@ bool PokesThrough(const Triangle &t, const Triple &pos)
         Triple closest = a;
         if (!(Dot(d, d) < 1e-5)) {
             mu = Dot(Minus(pos, a), d) / Dot(d, d);
-            for (int c = 0; c < 3; c++)
-                closest[c] = a[c] + mu * d[c];
+            closest = Along(a, mu, d);
         }
         if (mu >= 0 && mu <= 1 && Length(Minus(pos, closest)) < growthstate.branchlength)
             return Dot(Minus(pos, From(t.midpoint)), From(t.n)) > 0;
@@ -156,19 +157,16 @@ void ReferenceStep()
     if (growthstate.stepcount % 10000 == 0) {
         growthstate.pos = To(Launch());
         seeds[nseeds % 1000] = growthstate.pos;
-        nseeds = nseeds + 1;
+        nseeds = (nseeds == INT_MAX ? 1000 + INT_MAX % 1000 : nseeds) + 1;
     }
     const Vector before = growthstate.pos;
     growthstate.stepcount =
         growthstate.stepcount == INT_MAX ? INT_MAX % 10000 + 1 : growthstate.stepcount + 1;
 
-    Triple pos = From(before);
     Triple d;
     for (double &c : d)
         c = DrawUniform() - 0.5;
-    d = Unit(d);
-    for (int c = 0; c < 3; c++)
-        pos[c] = pos[c] + d[c] * b;
+    Triple pos = Along(From(before), b, Unit(d));
     if (Length(pos) > launchradius)
         return;
 
@@ -185,12 +183,8 @@ void ReferenceStep()
             for (int c = 0; c < 3; c++)
                 target[c] = From(cells[DrawInteger() % placed].p)[c];
         }
-        if (drifts) {
-            const double shift = b * growthstate.bias * 0.01;
-            const Triple u = Unit(Minus(target, pos));
-            for (int c = 0; c < 3; c++)
-                pos[c] = pos[c] - shift * u[c];
-        }
+        if (drifts)
+            pos = Along(pos, -(b * growthstate.bias * 0.01), Unit(Minus(target, pos)));
     }
     if (growthstate.rotation != 0) {
         const double angle = growthstate.rotation * 0.017453292519943295;
@@ -235,21 +229,14 @@ void ReferenceStep()
             refused = apart >= 0 && apart < tolerance;
         }
     }
-    for (int i = 0; i < nstltri && !refused; i++)
-        refused = Crosses(stltri[i], pos, end);
-    for (int i = 0; i < nstltri && !refused; i++)
-        refused = PokesThrough(stltri[i], pos);
+    for (int i = 0; i < nstltri; i++)
+        refused = refused || Crosses(stltri[i], pos, end) || PokesThrough(stltri[i], pos);
     if (refused) {
         growthstate.pos = before;
         return;
     }
 
-    cells = static_cast<Particle *>(realloc(cells, static_cast<size_t>(ncells + 1) * sizeof(Particle)));
-    cells[ncells].p = growthstate.pos;
-    cells[ncells].weight = 0;
-    cells[ncells].parent = partner;
-    cells[ncells].visited = 0;
-    ncells = ncells + 1;
+    AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0});
 
     double n = 2;
     for (int i = cells[partner].parent; i > 0; i = cells[i].parent)
@@ -257,10 +244,8 @@ void ReferenceStep()
     for (int i = partner; i != -1; i = cells[i].parent)
         cells[i].weight = cells[i].weight + 1 / n;
     for (int i = 0; i < ncells; i++) {
-        if (cells[i].weight > growthstate.maxweight)
-            growthstate.maxweight = cells[i].weight;
-        if (Length(From(cells[i].p)) > growthstate.radius)
-            growthstate.radius = Length(From(cells[i].p));
+        growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+        growthstate.radius = std::max(growthstate.radius, Length(From(cells[i].p)));
     }
     growthstate.stepcount = 0;
 }

@@ -2,6 +2,7 @@
 
 #include <climits>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -42,8 +43,7 @@ TEST(Roots, ArePlacedAsRightBefore)
 
 TEST(Roots, RestartFallsBackToThePlacedRoots)
 {
-    StartAfresh();
-    growthstate.nroots = 5; // kRootOrigin places one of them
+    StartWith({{&growthstate.nroots, 5}}); // kRootOrigin places one of them
     Grow(IterateSystem, 100, LONG_MAX);
     const double flow = cells[0].weight;
     stats.timestep = 17;
@@ -55,9 +55,7 @@ TEST(Roots, RestartFallsBackToThePlacedRoots)
     EXPECT_TRUE(stats.timestep == 0 && stats.branchcount[3] == 4);
     EXPECT_EQ(growthstate.radius, 20); // five roots are counted: the range of 10 and a margin of 10
 
-    growthstate.roottype = kRootRingX;
-    growthstate.rootrange = 50;
-    ResetSeeds();
+    StartWith({{&growthstate.nroots, 5}, {&growthstate.roottype, kRootRingX}, {&growthstate.rootrange, 50}});
     growthstate.rootrange = 5;
     InitialiseGrowth();
     EXPECT_EQ(ncells, 5);
@@ -69,28 +67,15 @@ TEST(SeedFile, GivesWhatItGaveRightBefore)
 {
     const std::string longpath = "/tmp/" + std::string(150, 'd');
     std::ofstream(longpath) << "1 2 3";
-    const struct {
-        const char *content, *path;
-    } rows[] = {{"1 2 3\n4 5 6\n7 8\n", nullptr},
-                {"1 2 3\r\n4\t5\n6", nullptr},
-                {"1 2 3\n4 five 6\n7 8 9\n", nullptr},
-                {"", nullptr},
-                {"1 2\n", nullptr},
-                {"# 1 2 3\n", nullptr},
-                {"30 40 0\nnan inf 1\n", nullptr},
-                {"unopened", "/no/such/file"},
-                {"directory", "/"},
-                {"long name", longpath.c_str()}};
     std::ostringstream text;
-    for (const auto &row : rows) {
-        StartAfresh();
-        growthstate.roottype = kRootRingX;
-        growthstate.nroots = 3;
-        ResetSeeds();
+    for (const std::string &content : std::vector<std::string>{
+             "1 2 3\n4 5 6\n7 8\n", "1 2 3\r\n4\t5\n6", "1 2 3\n4 five 6\n7 8 9\n", "", "1 2\n", "# 1 2 3\n",
+             "30 40 0\nnan inf 1\n", "/no/such/file", "/", longpath}) {
+        StartWith({{&growthstate.roottype, kRootRingX}, {&growthstate.nroots, 3}});
         Grow(IterateSystem, 30, LONG_MAX);
-        const TemporaryFile file(row.content);
-        const std::string path = row.path == nullptr ? file.path() : row.path;
-        text << '"' << row.content << "\": " << ReadSeedFile(path.c_str());
+        const TemporaryFile file(content);
+        const std::string path = content[0] == '/' ? content : file.path();
+        text << '"' << content << "\": " << ReadSeedFile(path.c_str());
         for (const bool restarted : {false, true}) { // a restart keeps the roots
             text << "; " << growthstate.nroots << ' ' << growthstate.roottype << ' ' << growthstate.radius
                  << ' ' << (growthstate.rootname == path ? "path" : growthstate.rootname) << ' ' << nseeds

@@ -9,29 +9,19 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-class InputFile
-{
-public:
-    InputFile(const std::uint8_t *data, std::size_t size) : descriptor(memfd_create("input", 0))
-    {
-        if (descriptor < 0 || write(descriptor, data, size) != static_cast<ssize_t>(size))
-            __builtin_trap();
-    }
-    ~InputFile() { close(descriptor); }
-    InputFile(const InputFile &) = delete;
-    InputFile &operator=(const InputFile &) = delete;
-
-    std::string Path() const { return "/proc/self/fd/" + std::to_string(descriptor); }
-
-private:
-    int descriptor;
-};
-
 // Ends the run with a report when a state that must hold does not.
 inline void Require(bool holds)
 {
     if (!holds)
         __builtin_trap();
+}
+
+// Returns the path of the one file in memory, which now holds the input.
+inline std::string InputPath(const std::uint8_t *data, std::size_t size)
+{
+    static const int descriptor = memfd_create("input", 0);
+    Require(ftruncate(descriptor, 0) == 0 && pwrite(descriptor, data, size, 0) == static_cast<ssize_t>(size));
+    return "/proc/self/fd/" + std::to_string(descriptor);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
