@@ -66,24 +66,26 @@ TEST_F(Exports, EveryFormatToTheByte)
     EXPECT_EQ(Model(kFormatSTL, 0), "");
 }
 
-// Modes that no menu asks for, and aggregates of roots alone, of nothing, and without roots counted.
+// Modes that no menu asks for, association, and aggregates of roots alone, of nothing, and without roots counted.
 TEST_F(Exports, OddModesAndAggregates)
 {
-    std::string text;
+    std::ostringstream text;
     nstltri = 0;
     for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM}) {
         for (const int mode : {int{kModeChains}, int{kModeSegments}, kModeFineMesh + 1}) {
-            for (const int particles : {5, 2, 0}) {
+            for (const auto &[particles, nroots] :
+                 {std::pair(5, 2), std::pair(5, 3), std::pair(2, 2), std::pair(0, 0)}) {
                 const int all = std::exchange(ncells, particles);
-                growthstate.nroots = particles == 0 ? 0 : 2;
+                growthstate.nroots = nroots;
+                growthstate.association = nroots == 3;
                 growthstate.maxweight = particles == 5 ? 3 : 0;
-                text += std::to_string(format) + ' ' + std::to_string(mode) + ' ' +
-                        std::to_string(particles) + ": " + Shortened(Model(format, mode) + '\n', 0);
+                text << format << ' ' << mode << ' ' << particles << ' ' << nroots << ": "
+                     << Shortened(Model(format, mode) + '\n', 0);
                 ncells = all;
             }
         }
     }
-    ExpectGolden("../export/expected/odd.txt", text);
+    ExpectGolden("../export/expected/odd.txt", text.str());
 }
 
 TEST_F(Exports, Information)

@@ -11,23 +11,27 @@
 #include "growth/generators.h"
 #include "growth/scenario.h"
 
-TEST(GrowthStep, DefaultRunsArePinned)
+// Large enough that the neighbour search has been rebuilt, its maps have grown, and cells has moved.
+TEST(GrowthStep, LargeRunsArePinned)
 {
     const struct {
         GrowthStep step;
         bool defers;
+        double branchlength;
+        int particles;
         unsigned long long hash;
-    } rows[] = {{IterateSystem, false, 0xb4129258beabd5deULL},
-                {IterateFlights, false, 15076729422143229395ULL},
-                {IterateFlights, true, 15076729422143229395ULL}};
+    } rows[] = {{IterateSystem, false, 1, 20000, 0xb4129258beabd5deULL},
+                {IterateSystem, true, 0.4, 2000, 0xa3bedc2db5d4cba5ULL},
+                {IterateFlights, false, 1, 20000, 0xd13b4d878d870dd3ULL},
+                {IterateFlights, true, 1, 20000, 0xd13b4d878d870dd3ULL}};
     for (const auto &row : rows) {
-        StartAfresh();
+        StartWith({{&growthstate.branchlength, row.branchlength}});
         std::optional<DeferredFlows> flows;
         if (row.defers)
             flows.emplace();
-        Grow(row.step, 20000, LONG_MAX);
+        Grow(row.step, row.particles, LONG_MAX);
         flows.reset();
-        EXPECT_EQ(HashParticles(20000), row.hash) << std::hex << HashParticles(20000);
+        EXPECT_EQ(HashParticles(row.particles), row.hash) << std::hex << HashParticles(row.particles);
     }
 }
 

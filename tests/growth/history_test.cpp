@@ -135,19 +135,6 @@ TEST(History, LeavesWhatThePlainReferenceLeaves)
     EXPECT_GT(stuck, 30U * count) << "too little grew to compare";
 }
 
-// Large enough that the index has been rebuilt, its map has grown, and cells has moved.
-TEST(History, ALargeAggregateGrowsAsByThePlainReference)
-{
-    Outcome outcomes[2];
-    for (const bool plain : {false, true}) {
-        StartWith({{&growthstate.branchlength, 0.4}});
-        while (ncells < 2000)
-            (plain ? StepByStep<ReferenceStep> : ManyAtOnce)(1000);
-        outcomes[plain] = TakeOutcome();
-    }
-    EXPECT_EQ(Difference(outcomes[1], outcomes[0]), "");
-}
-
 TEST(History, TheIndexNoticesThatTheNewestWasMoved)
 {
     StartWith({{&growthstate.bias, 0}});
