@@ -50,18 +50,15 @@ TEST_F(Exports, EveryFormatToTheByte)
 {
     const struct {
         const char *name;
-        int format, mode, association, lines;
-    } rows[] = {{"id01.pov", kFormatPOV, 0, 0, 1000},     {"id02.pov", kFormatPOV, 1, 0, 1000},
-                {"associated.pov", kFormatPOV, 1, 1, 70}, {"id03.geom", kFormatGEOM, 1, 0, 1000},
-                {"id04.wrl", kFormatVRML, 1, 0, 100},     {"id04.wrl", kFormatVRML, 2, 0, 100},
-                {"id06.dxf", kFormatPointDXF, 1, 0, 60},  {"id07.geom", kFormatPointGEOM, 1, 0, 1000},
-                {"surface.stl", kFormatSTL, 0, 0, 1000}};
+        int format, mode, lines;
+    } rows[] = {{"id01.pov", kFormatPOV, 0, 1000},        {"id02.pov", kFormatPOV, 1, 1000},
+                {"id03.geom", kFormatGEOM, 1, 1000},      {"id04.wrl", kFormatVRML, 1, 100},
+                {"id04.wrl", kFormatVRML, 2, 100},        {"id06.dxf", kFormatPointDXF, 1, 60},
+                {"id07.geom", kFormatPointGEOM, 1, 1000}, {"surface.stl", kFormatSTL, 0, 1000}};
     options.surfacemode = kSurfaceSolid;
-    for (const auto &row : rows) {
-        growthstate.association = row.association;
+    for (const auto &row : rows)
         ExpectGolden("../export/expected/" + std::string(row.name),
                      Shortened(Model(row.format, row.mode), row.lines));
-    }
     options.surfacemode = kSurfaceOff;
     EXPECT_EQ(Model(kFormatSTL, 0), "");
 }
