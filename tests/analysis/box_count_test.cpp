@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <sstream>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "analysis/dimension.h"
 #include "base/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
@@ -129,4 +131,22 @@ TEST(BranchDistribution, ClassesAddUp)
     EXPECT_TRUE(CountBranches() && CountBranches());
     const int twice[10] = {24, 2, 0, 0, 0, 0, 0, 0, 0, 2};
     EXPECT_EQ(memcmp(stats.branchcount, twice, sizeof twice), 0);
+}
+
+TEST(Dimension, FitsHaveTheirErrorsAndCurvesTheirNumbers)
+{
+    const double x[] = {2, 0, 1}, y[] = {4, 1, 3};
+    std::ostringstream text;
+    for (const std::size_t n : {0U, 1U, 2U, 3U}) {
+        const LineFit fit = FitLine({x, n}, {y, n});
+        text << fit.points << ' ' << std::fabs(fit.first) << ' ' << std::fabs(fit.last) << ' '
+             << std::fabs(fit.slope) << ' ' << std::fabs(fit.slopeerror) << "; ";
+    }
+    StartAfresh();
+    Grow(IterateSystem, 40, 1000000);
+    for (const Gyration &at : GyrationByNumber(10))
+        text << at.number << ' ';
+    EXPECT_EQ(text.str(), "0 nan nan nan nan; 1 2 2 nan nan; 2 0 2 1.5 nan; 3 0 2 1.5 0.288675; "
+                          "10 13 16 20 25 32 40 ");
+    EXPECT_EQ(RadiusOfGyration(), GyrationByNumber(10).back().radius);
 }
