@@ -9,8 +9,8 @@
 
 using GrowthStep = void (*)();
 
-// Everything that a run decides: the particles; then the launches, the walker's position, the radius, the largest flow, the
-// counts of steps and launches, and the draw that each generator would make next.
+// Everything that a run decides, as numbers: the particles, the launches, the walker's position, the radius, the largest
+// flow, the counts of steps and launches, and the draw that each generator would make next.
 struct Outcome {
     std::vector<Particle> cells;
     std::vector<double> numbers;

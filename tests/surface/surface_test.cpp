@@ -47,19 +47,6 @@ TEST(Surface, FaceDataAreAsRightBefore)
         print(testing::internal::GetCapturedStderr());
     }
     options.debug = 0;
-    nstltri = 0;
-    AddFace({0, 0, 0}, {4, 0, 0}, {0, 4, 0});
-    AddFace({0, 0, 0}, {4, 0, 0}, {4, 0.01, 0}); // too narrow to be decided without angles
-    UpdateSTL();
-    for (const Vector p : {Vector{1, 1, -1}, Vector{3, 3, -1}, Vector{-1, 1, -1}, Vector{1, -1, -1},
-                           Vector{1, 1, 0.5}, Vector{1, 1, 0}, Vector{1.5, 0.001, -1}}) {
-        for (const Vector along : {Vector{0, 0, 2}, Vector{0.5, 0.25, 1}, Vector{1, 0, 0}}) {
-            Vector hit = {9, 9, 9}; // left alone where the segment is parallel
-            const int clear = LinePlaneIntersect(0, &hit, p, p + along);
-            text << clear << LinePlaneIntersect(1, &hit, p, p + along) << ' ' << hit.x << ' ' << hit.y
-                 << '\n';
-        }
-    }
     for (const int id : {1, 2, 3, 11, 12, 13, 21, 22, 23, 31, 100, 7}) {
         text << id << ' ' << BuildSample(id) << ' ' << growthstate.surfacename << ": " << nstltri
              << " faces\n";
