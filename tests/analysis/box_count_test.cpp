@@ -81,7 +81,7 @@ TEST(BoxCount, EqualsThePlainCount)
     ExpectSameCount("branch length over a quarter of the radius", 10, 5, {{0, 0, 0}, {3, 4, 1}});
     ExpectSameCount("on corners, along planes", 10, 1, {{5, 0, 0}, {5, 5, 0}, {5, 5, -10}, {-10, -10, -10}});
     ExpectSameCount("beyond the radius", 10, 1,
-                    {{2, 2, -5}, {2, 2, -12}, {2, -10, -12}, {30, 2, 2}, {-5, 2, 40}});
+                    {{2, 2, -5}, {2, 2, -12}, {2, -10, -12}, {15, 15, 15}, {-5, 2, 40}});
     ExpectSameCount("ten levels", 0.5, 0.001, {{0, 0, 0}, {0.5, 0.25, 0.125}, {0.3, -0.4, 0.3}});
     ExpectSameCount("not finite", 10, 1, {{0, 0, 0}, {nan, 1, 2}, {HUGE_VAL, 0, 0}, {1e308, -1e308, 3}});
     ExpectSameCount("as far as numbers go", 1e308, 1e307, {{0, 0, 0}, {1, 2, 3}});

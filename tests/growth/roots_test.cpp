@@ -62,12 +62,9 @@ TEST(SeedFile, GivesWhatItGaveRightBefore)
         const std::string path = content[0] == '/' ? content : file.path();
         text << '"' << content << "\": " << ReadSeedFile(path.c_str());
         for (const bool restarted : {false, true}) { // a restart keeps the roots
-            const std::string state = State(5);
-            const size_t at = state.find(file.path());
-            text << "; "
-                 << (at == state.npos
-                         ? state
-                         : state.substr(0, at) + "path" + state.substr(at + strlen(file.path())));
+            if (path == growthstate.rootname)
+                strcpy(growthstate.rootname, "path");
+            text << "; " << State(5);
             stats.timestep = 17;
             growthstate.running = restarted;
             if (!restarted)
@@ -80,7 +77,7 @@ TEST(SeedFile, GivesWhatItGaveRightBefore)
     for (const double roottype : {double{kRootOrigin}, double{kRootRingX}}) {
         StartWith(
             {{&growthstate.nroots, 5}, {&growthstate.roottype, roottype}, {&growthstate.rootrange, 50}});
-        Grow(IterateSystem, 100, LONG_MAX);
+        Grow(IterateSystem, 10, LONG_MAX);
         stats.branchcount[3] = 4;
         growthstate.rootrange = 5;
         InitialiseGrowth();
