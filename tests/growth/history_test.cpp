@@ -17,6 +17,7 @@
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "growth/sources.h"
+#include "search/neighbour_search.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
 
@@ -142,6 +143,7 @@ TEST(History, TheIndexNoticesThatTheNewestWasMoved)
 {
     StartWith({{&growthstate.bias, 0}});
     Grow(IterateSystem, 31, 1000000);
+    EXPECT_LT(CurrentFreeBall().radius2, 0); // no ball is free for sure once a particle has stuck
     cells[30].p = {100, 100, 100};
     growthstate.radius = 500;
     for (int i = 0; i < 200 && ncells == 31; i++) {
