@@ -12,11 +12,9 @@
 
 inline void CreatePanelsOnce()
 {
-    if (settingform != nullptr)
-        return;
-    settingform = create_form_settingform();
-    stlform = create_form_stlform();
-    sliceform = create_form_sliceform();
+    if (settingform == nullptr)
+        settingform = create_form_settingform(), stlform = create_form_stlform(),
+        sliceform = create_form_sliceform();
     UpdateForms();
 }
 

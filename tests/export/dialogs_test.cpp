@@ -1,105 +1,74 @@
-// The dialogs that ask for a file to read: what they answer and show, file by file.
+// The dialogs that ask for a file: what they answer and show, file by file.
 
-#include <cstdlib>
-#include <functional>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
 #include "export/model.h"
 #include "export/save_dialog.h"
-#include "fakes/recorder.h"
 #include "golden.h"
-#include "growth/scenario.h"
 #include "growth/seed_file_dialog.h"
-#include "panels.h"
 #include "surface/stl_dialog.h"
-#include "surface/surface.h"
 #include "temporary_file.h"
+#include "viewer/action_log.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
 
-TEST(ReadDialogs, AnswersAndMessages)
+static void Slice()
 {
-    StartAfresh();
-    CreatePanelsOnce();
-    UpdateForms();
-    const TemporaryFile two("1 2 3\n4 5 6\n"), nothing("");
-    const TemporaryFile face("solid\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n");
-    const TemporaryFile many(std::string(84, '\xff'));
-    const std::string none = "/no/such/file";
-    std::ostringstream text;
-    for (int (*ask)() : {ReadRoots, ReadSTL}) {
-        for (const std::string &file :
-             {std::string(), none, std::string(two.path()), std::string(face.path()), std::string(),
-              std::string(many.path()), std::string(nothing.path())}) {
-            if (ask == ReadSTL && (file == two.path() || file == nothing.path()))
-                continue; // these end the program
-            ForgetCalls();
-            fakefile = file;
-            text << ask() << ' ' << ncells << " roots, " << nstltri << " faces, "
-                 << fl_get_input(settingform->nroots);
-            for (const char *name : {"fl_show_fselector", "fl_show_message"})
-                for (const Call &call : CallsOf(name))
-                    text << ' ' << Text(call);
-            text << '\n';
-        }
-    }
-    ExpectGolden("read_dialogs.txt", text.str());
+    sliceformvisible = 1;
+    Work(sliceform->slice);
 }
 
-// What ReadSTL shows where it ends the program, on standard error before it does.
-static void ReadAndReport()
+TEST(Dialogs, AnswerAndShowWhatTheyDidRightBefore)
 {
-    atexit([] {
-        for (const Call &call : CallsOf("fl_show_message"))
-            fprintf(stderr, "%s\n", call.text.c_str());
-    });
-    ReadSTL();
-}
-
-TEST(ReadDialogs, TwoFaultsEndTheProgram)
-{
-    const TemporaryFile bad("solid\nouter loop\nvertex 0 0 0\nvertex 1 zero 0\n");
-    const TemporaryFile brief("not 80 bytes");
-    fakefile = bad.path();
-    EXPECT_EXIT(ReadAndReport(), testing::ExitedWithCode(255),
-                "File Error\\|Error reading vertices in ascii STL file\\|");
-    fakefile = brief.path();
-    EXPECT_EXIT(ReadAndReport(), testing::ExitedWithCode(255),
-                "File Error\\|Failed to read an expected STL header\\|");
-    viewwindow = true;
-    for (const TemporaryFile *file : {&bad, &brief}) {
-        fakefile = file->path();
-        EXPECT_EQ(ReadSTL(), 0) << "in the view window they do not";
-    }
-}
-
-TEST(SaveDialogs, TheViewWindowShowsWhatCannotBeWritten)
-{
-    StartAfresh();
-    CreatePanelsOnce();
+    PrepareWindow();
     const TemporaryDirectory here;
-    std::filesystem::remove(here.path);
-    viewwindow = true;
-    const struct {
-        const char *file;
-        std::function<void()> save;
-        const char *message;
-    } cases[] = {
-        {"x.pov", [] { SaveModel(kFormatPOV, kModeChains); }, "Cannot write x.pov|No such file or directory"},
-        {"/dev/full", [] { SaveModel(kFormatPOV, kModeChains); }, "/dev/full|No space left on device"},
-        {"x.txt", [] { SaveInformation(); }, "Cannot write x.txt|No such file or directory"},
-        {"/dev/full", [] { SaveInformation(); }, "/dev/full|No space left on device"},
-        {"", [] { sliceformvisible = 1, Work(sliceform->slice); }, "A slice could not be written"},
-        {"", [] { HandleKeyboard('r', 0, 0), HandleDisplay(); }, "picture could not be saved|No such file"},
-    };
-    for (const auto &[file, save, message] : cases) {
+    std::ofstream("two") << "1 2 3\n4 5 6\n";
+    std::ofstream("nothing");
+    std::ofstream("many") << std::string(84, '\xff');
+    std::ofstream("face") << "solid\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\n";
+    std::ofstream("bad") << "solid\nouter loop\nvertex 0 0 0\nvertex 1 zero 0\n";
+    ActionLog log;
+    int answer = 0;
+    for (int (*ask)() : {ReadRoots, ReadSTL})
+        for (const std::string file : {"", "/no/such/file", "two", "face", "", "many", "nothing", "bad"}) {
+            viewwindow = ask == ReadSTL && (file == "two" || file == "nothing" || file == "bad");
+            log.Do(
+                '"' + file + '"', [&] { answer = ask(); }, file);
+            EXPECT_EQ(answer, file == "" || (ask == ReadRoots ? file == "two" : file == "face")) << file;
+        }
+    const auto end = [](const char *file) { // what ends sarkelo
+        std::atexit([] { fputs(CallsOf("fl_show_message").at(0).text.c_str(), stderr); });
+        viewwindow = false;
         fakefile = file;
         ForgetCalls();
-        save();
-        ASSERT_EQ(CountCalls("fl_show_message"), 1) << message;
-        EXPECT_NE(CallsOf("fl_show_message")[0].text.find(message), std::string::npos)
-            << CallsOf("fl_show_message")[0].text;
+        ReadSTL();
+    };
+    EXPECT_EXIT(end("bad"), testing::ExitedWithCode(255), "Error reading vertices in ascii STL file");
+    EXPECT_EXIT(end("two"), testing::ExitedWithCode(255), "Failed to read an expected STL header");
+    options.slicecount = 2;
+    log.Do("slices", Slice);
+    std::filesystem::remove_all(here.path);
+    for (const bool view : {false, true}) {
+        viewwindow = view;
+        for (const char *file : {"x", "/dev/full"}) {
+            log.Do(
+                "model", [] { SaveModel(kFormatPOV, kModeChains); }, file);
+            log.Do(
+                "information", [&] { answer = SaveInformation(); }, file);
+            EXPECT_EQ(answer, 0);
+        }
+        HandleKeyboard('r', 0, 0);
+        log.Do("recording", HandleDisplay);
+        log.Do("recording", HandleDisplay);
+        HandleKeyboard('r', 0, 0);
     }
-    EXPECT_FALSE(options.recordframes);
+    options.recordframes = 0;
+    EXPECT_EXIT((viewwindow = false, Slice()), testing::ExitedWithCode(255), "");
+    log.Do("slices", Slice);
+    options.slicecount = 10001;
+    for (fakebutton = 0; fakebutton < 2; fakebutton++)
+        log.Do("many slices", Slice);
+    ExpectGolden("read_dialogs.txt", log.Text());
 }

@@ -7,20 +7,15 @@
 #include "toolkit/main_loop_timer.h"
 #include "toolkit/main_window.h"
 
+// What the toolkit and the window's own X calls make; the addresses stay.
 static std::list<FL_OBJECT> objects;
+static std::list<FL_FORM> forms;
 static std::map<FL_OBJECT *, std::string> inputs;
-
-static FL_OBJECT *Add(const char *name, int type, int x, int y, int width, int height, const char *label)
-{
-    Record(name, {double(type), double(x), double(y), double(width), double(height)}, label);
-    return &objects.emplace_back();
-}
+static char display;
 
 #define FAKE_OBJECT(name)                                                                                    \
-    extern "C" FL_OBJECT *name(int type, int x, int y, int width, int height, const char *label)             \
-    {                                                                                                        \
-        return Add(#name, type, x, y, width, height, label);                                                 \
-    }
+    FAKE_ANSWER(FL_OBJECT *, name, (int type, int x, int y, int width, int height, const char *label),       \
+                &objects.emplace_back(), type, x, y, width, height, label)
 
 FAKE_OBJECT(fl_add_box)
 FAKE_OBJECT(fl_add_frame)
@@ -28,31 +23,49 @@ FAKE_OBJECT(fl_add_button)
 FAKE_OBJECT(fl_add_checkbutton)
 FAKE_OBJECT(fl_add_text)
 FAKE_OBJECT(fl_add_input)
-
-extern "C" FL_FORM *fl_bgn_form(int type, int width, int height)
-{
-    static std::list<FL_FORM> forms;
-    Record("fl_bgn_form", {double(type), double(width), double(height)});
-    return &forms.emplace_back();
-}
-
-extern "C" void fl_end_form() {}
-
+FAKE_ANSWER(FL_FORM *, fl_bgn_form, (int type, int width, int height), &forms.emplace_back(), type, width,
+            height)
+FAKE(fl_end_form, ())
 FAKE(fl_set_object_lsize, (FL_OBJECT *, int size), size)
 FAKE(fl_set_object_lalign, (FL_OBJECT *, int alignment), alignment)
 FAKE(fl_set_object_lstyle, (FL_OBJECT *, int style), style)
+FAKE_ANSWER(Window, fl_show_form, (FL_FORM *, int place, int border, const char *title), 0, place, border,
+            title)
+FAKE(fl_hide_form, (FL_FORM *))
+FAKE(fl_set_button, (FL_OBJECT *, int state), state)
+FAKE_ANSWER(int, fl_get_button, (FL_OBJECT *), fakebutton)
+FAKE(fl_set_defaults, (unsigned long mask, FL_IOPT *settings), mask, settings->vclass)
+FAKE_ANSWER(Display *, fl_initialize, (int *count, char *arguments[], const char *name, FL_CMD_OPT *, int),
+            reinterpret_cast<Display *>(&display), *count, arguments[0], name)
+FAKE_ANSWER(FL_OBJECT *, fl_check_forms, (), fakeworked)
+FAKE_ANSWER(const char *, fl_show_fselector,
+            (const char *message, const char *directory, const char *pattern, const char *name),
+            fakefile.empty() ? nullptr : fakefile.c_str(), message, directory, pattern, name)
+FAKE(fl_show_message, (const char *title, const char *text, const char *detail), title, text, detail)
+FAKE_ANSWER(int, fl_show_question, (const char *question, int standard), fakebutton, standard, question)
+FAKE_ANSWER(int, fl_show_choices,
+            (const char *question, int count, const char *a, const char *b, const char *c, int standard),
+            fakechoice, count, standard, question, a, b, c)
+FAKE(fl_set_cursor, (Window, int cursor), cursor)
+FAKE(fl_update_display, (int))
 
 extern "C" FL_FORM_ATCLOSE fl_set_form_atclose(FL_FORM *, FL_FORM_ATCLOSE callback, void *data)
 {
+    const OwnAllocations own;
     fakeclose = [=] { return callback(nullptr, data); };
     return nullptr;
 }
 
-extern "C" Window fl_show_form(FL_FORM *, int place, int border, const char *title)
+extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
 {
     const OwnAllocations own;
-    Record("fl_show_form", {double(place), double(border)}, title);
-    return 0;
+    inputs[input] = text;
+}
+
+extern "C" const char *fl_get_input(FL_OBJECT *input)
+{
+    const OwnAllocations own;
+    return inputs[input].c_str();
 }
 
 void SetWindowProperties()
@@ -74,80 +87,10 @@ bool IsInputWaiting(bool)
 
 void WaitForEvent(double seconds, bool panels)
 {
-    Record("WaitForEvent", {seconds, double(panels)});
+    Record("WaitForEvent", seconds, panels);
 }
 
 void CloseMenu()
 {
     Record("CloseMenu");
 }
-
-FAKE(fl_hide_form, (FL_FORM *))
-
-extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
-{
-    const OwnAllocations own;
-    inputs[input] = text;
-}
-
-extern "C" const char *fl_get_input(FL_OBJECT *input)
-{
-    const OwnAllocations own;
-    return inputs[input].c_str();
-}
-
-FAKE(fl_set_button, (FL_OBJECT *, int state), state)
-
-extern "C" int fl_get_button(FL_OBJECT *)
-{
-    return fakebutton;
-}
-
-FAKE(fl_set_defaults, (unsigned long mask, FL_IOPT *settings), mask, settings->vclass)
-
-extern "C" Display *fl_initialize(int *count, char *arguments[], const char *name, FL_CMD_OPT *, int)
-{
-    Record("fl_initialize", {double(*count)}, std::string(arguments[0]) + "|" + name);
-    static char display;
-    return reinterpret_cast<Display *>(&display);
-}
-
-extern "C" FL_OBJECT *fl_check_forms()
-{
-    Record("fl_check_forms");
-    return fakeworked;
-}
-
-extern "C" const char *fl_show_fselector(const char *message, const char *directory, const char *pattern,
-                                         const char *name)
-{
-    const OwnAllocations own;
-    Record("fl_show_fselector", {}, std::string(message) + "|" + directory + "|" + pattern + "|" + name);
-    return fakefile.empty() ? nullptr : fakefile.c_str();
-}
-
-extern "C" void fl_show_message(const char *title, const char *text, const char *detail)
-{
-    const OwnAllocations own;
-    Record("fl_show_message", {}, std::string(title) + "|" + text + "|" + detail);
-}
-
-extern "C" int fl_show_question(const char *question, int)
-{
-    const OwnAllocations own;
-    Record("fl_show_question", {}, question);
-    return fakebutton;
-}
-
-extern "C" int fl_show_choices(const char *question, int count, const char *first, const char *second,
-                               const char *third, int)
-{
-    const OwnAllocations own;
-    Record("fl_show_choices", {double(count)},
-           std::string(question) + "|" + first + "|" + second + "|" + third);
-    return fakechoice;
-}
-
-FAKE(fl_set_cursor, (Window, int cursor), cursor)
-
-extern "C" void fl_update_display(int) {}

@@ -29,10 +29,13 @@ FAKE(glNewList, (GLuint list, GLenum mode), list, mode)
 FAKE(glEndList, ())
 FAKE(glCallList, (GLuint list), list)
 FAKE(glDeleteLists, (GLuint list, GLsizei range), list, range)
+FAKE_ANSWER(GLuint, glGenLists, (GLsizei), fakelist)
 FAKE(glRasterPos2i, (GLint x, GLint y), x, y)
 FAKE(glFinish, ())
 FAKE(glFlush, ())
 FAKE(glReadBuffer, (GLenum buffer), buffer)
+FAKE(glReadPixels, (GLint x, GLint y, GLsizei w, GLsizei h, GLenum format, GLenum type, void *), x, y, w, h,
+     format, type)
 FAKE(glViewport, (GLint x, GLint y, GLsizei width, GLsizei height), x, y, width, height)
 FAKE(glOrtho, (GLdouble l, GLdouble r, GLdouble b, GLdouble t, GLdouble n, GLdouble f), l, r, b, t, n, f)
 FAKE(glFrustum, (GLdouble l, GLdouble r, GLdouble b, GLdouble t, GLdouble n, GLdouble f), l, r, b, t, n, f)
@@ -41,14 +44,6 @@ FAKE(glMaterialfv, (GLenum face, GLenum name, const GLfloat *v), face, name, v[0
 FAKE(glLightModelfv, (GLenum name, const GLfloat *v), name, v[0], v[1], v[2], v[3])
 FAKE(glLightfv, (GLenum light, GLenum name, const GLfloat *v), light, name, v[0], v[1], v[2], v[3])
 FAKE(gluLookAt,
-     (GLdouble ex, GLdouble ey, GLdouble ez, GLdouble cx, GLdouble cy, GLdouble cz, GLdouble ux, GLdouble uy,
+     (GLdouble x, GLdouble y, GLdouble z, GLdouble cx, GLdouble cy, GLdouble cz, GLdouble ux, GLdouble uy,
       GLdouble uz),
-     ex, ey, ez, cx, cy, cz, ux, uy, uz)
-FAKE(glReadPixels, (GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type, void *), x,
-     y, width, height, format, type)
-
-extern "C" GLuint glGenLists(GLsizei)
-{
-    Record("glGenLists");
-    return fakelist;
-}
+     x, y, z, cx, cy, cz, ux, uy, uz)

@@ -2,13 +2,10 @@
 
 #include "fakes/recorder.h"
 
-// The functions that register a callback.
+// A function that registers a callback.
 #define FAKE_CALLBACK(name, field, ...)                                                                      \
-    extern "C" void name(void (*callback)(__VA_ARGS__))                                                      \
-    {                                                                                                        \
-        registered.field = callback;                                                                         \
-        Record(#name, {callback != nullptr ? 1.0 : 0.0});                                                    \
-    }
+    FAKE_ANSWER(void, name, (void (*callback)(__VA_ARGS__)), void(registered.field = callback),              \
+                callback != nullptr)
 
 FAKE_CALLBACK(glutDisplayFunc, display, )
 FAKE_CALLBACK(glutReshapeFunc, reshape, int, int)
@@ -20,73 +17,31 @@ FAKE_CALLBACK(glutPassiveMotionFunc, passivemotion, int, int)
 FAKE_CALLBACK(glutVisibilityFunc, visibility, int)
 FAKE_CALLBACK(glutIdleFunc, idle, )
 FAKE_CALLBACK(glutMenuStatusFunc, menustatus, int, int, int)
+FAKE(glutTimerFunc, (unsigned milliseconds, void (*)(int), int), milliseconds)
+FAKE(glutInit, (int *count, char **arguments), *count, arguments[*count - 1])
+FAKE(glutInitDisplayMode, (unsigned int mode), mode)
+FAKE_ANSWER(int, glutCreateWindow, (const char *title), 1, title)
+FAKE(glutSetWindowTitle, (const char *title), title)
+FAKE(glutReshapeWindow, (int width, int height), width, height)
+FAKE(glutFullScreen, ())
+FAKE(glutSwapBuffers, ())
+FAKE(glutPostRedisplay, ())
+FAKE(glutMainLoop, ())
+FAKE_ANSWER(void, glutSetCursor, (int cursor), void(fakecursor = cursor), cursor)
+FAKE_ANSWER(int, glutCreateMenu, (void (*handler)(int)),
+            (fakemenus.push_back(handler), static_cast<int>(fakemenus.size())))
+FAKE(glutAddMenuEntry, (const char *label, int id), fakemenus.size(), id, label)
+FAKE(glutAddSubMenu, (const char *label, int menu), fakemenus.size(), menu, label)
+FAKE(glutAttachMenu, (int button), fakemenus.size(), button)
+FAKE(glutBitmapCharacter, (void *, int character), character)
+void *glutBitmap8By13; // the font's name
 
 extern "C" int glutGetModifiers()
 {
     return fakemodifiers;
 }
 
-FAKE(glutSwapBuffers, ())
-FAKE(glutPostRedisplay, ())
-
-extern "C" void glutTimerFunc(unsigned, void (*)(int), int) {}
-
-extern "C" void glutInit(int *count, char **arguments)
-{
-    Record("glutInit", {double(*count)}, arguments[*count - 1]);
-}
-
-extern "C" int glutCreateWindow(const char *title)
-{
-    Record("glutCreateWindow", {}, title);
-    return 1;
-}
-
-extern "C" void glutSetWindowTitle(const char *title)
-{
-    Record("glutSetWindowTitle", {}, title);
-}
-
-FAKE(glutInitDisplayMode, (unsigned int mode), mode)
-FAKE(glutReshapeWindow, (int width, int height), width, height)
-FAKE(glutFullScreen, ())
-
-extern "C" void glutSetCursor(int cursor)
-{
-    Record("glutSetCursor", {double(cursor)});
-    fakecursor = cursor;
-}
-
-FAKE(glutMainLoop, ())
-
-extern "C" int glutCreateMenu(void (*handler)(int))
-{
-    fakemenus.push_back(handler);
-    return static_cast<int>(fakemenus.size());
-}
-
-extern "C" void glutAddMenuEntry(const char *label, int id)
-{
-    Record("glutAddMenuEntry", {double(fakemenus.size()), double(id)}, label);
-}
-
-extern "C" void glutAddSubMenu(const char *label, int menu)
-{
-    Record("glutAddSubMenu", {double(fakemenus.size()), double(menu)}, label);
-}
-
-extern "C" void glutAttachMenu(int button)
-{
-    Record("glutAttachMenu", {double(fakemenus.size()), double(button)});
-}
-
 extern "C" int glutGet(GLenum what)
 {
-    if (what == GLUT_WINDOW_CURSOR)
-        return fakecursor;
-    return what == GLUT_WINDOW_WIDTH ? 800 : 600;
+    return what == GLUT_WINDOW_CURSOR ? fakecursor : what == GLUT_WINDOW_WIDTH ? 800 : 600;
 }
-
-void *glutBitmap8By13; // the font's name
-
-FAKE(glutBitmapCharacter, (void *, int character), character)

@@ -1,7 +1,7 @@
 #include "fakes/recorder.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -9,14 +9,11 @@
 
 int OwnAllocations::depth = 0;
 std::vector<Call> calls;
-int fakemodifiers = 0;
-int fakecursor = 0;
+unsigned fakelist;
+int fakemodifiers, fakecursor, fakechoice, fakebutton;
+bool fakeinput;
 std::string fakefile;
-int fakechoice = 0;
-bool fakeinput = false;
-unsigned fakelist = 7;
-FL_OBJECT_ *fakeworked = nullptr;
-int fakebutton = 0;
+FL_OBJECT_ *fakeworked;
 std::function<int()> fakeclose;
 std::vector<void (*)(int)> fakemenus;
 RegisteredCallbacks registered;
@@ -27,9 +24,9 @@ static const bool reset = [] {
     {
         void OnTestStart(const testing::TestInfo &) override
         {
-            fakemodifiers = fakecursor = fakebutton = fakechoice = 0;
-            fakeinput = viewwindow = false;
             fakelist = 7;
+            fakemodifiers = fakecursor = fakechoice = fakebutton = 0;
+            fakeinput = viewwindow = false;
             fakefile.clear();
             fakeworked = nullptr;
             settingformvisible = stlformvisible = sliceformvisible = 0;
@@ -42,12 +39,6 @@ static const bool reset = [] {
 void ForgetCalls()
 {
     calls.clear();
-}
-
-void Record(const char *name, std::initializer_list<double> args, const std::string &text)
-{
-    const OwnAllocations own;
-    calls.push_back({name, args, text});
 }
 
 std::vector<Call> CallsOf(const std::string &name)
@@ -65,20 +56,18 @@ int CountCalls(const std::string &name)
 
 std::string Text(const Call &call)
 {
-    std::string text = call.name + "(";
-    for (size_t i = 0; i < call.args.size(); i++) {
-        char number[32];
-        snprintf(number, sizeof number, i > 0 ? ",%g" : "%g", call.args[i]);
-        text += number;
-    }
-    return text + call.text + ")";
+    std::ostringstream text;
+    text << call.name << '(';
+    for (size_t i = 0; i < call.args.size(); i++)
+        text << (i > 0 ? "," : "") << call.args[i];
+    text << call.text << ')';
+    return text.str();
 }
 
-std::string Transcript(std::initializer_list<const char *> names)
+unsigned long long Hash(const std::string &text)
 {
-    std::string text;
-    for (const Call &call : calls)
-        if (std::find(names.begin(), names.end(), call.name) != names.end())
-            text += Text(call) + "\n";
-    return text;
+    unsigned long long hash = 14695981039346656037ULL;
+    for (const char c : text)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+    return hash;
 }

@@ -1,11 +1,12 @@
-// Stand-ins for OpenGL, GLU, GLUT and XForms, linked in their place: they record every call for a test to
-// look at, and answer what a test has told them to.
+// Stand-ins for OpenGL, GLU, GLUT and XForms, linked in their place: they record every call, and answer what a test
+// has set.
 
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 struct FL_OBJECT_;
@@ -25,61 +26,60 @@ struct OwnAllocations {
     static int depth;
 };
 
-// All calls since the last ForgetCalls.
-extern std::vector<Call> calls;
+extern std::vector<Call> calls; // all since the last ForgetCalls
 void ForgetCalls();
-void Record(const char *name, std::initializer_list<double> args = {}, const std::string &text = "");
-
-// A function of numbers that does nothing but record its call: FAKE(glPointSize, (GLfloat size), size).
-#define FAKE(name, parameters, ...)                                                                          \
-    extern "C" void name parameters                                                                          \
-    {                                                                                                        \
-        RecordNumbers(#name __VA_OPT__(, ) __VA_ARGS__);                                                     \
-    }
-template<typename... Numbers>
-void RecordNumbers(const char *name, Numbers... numbers)
-{
-    Record(name, {static_cast<double>(numbers)...});
-}
-
-// The calls of one name, and their number.
 std::vector<Call> CallsOf(const std::string &name);
 int CountCalls(const std::string &name);
+std::string Text(const Call &call); // as "glClear(16640)"
+unsigned long long Hash(const std::string &text);
 
-// The call as text, "glClear(16640)", numbers as "%g" prints them.
-std::string Text(const Call &call);
+template<typename... Values>
+void Record(const char *name, Values... values)
+{
+    const OwnAllocations own;
+    calls.push_back({name, {}, ""});
+    [[maybe_unused]] bool first = true;
+    [[maybe_unused]] const auto add = [&](auto value) {
+        if constexpr (std::is_arithmetic_v<decltype(value)>)
+            calls.back().args.push_back(static_cast<double>(value));
+        else
+            calls.back().text.append(std::exchange(first, false) ? "" : "|").append(value);
+    };
+    (add(values), ...);
+}
 
-// The calls whose name is in `names`, as text, one a line.
-std::string Transcript(std::initializer_list<const char *> names);
+// A function that does nothing but record its call, and answer: FAKE(glPointSize, (GLfloat size), size).
+#define FAKE(name, parameters, ...) FAKE_ANSWER(void, name, parameters, void(), __VA_ARGS__)
+#define FAKE_ANSWER(type, name, parameters, answer, ...)                                                     \
+    extern "C" type name parameters                                                                          \
+    {                                                                                                        \
+        Record(#name __VA_OPT__(, ) __VA_ARGS__);                                                            \
+        return answer;                                                                                       \
+    }
 
-// What the stand-ins answer: modifiers held, file selected (empty: cancelled), the display list made next.
-extern unsigned fakelist;
-extern int fakemodifiers;
-extern int fakecursor; // of the window
-extern std::string fakefile;
-extern int fakechoice; // of the buttons of a choice, counted from 1
-extern bool fakeinput; // input waits
-
-// Panels: the object that the user has worked, the state of any button, and the closing of the panel built
-// last by the window manager.
-extern FL_OBJECT_ *fakeworked;
-extern int fakebutton;
-extern std::function<int()> fakeclose;
-
-// The handlers of the menus built; GLUT's ids count them from 1.
-extern std::vector<void (*)(int)> fakemenus;
+// What the stand-ins answer.
+extern unsigned fakelist;                    // the display list made next
+extern int fakemodifiers;                    // that are held
+extern int fakecursor;                       // of the window
+extern std::string fakefile;                 // that is selected; empty: cancelled
+extern int fakechoice;                       // of the buttons of a choice, counted from 1
+extern bool fakeinput;                       // input waits
+extern int fakebutton;                       // state of any button of a panel, and the answer to a question
+extern FL_OBJECT_ *fakeworked;               // the panel's object that the user has worked
+extern std::function<int()> fakeclose;       // closes the panel built last, as the window manager does
+extern std::vector<void (*)(int)> fakemenus; // the handlers of the menus built
 
 // The callbacks that the program has registered with GLUT.
 struct RegisteredCallbacks {
-    void (*display)() = nullptr;
-    void (*reshape)(int, int) = nullptr;
-    void (*keyboard)(unsigned char, int, int) = nullptr;
-    void (*special)(int, int, int) = nullptr;
-    void (*mouse)(int, int, int, int) = nullptr;
-    void (*motion)(int, int) = nullptr;
-    void (*passivemotion)(int, int) = nullptr;
-    void (*visibility)(int) = nullptr;
-    void (*idle)() = nullptr;
-    void (*menustatus)(int, int, int) = nullptr;
+    void (*display)();
+    void (*reshape)(int, int);
+    void (*keyboard)(unsigned char, int, int);
+    void (*special)(int, int, int);
+    void (*mouse)(int, int, int, int);
+    void (*motion)(int, int);
+    void (*passivemotion)(int, int);
+    void (*visibility)(int);
+    void (*idle)();
+    void (*menustatus)(int, int, int);
 };
 extern RegisteredCallbacks registered;

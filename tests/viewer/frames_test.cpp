@@ -1,15 +1,12 @@
-// Frames, call by call: every drawing mode, stereo mode and overlay, and the bodies that no frame shows.
+// Frames, call by call: every drawing mode, stereo mode and overlay.
 
 #include <algorithm>
 #include <functional>
 #include <set>
 #include <sstream>
 
-#include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "analysis/box_count.h"
-#include "export/appearance.h"
 #include "fakes/recorder.h"
 #include "golden.h"
 #include "growth/camera_home.h"
@@ -17,65 +14,51 @@
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
-#include "surface/samples.h"
 #include "surface/surface.h"
 #include "viewer/aggregate_drawing.h"
 #include "viewer/display.h"
-#include "viewer/gl_primitives.h"
 #include "viewer/overlays.h"
 #include "viewer/statistics.h"
 #include "viewer/surface_drawing.h"
 
-static unsigned long long Hash(const std::string &text)
+// The calls since the last ForgetCalls, a line each. Characters are joined to texts, and colours and bodies (glBegin to
+// glEnd) that follow each other to one line: the first call, their number, and a hash of all.
+static std::string Transcript()
 {
-    unsigned long long hash = 14695981039346656037ULL;
-    for (const char c : text)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
-    return hash;
-}
-
-// The calls that `draw` makes, a line each. Of those between glBegin and glEnd: how many, the first, and a sum
-// of all; characters stand together as text.
-static std::string Drawn(const std::function<void()> &draw)
-{
-    ForgetCalls();
-    draw();
     std::ostringstream lines;
-    std::string body;
-    int count = 0;
-    bool inside = false, text = false;
+    std::string text, bodies;
+    bool inside = false;
+    const auto endline = [&] {
+        if (!text.empty())
+            lines << '"' << text << "\"\n";
+        if (!bodies.empty())
+            lines << bodies.substr(0, bodies.find('\n')) << " and so on, "
+                  << std::count(bodies.begin(), bodies.end(), '\n') << " calls, hash " << std::hex
+                  << Hash(bodies) << std::dec << '\n';
+        text = bodies = "";
+    };
     for (Call &call : calls) {
         for (double &number : call.args)
             number = Plain(number);
-        if (text && call.name != "glutBitmapCharacter")
-            lines << "\"\n";
-        if (call.name == "glutBitmapCharacter")
-            lines << (text ? "" : "\"") << static_cast<char>(call.args[0]);
-        text = call.name == "glutBitmapCharacter";
-        if (text)
-            continue;
-        const std::string line = Text(call);
-        if (call.name == "glBegin") {
-            inside = true;
-            count = 0;
-            body.clear();
-            lines << line << " ";
-        } else if (call.name == "glEnd") {
-            inside = false;
-            lines << count << " calls, " << body.substr(0, body.find('\n')) << ", sum " << Hash(body) << "\n";
-        } else if (inside) {
-            body += line + "\n";
-            count++;
+        if (call.name == "glutBitmapCharacter") {
+            text += static_cast<char>(call.args[0]);
+        } else if (inside || call.name == "glBegin" || call.name == "glColor3f") {
+            inside = call.name != "glEnd" && (inside || call.name == "glBegin");
+            bodies += Text(call) + '\n';
         } else {
-            lines << line << "\n";
+            endline();
+            lines << Text(call) << '\n';
         }
     }
-    return lines.str() + (text ? "\"\n" : "");
+    endline();
+    return lines.str();
 }
 
 // A small aggregate on three roots, in a box, seen from home; statistics as they are at first.
 static void PrepareFrame()
 {
+    for (int k = 0; k < 600 && AreStatisticsShown(); k++) // those of the scene before
+        DrawStatistics(0);
     StartAfresh();
     std::fill(seeds, seeds + kSeedRing, Vector{0, 0, 0});
     CameraHome();
@@ -88,49 +71,55 @@ static void PrepareFrame()
     Grow(IterateSystem, 24, 1000000);
     stats = {7, {1, 2, 3, 4, 5, 6, 99}, {10, 6.6666, 4}, {3, 12, 0, -1}};
     DrawSTL(options.surfacemode, 1);
+    drawingpart = {};
+    drawingstyle = {};
+}
+
+// Parameters that differ from their defaults, all of them but three that no window shows.
+static void SetOddParameters()
+{
+    double value = 0.125;
+    for (const Parameter &parameter : Parameters()) {
+        const Parameter *row = &parameter;
+        if (row != &ParameterOf(&growthstate.walk) && row != &ParameterOf(&growthstate.launchscale) &&
+            row != &ParameterOf(&growthstate.killingscale))
+            SetParameter(parameter, value += 0.75);
+    }
+    growthstate.sourcetype = kSourceAxisMinusZ;
+    growthstate.nroots = 2000000;
+    growthstate.seed = -3;
+    growthstate.stepcount = 17;
+    snprintf(growthstate.rootname, sizeof growthstate.rootname, "%s", std::string(100, 'r').c_str());
+    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
+    nseeds = 1500;
+}
+
+// More branches than are drawn at once, some of them upright or without length.
+static void GrowManyBranches()
+{
+    Grow(IterateSystem, 200, 10000000);
+    for (const int i : {64, 65, 66})
+        cells[i].p = cells[cells[i].parent].p + Vector{0, i - 65.0, 0};
+    options.showextras = options.showinfo = 0;
+    options.surfacemode = kSurfaceOff;
 }
 
 TEST(Frames, EveryModeAndOverlay)
 {
-    const struct {
-        const char *name;
-        std::function<void()> change;
-    } scenes[] = {
+    std::vector<std::pair<std::string, std::function<void()>>> scenes = {
         {"lines", [] {}},
         {"points", [] { options.dlamode = kAggregatePoints; }},
         {"tubes", [] { options.dlamode = kAggregateTubes; }},
         {"mode 4", [] { options.dlamode = 4; }},
         {"off", [] { options.dlamode = kAggregateOff; }},
         {"roots only", [] { InitialiseGrowth(); }},
-        {"association", [] { growthstate.association = 1; }},
-        {"association, tubes",
+        {"association",
          [] {
-             growthstate.association = 1;
-             options.dlamode = kAggregateTubes;
+             growthstate.association = 1, options.dlamode = kAggregateTubes, growthstate.branchlength = 0;
          }},
         {"no extras, no information", [] { options.showextras = options.showinfo = 0; }},
-        {"odd parameters",
-         [] {
-             double value = 0.125;
-             const Parameter *unseen[] = {&ParameterOf(&growthstate.walk),
-                                          &ParameterOf(&growthstate.launchscale),
-                                          &ParameterOf(&growthstate.killingscale)}; // no window shows them
-             for (const Parameter &parameter : Parameters())
-                 if (std::find(std::begin(unseen), std::end(unseen), &parameter) == std::end(unseen))
-                     SetParameter(parameter, value += 0.75);
-             growthstate.sourcetype = kSourceAxisMinusZ;
-             growthstate.nroots = 2000000;
-             growthstate.seed = -3;
-             growthstate.stepcount = 17;
-             snprintf(growthstate.rootname, sizeof growthstate.rootname, "%s", std::string(100, 'r').c_str());
-             snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
-             nseeds = 1500;
-         }},
-        {"one root, no surface",
-         [] {
-             growthstate.nroots = 1;
-             nstltri = 0;
-         }},
+        {"odd parameters", SetOddParameters},
+        {"one root, no surface", [] { growthstate.nroots = 1, nstltri = 0; }},
         {"active stereo", [] { camera.stereo = kStereoActive; }},
         {"dual-screen stereo", [] { camera.stereo = kStereoDualScreen; }},
         {"elsewhere",
@@ -141,153 +130,63 @@ TEST(Frames, EveryModeAndOverlay)
              HandleReshape(300, 301);
          }},
         {"statistics", [] { DrawStatistics(2); }},
-        {"their second draw",
-         [] {
-             DrawStatistics(2);
-             DrawStatistics(0);
-         }},
+        {"their second draw", [] { DrawStatistics(2), DrawStatistics(0); }},
+        {"their last draw", [] { DrawStatistics(2), DrawStatistics(0), DrawStatistics(0); }},
+        {"no draw is left", [] { DrawStatistics(1), DrawStatistics(0), DrawStatistics(0); }},
         {"counting boxes",
          [] {
              Statistics();
              for (int i = 0; i < 100; i++)
                  CalcBoxCount(0, 0);
          }},
+        {"the count is done",
+         [] {
+             Statistics();
+             while (options.boxcountrequest)
+                 CalcBoxCount(0, 0);
+             for (int draws = 1; draws < 500; draws++)
+                 DrawStatistics(0);
+             ForgetCalls();
+         }},
+        {"text", [] { DrawGLText(20, 100, "ab\n\rc"); }},
     };
-    // The first frame is written whole; of the others, the lines that no frame before had, their number and a sum.
+    for (const int mode : {kAggregatePoints, kAggregateLines, kAggregateTubes})
+        scenes.push_back({"200 branches", [=] {
+                              GrowManyBranches();
+                              options.dlamode = mode;
+                              drawingstyle = {.linewidth = 3, .pointsize = 2, .flushafter = 100};
+                          }});
+    for (const int most : {1, 30, 199, 1000}) // the heaviest, tubes as lines
+        scenes.push_back({std::to_string(most) + " branches", [=] {
+                              GrowManyBranches();
+                              drawingpart.most = most;
+                              drawingpart.aslines = true;
+                              DrawDLA(kAggregateTubes);
+                          }});
+    for (int mode = 0; mode <= 6; mode++) // list 0 is replayed but never deleted
+        scenes.push_back({"surface " + std::to_string(mode), [=] {
+                              fakelist = static_cast<unsigned>(mode % 3);
+                              DrawSTL(mode, 1);
+                              options.surfacemode = mode;
+                          }});
+    // Of each frame the lines that none before it had, their number, and a hash of all.
     std::set<std::string> known;
     std::ostringstream text;
-    for (const auto &scene : scenes) {
+    for (const auto &[name, change] : scenes) {
         PrepareFrame();
-        while (Drawn([] { DrawStatistics(0); }) != "") // whatever is armed from before runs out
-            ;
-        scene.change();
-        const std::string frame = Drawn(HandleDisplay);
+        ForgetCalls();
+        change();
+        HandleDisplay();
+        const std::string frame = Transcript();
         options.boxcountrequest = 0;
-        text << "== " << scene.name << '\n';
-        const bool isfirst = known.empty();
+        text << "== " << name << '\n';
         std::istringstream lines(frame);
         int count = 0;
         for (std::string line; std::getline(lines, line); count++)
-            if (known.insert(line).second || isfirst)
+            if (known.insert(line).second)
                 text << line << '\n';
-        text << count << " lines, sum " << Hash(frame) << '\n';
+        text << count << " lines, hash " << std::hex << Hash(frame) << std::dec << '\n';
     }
+    PrepareFrame();
     ExpectGolden("frames.txt", text.str());
-}
-
-TEST(Frames, ManyTubesAreDrawnAsEachAlone)
-{
-    PrepareFrame();
-    Grow(IterateSystem, 3 * kConesAtOnce, 10000000);
-    cells[kConesAtOnce].p = cells[cells[kConesAtOnce].parent].p;
-    cells[kConesAtOnce + 1].p = cells[cells[kConesAtOnce + 1].parent].p + Vector{0, 1, 0};
-    std::string alone = Drawn([] { CreateEnvironment(kAggregateTubes); });
-    const BranchThickness thickness;
-    for (int i = 0; i < ncells; i++) {
-        const int parent = cells[i].parent;
-        if (parent < 0)
-            continue;
-        const Cone cone = {cells[parent].p, cells[i].p, thickness.Of(parent), thickness.Of(i)};
-        alone += Drawn([=] {
-            SetColour(ChooseColour(i, kAggregateTubes));
-            CreateCone(cone.p1, cone.p2, cone.r1, cone.r2, 0, kTwoPi, 10);
-        });
-    }
-    EXPECT_EQ(Drawn([] { DrawDLA(kAggregateTubes); }), alone);
-}
-
-TEST(Frames, OfTooManyTubesTheHeaviestAreDrawnAsLines)
-{
-    PrepareFrame();
-    Grow(IterateSystem, 500, 10000000);
-    std::vector<double> weights;
-    for (int i = 0; i < ncells; i++)
-        if (cells[i].parent >= 0)
-            weights.push_back(cells[i].weight);
-    const int all = static_cast<int>(weights.size());
-    std::sort(weights.rbegin(), weights.rend());
-    drawingpart.aslines = true;
-    for (const int most : {1, 30, 300, all, all + 1}) {
-        drawingpart.most = most;
-        ForgetCalls();
-        DrawDLA(kAggregateTubes);
-        const std::vector<Call> ends = CallsOf("glVertex3f"); // of lines, the particle's first
-        EXPECT_EQ(CallsOf("glBegin").at(0).args[0], GL_LINES);
-        ASSERT_EQ(static_cast<int>(ends.size()), 2 * std::min(most, all));
-        std::vector<double> drawn;
-        for (std::size_t k = 0; k < ends.size(); k += 2)
-            drawn.push_back(std::find_if(cells, cells + ncells, [&](const Particle &particle) {
-                                return static_cast<float>(particle.p.x) == ends[k].args[0] &&
-                                       static_cast<float>(particle.p.y) == ends[k].args[1];
-                            })->weight);
-        std::sort(drawn.rbegin(), drawn.rend());
-        EXPECT_TRUE(std::equal(drawn.begin(), drawn.end(), weights.begin())) << most;
-    }
-    drawingpart = {};
-}
-
-// What is drawn is the same, and the driver need not keep more than a part.
-TEST(Frames, PicturesAreDrawnInParts)
-{
-    PrepareFrame();
-    Grow(IterateSystem, 500, 10000000);
-    for (const int mode : {kAggregatePoints, kAggregateLines, kAggregateTubes}) {
-        const auto draw = [=](int flushafter) {
-            drawingstyle.flushafter = flushafter;
-            Drawn([=] { DrawDLA(mode); });
-            drawingstyle = {};
-            return Transcript({"glColor3f", "glVertex3f"});
-        };
-        const std::string whole = draw(0);
-        EXPECT_EQ(CountCalls("glFlush"), 0);
-        EXPECT_EQ(draw(100), whole);
-        EXPECT_EQ(CountCalls("glFlush"), 4) << mode; // after particles 100 to 400
-        EXPECT_EQ(CountCalls("glBegin"), CountCalls("glEnd"));
-    }
-}
-
-TEST(Frames, StatisticsFadeToBlackAndEnd)
-{
-    PrepareFrame();
-    EXPECT_EQ(Drawn([] { DrawStatistics(500); }), "");
-    for (int i = 500; i >= 0; i--) {
-        Drawn([] { DrawStatistics(0); });
-        ASSERT_EQ(CallsOf("glColor3f").at(0).args[0], double(static_cast<float>(i) / 500));
-    }
-    EXPECT_EQ(Drawn([] {
-                  DrawStatistics(0);
-                  DrawStatistics(-1);
-              }),
-              "");
-}
-
-TEST(Frames, TheSurfaceIsAList)
-{
-    PrepareFrame();
-    std::ostringstream text;
-    for (int mode = 0; mode <= 6; mode++) {
-        fakelist = static_cast<unsigned>(mode % 3); // list 0 is replayed but never deleted
-        for (const int rebuild : {1, 0})
-            text << "== mode " << mode << ", rebuild " << rebuild << "\n"
-                 << Drawn([=] { DrawSTL(mode, rebuild); });
-    }
-    fakelist = 7;
-    ExpectGolden("surface_lists.txt", text.str());
-}
-
-TEST(Frames, BodiesAndText)
-{
-    std::string text;
-    const auto add = [&](const std::function<void()> &draw) { text += "==\n" + Drawn(draw); };
-    for (int mode = 0; mode <= 3; mode++)
-        add([=] { CreateBox({0, 0, 0}, {1, 2, 4}, mode); });
-    for (const int n : {16, 17, -16, 3})
-        for (int method = 0; method <= 3; method++)
-            add([=] { CreateSimpleSphere({1, 2, 3}, 0.2, n, method); });
-    add([] { CreateSimpleSphere({1, 2, 3}, 0, 16, 0); });
-    for (const Vector tip : {Vector{1, 2, 3}, Vector{0, 5, 0}, Vector{0, -5, 0}, Vector{0, 0, 0}})
-        add([=] { CreateCone({0, 0, 0}, tip, 0.5, 0.25, 0, kTwoPi, 10); });
-    add([] { CreateCone({0, 0, 0}, {1, 0, 0}, 1, 2, 0.5, 2, 3); });
-    add([] { DrawGLText(20, 100, "ab\n\rc"); });
-    ExpectGolden("bodies.txt", text);
 }
