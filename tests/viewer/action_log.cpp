@@ -14,6 +14,7 @@
 #include "growth/scenario.h"
 #include "surface/surface.h"
 #include "viewer/aggregate_dialog.h"
+#include "viewer/surface_drawing.h"
 
 using Records = std::vector<std::pair<std::string, std::string>>;
 
@@ -28,6 +29,9 @@ void PrepareWindow()
     settingformvisible = stlformvisible = sliceformvisible = options.boxcountrequest = 0;
     fakemodifiers = 0;
     CreatePanelsOnce();
+    DrawSTL(kSurfaceWireframe, 1);
+    windowfile.clear();
+    ShowFileInTitle();
 }
 
 std::vector<FL_OBJECT *> PanelInputs()
@@ -83,7 +87,7 @@ static Records ReadRecords()
     return records;
 }
 
-// What the stand-ins have shown; while "[" is open, the wait cursor, and on so many panels.
+// What the stand-ins have shown; from "[" to "]" with the wait cursor, from "+" to "-" with that of panels.
 static std::string Shown()
 {
     std::string shown;
@@ -96,6 +100,10 @@ static std::string Shown()
                  call.name == "fl_hide_form" || call.name == "glutSetWindowTitle" ||
                  call.name == "CloseMenu" || call.name == "glutSwapBuffers")
             shown += ' ' + Text(call);
+    // As many panels as tests have built, of which each program has three.
+    shown.erase(std::unique(shown.begin(), shown.end(),
+                            [](char a, char b) { return a == b && (a == '+' || a == '-'); }),
+                shown.end());
     return shown;
 }
 

@@ -17,7 +17,7 @@
 // Starts a run as large as that; a view of its own.
 static void GrowAnew(int particles)
 {
-    StartAfresh();
+    PrepareWindow();
     camera.vp = {particles / 100.0, 9, 9};
     Grow(IterateSystem, particles, 100000000);
 }
@@ -25,7 +25,6 @@ static void GrowAnew(int particles)
 TEST(AggregateDialog, OpensSavesAndAsksBeforeParticlesAreLost)
 {
     const TemporaryDirectory here;
-    CreatePanelsOnce();
     ActionLog log;
     viewwindow = true;
     GrowAnew(100);
