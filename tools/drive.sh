@@ -48,16 +48,17 @@ start_window_manager() {
 start() {
     "$program" "$@" 2>stderr.txt &
     pid=$!
-    wait_for "the window" visible "$title"
-    window=$(xdotool search --onlyvisible --name "$title")
-    xdotool windowmove "$window" 0 0
-    sleep 0.5
-    find_corner
+    find_window
 }
 
-# Where the window's picture begins: at the screen's corner, or behind a window manager's frame.
+# Waits for the program's window and moves it to the screen's corner; `left` and `top` are where its picture begins there,
+# behind a window manager's frame.
 left=0 top=0
-find_corner() {
+find_window() {
+    wait_for "the window" visible "$title"
+    window=$(xdotool search --onlyvisible --name "$title" | tail -1)
+    xdotool windowmove "$window" 0 0
+    sleep 0.5
     eval "$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^X=/left=/p; s/^Y=/top=/p')"
 }
 
@@ -86,7 +87,9 @@ entry_height=25
 labels_in() { sed -nE "s/^$1 (> )?[0-9]+ (.*)/\2/p" "$menu_tree"; }
 
 # submenu LABEL: the number of the menu that an entry opens.
-submenu() { sed -nE "s|^[0-9]+ > ([0-9]+) $1\$|\1|p" "$menu_tree"; }
+submenu() {
+    awk -v label="$1" '$2 == ">" { id = $3; sub(/^[0-9]+ > [0-9]+ /, ""); if ($0 == label) print id }' "$menu_tree"
+}
 
 # labels_of LABEL: the labels of the menu that an entry opens.
 labels_of() { labels_in "$(submenu "$1")"; }
@@ -172,47 +175,38 @@ press() {
     sleep 0.2
 }
 
-# Closes the message box that stands there.
-answer() {
-    local id height
-    wait_for "a message" visible "Message"
-    id=$(xdotool search --onlyvisible --name "Message" | head -1)
-    height=$(xwininfo -id "$id" | awk '/Height:/ { print $2 }')
-    xdotool mousemove --window "$id" 200 $((height - 23)) click 1
-    wait_for "the message gone" visible "Message" 0
-}
-
-# Answers the question that stands there with no.
-click_no() { click_button Question 335; }
-
-# Answers the choice that stands there.
-click_save() { click_button Choice 85; }
-click_discard() { click_button Choice 230; }
-click_cancel() { click_button Choice 375; }
-
-# click_button TITLE X: clicks at the button there of a box.
-click_button() {
-    local id
+# click_at TITLE X [Y]: clicks at the button there of a box, with Y below 0 from its lower edge, and waits until it is gone.
+click_at() {
+    local id y=${3:-103}
     wait_for "$1" visible "$1"
     id=$(xdotool search --onlyvisible --name "$1" | head -1)
-    xdotool mousemove --window "$id" "$2" 103 click 1
+    [ "$y" -ge 0 ] || y=$((y + $(xwininfo -id "$id" | awk '/Height:/ { print $2 }')))
+    xdotool mousemove --window "$id" "$2" "$y" click 1
     wait_for "$1 gone" visible "$1" 0
 }
 
+answer() { click_at Message 200 -23; }
+click_yes() { click_at Question 100; }
+click_no() { click_at Question 335; }
+click_save() { click_at Choice 85; }
+click_discard() { click_at Choice 230; }
+click_cancel() { click_at Choice 375; }
+
 # Types a path into the file selector that stands there; without one, cancels it.
 select_file() {
-    local id
-    wait_for "a file selector" visible "FileSelector"
-    id=$(xdotool search --onlyvisible --name "FileSelector" | head -1)
     if [ $# -eq 0 ]; then
-        xdotool mousemove --window "$id" 250 215 click 1
+        click_at FileSelector 250 215
     else
-        xdotool mousemove --window "$id" 140 302 click 1 key ctrl+e ctrl+u
-        xdotool type -- "$1"
-        xdotool key Return
+        type_path "$1"
+        wait_for "the file selector gone" visible FileSelector 0
     fi
-    wait_for "the file selector gone" visible "FileSelector" 0
     sleep 0.2
+}
+type_path() {
+    wait_for "a file selector" visible FileSelector
+    xdotool mousemove --window "$(xdotool search --onlyvisible --name FileSelector | head -1)" 140 302 click 1 key ctrl+e ctrl+u
+    xdotool type --delay 5 -- "$1"
+    xdotool key Return
 }
 
 # type_into PANEL LABEL TEXT: replaces the text of the input there and leaves it.
@@ -224,14 +218,25 @@ type_into() {
     sleep 0.2
 }
 
-# expect NAME VALUE: the program's record has the value (needs the program that shows its records).
-expect() {
-    local value
+# value_of NAME: what the program's records, as last written, say (needs the program that shows them).
+value_of() { sed -n "s/^$1 //p" records; }
+look() {
     rm -f records
     kill -USR1 "$pid"
     wait_for "the program's answer" [ -f records ]
-    value=$(sed -n "s/^$1 //p" records)
-    [ "$value" = "$2" ] || { echo "line ${BASH_LINENO[*]}: $1 is $value, not $2" >&2; exit 1; }
+}
+
+# expect NAME VALUE: the record has the value now.
+expect() {
+    look
+    [ "$(value_of "$1")" = "$2" ] || fail "$1 is $(value_of "$1"), not $2"
+}
+
+# End of a program that is to end well.
+ends_well() {
+    local status=0
+    wait "$pid" || status=$?
+    [ "$status" -eq 0 ] || fail "the program ended with status $status: $(cat stderr.txt)"
 }
 
 # Saves the simulation information to info.txt.

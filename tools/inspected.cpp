@@ -13,6 +13,7 @@
 #include "archive/rescue.h"
 #include "export/csv.h"
 #include "geom/clock.h"
+#include "growth/parameters.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 #include "viewer/aggregate_dialog.h"
@@ -37,88 +38,71 @@ static std::size_t HeapInUse()
     return info.uordblks + info.hblkhd;
 }
 
-static void WriteParticles()
+static void WriteParticles(FILE *file)
 {
-    FILE *file = fopen("particles.csv", "w");
-    if (file == nullptr)
-        return;
-    {
-        TextWriter out(file);
-        WriteCSV(out);
-    }
-    fclose(file);
+    TextWriter out(file);
+    WriteCSV(out);
 }
 
-static void WriteRecords()
+static void WriteRecords(FILE *file)
 {
-    WriteParticles();
-    FILE *file = fopen("records.new", "w");
-    if (file == nullptr)
-        return;
-    const struct {
-        const char *name;
-        double value;
-    } numbers[] = {
-        {"placed",
-         double(std::count_if(cells, cells + ncells, [](const Particle &p) { return p.parent < 0; }))},
-        {"ncells", double(ncells)},
+    for (const Parameter &parameter : Parameters())
+        fprintf(file, "%s.%s %.10g\n", parameter.group, parameter.key, ParameterValue(parameter));
+    const auto isroot = [](const Particle &p) { return p.parent < 0; };
+    const std::pair<const char *, double> numbers[] = {
+        {"ncells", ncells},
+        {"placed", double(std::count_if(cells, cells + ncells, isroot))},
         {"heap", double(HeapInUse())},
         {"time", GetRunTime() - started},
         {"drawing", drawing},
-        {"frames", double(frames)},
-        {"boxcountrequest", double(options.boxcountrequest)},
-        {"nstltri", double(nstltri)},
-        {"stlmaxx", stlmax.x},
-        {"sourcetype", double(growthstate.sourcetype)},
-        {"running", double(growthstate.running)},
-        {"branchlength", growthstate.branchlength},
-        {"bias", growthstate.bias},
-        {"stickiness", growthstate.stickiness},
-        {"thickfrom", growthstate.thickfrom},
-        {"thickto", growthstate.thickto},
-        {"seed", double(growthstate.seed)},
-        {"rotation", growthstate.rotation},
-        {"nroots", double(growthstate.nroots)},
-        {"rootrange", growthstate.rootrange},
-        {"roottype", double(growthstate.roottype)},
-        {"association", double(growthstate.association)},
-        {"intersectrange", growthstate.intersectrange},
-        {"showextras", double(options.showextras)},
-        {"showinfo", double(options.showinfo)},
-        {"surfacemode", double(options.surfacemode)},
-        {"dlamode", double(options.dlamode)},
-        {"slicecount", double(options.slicecount)},
-        {"sliceparam1", options.sliceparam1},
-        {"settingformvisible", double(settingformvisible)},
-        {"stlformvisible", double(stlformvisible)},
-        {"sliceformvisible", double(sliceformvisible)},
+        {"frames", frames},
+        {"boxcount", options.boxcountrequest},
+        {"faces", nstltri},
+        {"largestx", stlmax.x},
+        {"running", growthstate.running},
+        {"extras", options.showextras},
+        {"info", options.showinfo},
+        {"panels", settingformvisible + 2 * stlformvisible + 4 * sliceformvisible},
+        {"spin", options.autospin},
+        {"recording", options.recordframes},
+        {"aperture", camera.aperture},
+        {"distance", Modulus(camera.vp)},
+        {"turned", camera.vd.y},
+        {"tilted", camera.vd.z},
+        {"rolled", camera.vu.y},
     };
-    for (const auto &number : numbers)
-        fprintf(file, "%s %.10g\n", number.name, number.value);
-    fprintf(file, "surfacename %s\n", growthstate.surfacename);
-    fprintf(file, "rootname %s\n", growthstate.rootname);
+    for (const auto &[name, value] : numbers)
+        fprintf(file, "%s %.10g\n", name, value);
+    fprintf(file, "surface %s\nroots %s\n", growthstate.surfacename, growthstate.rootname);
+}
+
+static void WriteFile(const char *name, void (*write)(FILE *))
+{
+    FILE *file = fopen("unfinished", "w");
+    if (file == nullptr)
+        return;
+    write(file);
     fclose(file);
-    rename("records.new", "records");
+    rename("unfinished", name);
 }
 
 extern "C" void __real_glutSwapBuffers();
 extern "C" void __wrap_glutSwapBuffers()
 {
     __real_glutSwapBuffers();
+    // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while
+    // a library that is to blame for one is still there to be named.
+    if (frames == 0 && __lsan_do_leak_check != nullptr)
+        atexit(__lsan_do_leak_check);
     if (frames == 0)
         started = GetRunTime();
     drawing += lastframe.end - lastframe.start; // the frame before this one
     frames++;
-    // Registered later than what the toolkits have to do at the end, leaks are looked for before that, while
-    // a library that is to blame for one is still there to be named.
-    static bool registered = false;
-    if (!registered && __lsan_do_leak_check != nullptr)
-        atexit(__lsan_do_leak_check);
-    registered = true;
     if (!wanted)
         return;
     wanted = 0;
-    WriteRecords();
+    WriteFile("particles.csv", WriteParticles);
+    WriteFile("records", WriteRecords);
 }
 
 int main(int argc, char **argv)

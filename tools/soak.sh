@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
 # soak.sh PROGRAM SEED SECONDS: random input for a time, bounded so that it asks for no absurd work. The program (the one
 # that shows its records) must answer after every action, end well when asked to, and not hold more and more memory.
-# Each action is told before it happens; the same seed gives the same actions again. The seed also decides the switch.
+# Each action is printed before it happens; the same seed gives the same actions again. The seed also decides the switch.
 set -eu
 program=$1 seed=$2 seconds=$3
 here=$(cd "$(dirname "$0")" && pwd)
 . "$here/drive.sh"
-# Built with the sanitizers, the program says what is wrong and ends; leaks are looked for at its end.
+# Built with the sanitizers, the program prints what is wrong and ends; leaks are looked for at its end.
 export ASAN_OPTIONS=detect_leaks=1:quarantine_size_mb=16 UBSAN_OPTIONS=print_stacktrace=1
 export LSAN_OPTIONS=print_suppressions=0:suppressions=$here/leaks.supp
 
@@ -18,54 +18,15 @@ allowance=10000000
 
 fail() {
     echo "seed $seed, action $action, line ${BASH_LINENO[*]}: $1" >&2
-    if ! kill -0 "$pid" 2>/dev/null; then
-        wait "$pid" || echo "the program ended with status $?" >&2
-    fi
+    kill -0 "$pid" 2>/dev/null || wait "$pid" || echo "the program ended with status $?" >&2
     grep -vE '^ +(Tracing|Processing)|^Slice|^\*\*\*' stderr.txt | tail -n 80 >&2 || true
     exit 1
 }
 
-# Random choices --------------------------------------------------------------------------------------------------------
-
-# draw N: a number below N.
-draw() { drawn=$((RANDOM % $1)); }
-# pick VALUE...: one of them.
+# pick VALUE...: sets `picked` to one of them.
 pick() {
-    draw $#
-    shift "$drawn"
+    shift $((RANDOM % $#))
     picked=$1
-}
-# pick_label MENU: the label of one of its entries.
-pick_label() {
-    local labels
-    mapfile -t labels < <(labels_of "$1")
-    pick "${labels[@]}"
-}
-tell() { echo "$action: $*"; }
-
-odd_numbers=("" 0 -1 x1 nan -inf inf 1e308 -1e308 1e-300 2000000000 1.2.3 %s%n 0x1p9 "1 2"
-    99999999999999999999999999999999999999999999999999999999999999999999999999999999)
-# pick_number VALUE...: one of the values, or an odd one at times.
-pick_number() {
-    draw 3
-    if [ "$drawn" -eq 0 ]; then
-        pick "${odd_numbers[@]}"
-    else
-        pick "$@"
-    fi
-}
-
-# What stands on the display --------------------------------------------------------------------------------------------
-
-value_of() { sed -n "s/^$1 //p" records; }
-answer_dialogs() {
-    local windows
-    windows=$(xwininfo -root -tree)
-    case $windows in
-    *'"FileSelector"'*) select_file ;;
-    *'"Message"'*) answer ;;
-    *'"Question"'*) click_no ;;
-    esac
 }
 # Waits until the program has done all it was asked to, and has written its records; answers dialogs on the way.
 look() {
@@ -74,208 +35,106 @@ look() {
     kill -USR1 "$pid" || fail "the program is gone"
     until [ -f records ]; do
         [ $((SECONDS - since)) -lt 60 ] || fail "the program does not answer"
-        answer_dialogs
+        case $(xwininfo -root -tree) in
+        *'"FileSelector"'*) select_file ;;
+        *'"Message"'*) answer ;;
+        *'"Question"'*) click_no ;;
+        esac
         sleep 0.05
     done
 }
-close_menus() {
-    visible "freeglut menu" || return 0
-    xdotool mousemove 5 5 click 1
-    wait_for "the menus gone" visible "freeglut menu" 0
-}
-# Side by side below the window.
-place_panels() {
-    local x=0 name id
-    for name in settings transform slicing; do
-        id=$(panel "$name")
-        [ -z "$id" ] || xdotool windowmove "$id" $x 640
-        x=$((x + 430))
-    done
-}
+# open_panel ENTRY PANEL: beside the others, below the window.
 open_panel() {
     choose "$1"
     wait_for "$1" has_panel "$2"
-    place_panels
+    case $2 in settings) set -- 0 ;; transform) set -- 430 ;; *) set -- 860 ;; esac
+    xdotool windowmove "$(xwininfo -root -tree | awk '/XForm/ { print $1; exit }')" "$1" 640
     sleep 0.1
-}
-hide_at_times() {
-    draw 3
-    [ "$drawn" -ne 0 ] || press "$@"
 }
 
 # Actions ---------------------------------------------------------------------------------------------------------------
 
 press_keys() {
     local list=()
-    draw 6
-    for _ in $(seq 0 "$drawn"); do
-        pick a A h H bracketleft bracketright plus equal minus underscore less comma greater period w W x 1 Tab \
-            Return BackSpace space F1 F2 F3 F4 F5 F6 F12 Left Right Up Down Home shift+Left ctrl+a alt+F1
+    for _ in $(seq $((RANDOM % 6 + 1))); do
+        pick a A h H bracketleft bracketright plus minus less greater period w r x Tab Return F1 F2 F3 F4 F5 F6 F12 Left Right \
+            Up Down Home shift+Left ctrl+a alt+F1
         list+=("$picked")
     done
-    tell "keys ${list[*]}"
+    echo "keys ${list[*]}"
     key "${list[@]}"
 }
 zoom_far() {
     pick plus minus less greater a bracketleft
-    tell "key $picked 80 times"
+    echo "key $picked 80 times"
     xdotool mousemove 20 580 key --delay 2 --repeat 80 "$picked"
 }
-record() {
-    tell "recording"
-    key r
-    key r
-}
 drag() {
-    local button x y moves=()
-    pick 1 1 2 3
-    button=$picked
-    draw 700
-    x=$((50 + drawn))
-    draw 400
-    y=$((50 + drawn))
-    for _ in 1 2 3 4; do
-        # Not far with the right button: it would reach the menu's last entry.
-        if [ "$button" -eq 3 ]; then draw 100; else draw 500; fi
-        moves+=(mousemove $((x + drawn)) $((y + drawn / 4)))
-    done
-    tell "drag $button from $x,$y: ${moves[*]}"
-    xdotool mousemove "$x" "$y" mousedown "$button"
-    [ "$button" -ne 3 ] || wait_for "the menu" visible "freeglut menu"
-    xdotool "${moves[@]}" mouseup "$button"
+    local moves=() at=("$((50 + RANDOM % 700))" "$((50 + RANDOM % 400))")
+    for _ in 1 2 3 4; do moves+=(mousemove $((at[0] + RANDOM % 500)) $((at[1] + RANDOM % 120))); done
+    pick 1 1 2
+    echo "drag $picked from ${at[*]}: ${moves[*]}"
+    xdotool mousemove "${at[@]}" mousedown "$picked" "${moves[@]}" mouseup "$picked"
 }
-choose_mode() {
-    local entry
+choose_entry() {
+    local entry labels
     pick "DLA drawing mode" "Constraint surface drawing mode" "New particle distribution" "Sample constraint surfaces" \
-        "Initial root distribution"
+        "Initial root distribution" "Calculate statistics (f5)" "Pause / Continue (f3)"
     entry=$picked
-    pick_label "$entry"
-    tell "menu $entry, $picked"
-    choose "$entry" "$picked"
+    mapfile -t labels < <(labels_of "$entry")
+    [ ${#labels[@]} -eq 0 ] || pick "${labels[@]}"
+    echo "menu $entry, $picked"
+    if [ ${#labels[@]} -eq 0 ]; then choose "$entry"; else choose "$entry" "$picked"; fi
 }
-choose_command() {
-    pick "-" "Toggle extras (f1)" "Toggle info (f2)" "Pause / Continue (f3)" "Restart simulation (f4)" \
-        "Calculate statistics (f5)"
-    tell "menu $picked"
-    choose "$picked"
-}
-dismiss_menu() {
-    tell "menu dismissed"
-    xdotool mousemove 20 20 click 3
-    wait_for "the menu" visible "freeglut menu"
-    xdotool mousemove 60 230 mousemove 62 232
-}
-settings() {
-    local label
-    open_panel "Settings" settings
-    for _ in 1 2 3; do
-        pick "Random number seed" "Bias towards origin" "Branch length" "Stickiness" "Particle rotation" "Branch thickness" \
-            "Intersection range" "Number of roots" "Number of roots" "Root distribution range" "Associate seeds with roots"
-        label=$picked
-        case $label in
-        "Number of roots") pick 0 1 2 3 4 50 1000 -4 x1 nan "" 2000000000 ;;
-        "Branch length") pick_number 1 2 0.5 ;;
-        "Root distribution range") pick_number 10 50 0.1 ;;
-        *) pick_number 12345 0.5 5 50 100 ;;
-        esac
-        tell "settings, $label: $picked"
-        if [ "$label" = "Associate seeds with roots" ]; then
-            press settings "$label"
-        else
-            type_into settings "$label" "$picked"
-            look
-        fi
-    done
-    hide_at_times settings "Hide"
-}
-transform() {
-    local input
-    open_panel "Transform constraint surface" transform
+fill_panel() {
+    local entry panel input button=Hide
+    pick "Settings|settings" "Settings|settings" "Transform constraint surface|transform" "Compute/save slices|slicing"
+    IFS='|' read -r entry panel <<<"$picked"
+    open_panel "$entry" "$panel"
     for _ in 1 2; do
-        pick Scale Shift Rotate
-        input=$picked
-        pick 1 2 3
-        input=$input#$picked
-        pick_number 1 2 0.5 -1 45 90
-        tell "transform, $input: $picked"
-        type_into transform "$input" "$picked"
+        case $panel in
+        settings) pick "Random number seed" "Bias towards origin" "Branch length" "Stickiness" "Particle rotation" to \
+            "Branch thickness" "Intersection range" "Number of roots" "Number of roots" "Root distribution range" ;;
+        transform) pick "Scale#1" "Scale#2" "Shift#2" "Shift#3" "Rotate#1" "Rotate#3" button=Apply ;;
+        slicing) pick "Plane normal#1" "Plane normal#3" "Number of slices" button=Slice ;;
+        esac
+        case $picked in button=*) button=${picked#*=} && continue ;; *) input=$picked ;; esac
+        case $input in
+        "Number of "*) pick 0 1 2 3 50 -4 x1 nan "" 2000000000 ;;
+        "Branch length") pick 1 2 0.5 nan 1e308 -1 ;;
+        *) pick 1 0.5 2 -1 45 100 "" x1 nan -inf 1e308 1e-300 1.2.3 %s%n 0x1p9 "1 2" 99999999999999999999999999999999999999 ;;
+        esac
+        echo "$panel, $input: $picked"
+        type_into "$panel" "$input" "$picked"
+        look
     done
-    press transform "Apply"
-    hide_at_times transform "Hide"
+    echo "$panel, $button"
+    press "$panel" "$button"
 }
-slices() {
-    local input
-    open_panel "Compute/save slices" slicing
-    pick 1 2 3
-    input="Plane normal#$picked"
-    pick_number 0 1 -1 0.5
-    tell "slices, $input: $picked"
-    type_into slicing "$input" "$picked"
-    pick 1 2 7 60 -3 x1 nan "" 2000000000
-    tell "slices: $picked"
-    type_into slicing "Number of slices" "$picked"
-    press slicing "Slice"
-    look
-    hide_at_times slicing "Hide"
-}
-save() {
-    local entry
-    draw 12
-    case $drawn in
-    10) entry=("Save constraint surface to STL file") ;;
-    11) entry=("Save simulation information") ;;
-    *)
-        pick_label "Save DLA as"
-        entry=("Save DLA as" "$picked")
-        ;;
+# Chooses an entry, and a file; a path that the selector takes for a directory leaves it open, and look cancels it.
+choose_file() {
+    local entry labels
+    mapfile -t labels < <(labels_of "Save DLA as")
+    pick "${labels[@]}"
+    entry=("Save DLA as" "$picked")
+    pick "" "" "Save constraint surface to STL file" "Save simulation information" "Read seeds" "Read seeds" \
+        "Read constraint surface from STL file" "Read constraint surface from STL file"
+    case $picked in
+    Read*) entry=("$picked") && pick box.stl corner.stl many.stl none.stl huge.stl few.txt hundreds.txt huge.txt empty.txt missing . ;;
+    *) [ -z "$picked" ] || entry=("$picked") && pick new kept no/such/place . "a b" "$(printf 'long%.0s' $(seq 60))" ;;
     esac
-    pick new kept kept "" no/such/place . "a b" "$(printf 'long%.0s' $(seq 60))"
-    tell "save ${entry[*]}: \"$picked\""
-    look
+    case ${entry[0]}$picked in "Read cons"*.txt | "Read seeds"*.stl) picked=missing ;; esac
+    echo "${entry[*]}: $picked"
     [ "$(value_of ncells)" -lt 1500 ] || key F4
     choose "${entry[@]}"
-    if [ -n "$picked" ]; then
-        select_path "$work/$picked"
-    else
-        select_file
-    fi
-}
-read_surface() {
-    pick box.stl box.stl corner.stl many.stl none.stl huge.stl missing.stl ""
-    tell "surface \"$picked\""
-    choose "Read constraint surface from STL file"
-    if [ -n "$picked" ]; then select_path "$work/$picked"; else select_file; fi
-}
-read_seeds() {
-    pick few.txt hundreds.txt huge.txt empty.txt junk.txt missing.txt ""
-    tell "seeds \"$picked\""
-    choose "Read seeds"
-    if [ -n "$picked" ]; then select_path "$work/$picked"; else select_file; fi
-}
-# A path that the selector takes for a directory leaves it standing.
-select_path() {
-    local id
-    wait_for "a file selector" visible FileSelector
-    id=$(xdotool search --onlyvisible --name FileSelector | head -1)
-    xdotool mousemove --window "$id" 140 302 click 1 key ctrl+e ctrl+u
-    xdotool type --delay 2 -- "$1"
-    xdotool key Return
+    type_path "$work/$picked"
     sleep 0.5
 }
 resize() {
     pick "1 1" "100 900" "1600 100" "640 480"
-    tell "window of $picked"
-    xdotool windowsize "$window" $picked
-    sleep 0.5
-    xdotool windowsize "$window" "$width" 600
-    sleep 0.2
-}
-hide_window() {
-    tell "window hidden for a while"
-    xdotool windowunmap "$window"
-    sleep 0.5
-    xdotool windowmap --sync "$window"
-    sleep 0.5
+    echo "window of $picked, then hidden for a while"
+    xdotool windowsize "$window" $picked sleep 0.5 windowsize "$window" "$width" 600 sleep 0.2 windowunmap "$window" sleep 0.5 \
+        windowmap --sync "$window" sleep 0.5
 }
 
 # The run ---------------------------------------------------------------------------------------------------------------
@@ -284,18 +143,15 @@ prepare_files() {
     local corner="facet normal 0 0 1\nouter loop\nvertex %s 0 0\nvertex 0 %s 0\nvertex 0 0 %s\nendloop\nendfacet\n"
     { printf 'solid\n'; printf "$corner" 20 20 20 -30 30 30; printf 'endsolid\n'; } >corner.stl
     { printf 'solid\n'; printf "$corner" 1e308 1e308 -1e308 nan 1 inf; printf 'endsolid\n'; } >huge.stl
-    head -c 80 /dev/zero >none.stl
-    cp none.stl many.stl
-    printf '\0\0\0\0' >>none.stl
-    printf '\377\377\377\377' >>many.stl
+    head -c 84 /dev/zero >none.stl
+    { head -c 80 /dev/zero; printf '\377\377\377\377'; } >many.stl
     printf '0 0 0\n5 0 0\n0 5 0\n' >few.txt
     seq 300 | awk '{ print $1 % 7 * 3, $1 % 11 * 3, $1 % 13 * 3 }' >hundreds.txt
     printf '1e308 -1e308 0\nnan inf 0\n1 2 3\n' >huge.txt
     : >empty.txt
-    head -c 3000 "$program" >junk.txt
     echo kept >kept
 }
-
+files() { ls "/proc/$pid/fd" | wc -l; }
 # Puts in order what decides how much memory is in use, and notes that.
 rest() {
     choose "Sample constraint surfaces" "None"
@@ -308,20 +164,9 @@ rest() {
     key F4 F3
     look
     held+=("$(value_of heap)")
-    tell "at rest: ${held[-1]} bytes, $(awk '/VmRSS/ { print $2 }' "/proc/$pid/status") kB resident, $(files) files"
+    echo "at rest: ${held[-1]} bytes, $(files) files"
     [ "$(files)" -eq "$files_at_first" ] || fail "$(files) open files, $files_at_first at first"
     key F3
-}
-files() { ls "/proc/$pid/fd" | wc -l; }
-# extreme ORDER VALUE...: the least (-g) or the most (-gr).
-extreme() { printf '%s\n' "${@:2}" | sort "$1" | head -1; }
-# After a run long enough for that: what is held in the last quarter is no more than in the first half.
-check_memory() {
-    local n=${#held[@]} most least
-    [ "$n" -ge 8 ] || return 0
-    most=$(extreme -gr "${held[@]:0:n / 2}")
-    least=$(extreme -g "${held[@]:n - n / 4}")
-    [ "$least" -le $((most + allowance)) ] || fail "memory grows: from at most $most to at least $least bytes"
 }
 
 action=0 held=()
@@ -336,24 +181,27 @@ choose "Sample constraint surfaces" "Box"
 choose "Save constraint surface to STL file"
 select_file "$work/box.stl"
 files_at_first=$(files)
-echo "seed $seed, $seconds seconds"
-while [ $SECONDS -lt "$seconds" ]; do
+until [ $SECONDS -ge "$seconds" ]; do
     action=$((action + 1))
     # Each action has its own numbers, however many those before it drew.
     RANDOM=$(((seed * 7919 + action * 104729) % 2147483647))
-    draw 32768
-    pick press_keys press_keys press_keys zoom_far record drag drag drag choose_mode choose_mode choose_mode \
-        choose_command dismiss_menu settings settings transform slices save save read_surface read_seeds resize hide_window
+    : $RANDOM
+    pick press_keys press_keys press_keys zoom_far drag drag choose_entry choose_entry fill_panel fill_panel fill_panel \
+        choose_file choose_file resize
+    echo -n "$action: "
     $picked
-    look
-    close_menus
-    place_panels
     look
     [ "$(value_of ncells)" -lt $most_particles ] || key F4
     rm -f ./*.tga slice_*.txt new long*
     [ $((action % resting_every)) -ne 0 ] || rest
 done
-check_memory
+# After a run long enough for that: what is held in the last quarter is no more than in the first half.
+n=${#held[@]}
+if [ "$n" -ge 8 ]; then
+    most=$(printf '%s\n' "${held[@]:0:n / 2}" | sort -gr | head -1)
+    least=$(printf '%s\n' "${held[@]:n - n / 4}" | sort -g | head -1)
+    [ "$least" -le $((most + allowance)) ] || fail "memory grows: from at most $most to at least $least bytes"
+fi
 key q
-wait $pid || fail "the program ended with status $?"
+ends_well
 echo "$action actions, none at fault"

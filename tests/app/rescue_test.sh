@@ -6,16 +6,18 @@ program=$1
 view=$2
 grow=$3
 . "$(dirname "$0")/../../tools/drive.sh"
-
 printf 'solid s\nouter loop\nvertex 1 2\n' >bad.stl
-echo nothing >empty.txt
 
+none_left() { [ -z "$(ls -d sarkelo-rescue-* 2>/dev/null)" ] || fail "left behind: $(ls -d sarkelo-rescue-*)"; }
+ends_with() {
+    local status=0
+    wait "$pid" || status=$?
+    [ $status -eq "$1" ] || fail "status $status, not $1: $(cat stderr.txt)"
+}
 # kept STATUS: the program ends with the status within two seconds, one file is left, and it goes on exactly.
 kept() {
-    local since status=0 file steps
-    since=$(date +%s%N)
-    wait "$pid" || status=$?
-    [ "$status" -eq "$1" ] || fail "status $status, not $1: $(cat stderr.txt)"
+    local since=$(date +%s%N) file steps
+    ends_with "$1"
     [ $((($(date +%s%N) - since) / 1000000)) -lt 2000 ] || fail "it took $((($(date +%s%N) - since) / 1000000)) ms"
     file=$(ls sarkelo-rescue-*.sarkelo.h5)
     grep -qx "    sarkelo-view $file" stderr.txt || fail "$(cat stderr.txt)"
@@ -27,9 +29,14 @@ kept() {
     rm -f sarkelo-rescue-* rest.* whole.*
 }
 
-# bring_to STATE: growing, hidden, or with a menu, a file selector or a message box open.
-bring_to() {
-    case $1 in
+# Each state of the window with one signal, and the growing window with all three.
+for case in growing:HUP:129 growing:INT:130 growing:TERM:143 hidden:TERM:143 menu:HUP:129 selector:INT:130 message:TERM:143; do
+    IFS=: read -r state signal status <<<"$case"
+    (trap - INT HUP; exec "$program" 2>stderr.txt) &
+    pid=$!
+    find_window
+    sleep 1
+    case $state in
     hidden) xdotool windowunmap "$window" ;;
     menu)
         xdotool mousemove 20 20 click 3
@@ -46,39 +53,23 @@ bring_to() {
         ;;
     esac
     sleep 0.3
-}
-
-for signal in TERM:143 HUP:129 INT:130; do
-    for state in growing hidden menu selector message; do
-        (trap - INT HUP; exec "$program" 2>stderr.txt) &
-        pid=$!
-        wait_for "the window" visible "$title"
-        window=$(xdotool search --onlyvisible --name "$title")
-        xdotool windowmove "$window" 0 0
-        sleep 1
-        bring_to $state
-        kill -"${signal%:*}" $pid
-        kept "${signal#*:}"
-    done
+    kill -"$signal" $pid
+    kept "$status"
 done
 
-# A surface that cannot be read ends the program after its message.
+# A surface that cannot be read ends the program after its message; what the user ends is not kept.
 start
-sleep 0.5
 choose "Read constraint surface from STL file"
 select_file "$work/bad.stl"
 answer
 kept 255
-
-# What the user ends is not kept.
 start
-sleep 0.5
 key q
-wait $pid || fail "status $?"
-program=$view
-[ -z "$(ls -d sarkelo-rescue-* 2>/dev/null)" ] || fail "left behind: $(ls -d sarkelo-rescue-*)"
+ends_with 0
+none_left
 
 # An ignored SIGHUP stays ignored; where the current directory cannot be written, another is.
+program=$view
 for place in HOME TMPDIR; do
     mkdir locked other
     cd locked
@@ -91,43 +82,36 @@ for place in HOME TMPDIR; do
     kill -0 $pid || fail "SIGHUP is not ignored"
     rmdir "$work/locked"
     kill -TERM $pid
-    wait $pid || [ $? -eq 143 ]
-    ls "$work"/other/sarkelo-rescue-*.sarkelo.h5 >/dev/null || fail "not kept in $place"
     cd "$work"
+    ends_with 143
+    ls other/sarkelo-rescue-*.sarkelo.h5 >/dev/null || fail "not kept in $place"
     rm -r other
 done
 
 # Windows of one directory that end in the same second, and whose standard error nobody reads, keep an aggregate each.
 pids=()
-for window in 1 2 3; do
+for count in 1 2 3; do
     "$view" 2> >(:) &
-    pids+=($!)
     pid=$!
-    wait_for "window $window" visible "$title" $window
+    pids+=($pid)
+    wait_for "window $count" visible "$title" $count
 done
 sleep 0.5
-kill -PIPE "${pids[0]}"
-kill -XCPU "${pids[1]}"
-kill -USR1 "${pids[2]}"
-for ended in "${pids[0]}:141" "${pids[1]}:152" "${pids[2]}:138"; do
-    status=0
-    wait "${ended%:*}" || status=$?
-    [ $status -eq "${ended#*:}" ] || fail "status $status, not ${ended#*:}"
-done
+signals=(PIPE:141 XCPU:152 USR1:138)
+for k in 0 1 2; do kill -"${signals[k]%:*}" "${pids[k]}"; done
+for k in 0 1 2; do pid=${pids[k]} ends_with "${signals[k]#*:}"; done
+[ "$(ls sarkelo-rescue-* | wc -l)" -eq 3 ] || fail "kept: $(ls sarkelo-rescue-*)"
 for file in sarkelo-rescue-*; do
     "$grow" --resume "$file" --particles 1 -o opened.sarkelo.h5 --force --quiet
 done
-[ "$(ls sarkelo-rescue-* | wc -l)" -eq 3 ] || fail "kept: $(ls sarkelo-rescue-*)"
 rm sarkelo-rescue-*
 
-# What was only looked at is not kept again.
+# What was only looked at is not kept again. The display goes away in mid-growth.
 "$grow" --particles 50000 -o large.sarkelo.h5 --quiet
 start large.sarkelo.h5
 kill -TERM $pid
-wait $pid || [ $? -eq 143 ]
-[ -z "$(ls -d sarkelo-rescue-* 2>/dev/null)" ] || fail "left behind: $(ls -d sarkelo-rescue-*)"
-
-# The display goes away in mid-growth.
+ends_with 143
+none_left
 start large.sarkelo.h5
 key F3
 sleep 1

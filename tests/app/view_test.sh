@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# view_test.sh SARKELO-VIEW SARKELO-GROW: pictures without a display; then the window with files, on a virtual one. Its picture
-# is the one made without it, growth goes on exactly, and what it saves is what sarkelo-grow writes.
+# view_test.sh SARKELO-VIEW SARKELO-GROW: pictures without a display; then the window with files under a window manager: its
+# picture is the one made without it, growth goes on exactly, it rests, and asks before a run is lost.
 set -eu
 program=$1
 grow=$2
@@ -8,6 +8,7 @@ grow=$2
 menu_tree=$project/tests/viewer/view_menu_tree.txt
 virtual=$DISPLAY
 unset DISPLAY
+export HOME=$work
 
 # ends STATUS TEXT ARGUMENT...: sarkelo-view ends so, with one line on standard error that has the text, or none.
 ends() {
@@ -20,89 +21,99 @@ ends() {
 
 "$grow" --particles 3000 --set drawing.thickness_tip=0.1 --set surface.sample=Box --set drawing.mode=tubes -o a.sarkelo.h5 --quiet
 "$grow" --particles 500 --seed 8 --set growth.walk=flights -o b.sarkelo.h5 --quiet
-for mode in lines points tubes; do
-    ends 0 "" a.sarkelo.h5 --picture $mode.png --size 800x600 --samples 1 --mode $mode --camera home
-done
-ends 3 "lines.png: exists already" a.sarkelo.h5 --picture lines.png
-ends 0 "" a.sarkelo.h5 --picture lines.png --mode lines --size 800x600 --samples 1 --force --camera home
-ends 0 "" a.sarkelo.h5 --picture fine.png --size 640x480
-ends 0 "" a.sarkelo.h5 --picture film.png --film 5 --size 640x480
+while read -r name options; do ends 0 "" a.sarkelo.h5 --picture "$name.png" $options; done <<'TABLE'
+lines --size 800x600 --samples 1 --mode lines --camera home
+points --size 800x600 --samples 1 --mode points --camera home
+tubes --size 800x600 --samples 1 --mode tubes --camera home
+fine --size 640x480
+film --film 5 --size 640x480
+camera --turntable 4 --size 640x480 --lights camera
+world --turntable 4 --size 640x480 --lights world
+round --turntable 4 --size 640x480 --camera home
+quarter --turn 90 --size 640x480 --camera home
+level --size 640x480 --mode lines --surface solid
+tilted --tilt 90 --size 640x480 --mode lines --surface solid
+zoomed --zoom 2 --size 640x480 --mode lines --surface off
+unzoomed --size 640x480 --mode lines --surface off
+lines1000 --mode lines --size 1000x1000
+lines3000 --mode lines --size 3000x3000
+points1000 --mode points --size 1000x1000 --surface off
+points3000 --mode points --size 3000x3000 --surface off
+wide-lines --mode lines --size 1000x1000 --line-width 3
+wide-points --mode points --surface off --size 1000x1000 --point-size 3
+samples9 --mode lines --size 1100x1100 --samples 9 --line-width 3 --surface off
+samples16 --mode lines --size 1100x1100 --samples 16 --line-width 3 --surface off
+TABLE
 cmp fine.png film-0005.png || fail "the film does not end with the whole"
-for lights in camera world; do
-    ends 0 "" a.sarkelo.h5 --picture $lights.png --turntable 4 --size 640x480 --lights $lights
-done
-ends 0 "" a.sarkelo.h5 --picture round.png --turntable 4 --size 640x480 --camera home
-ends 0 "" a.sarkelo.h5 --picture quarter.png --turn 90 --size 640x480 --camera home
-for size in 1000 3000; do
-    ends 0 "" a.sarkelo.h5 --picture lines$size.png --mode lines --size ${size}x$size
-    ends 0 "" a.sarkelo.h5 --picture points$size.png --mode points --size ${size}x$size --surface off
-done
-ends 0 "" a.sarkelo.h5 --picture wide-lines.png --mode lines --size 1000x1000 --line-width 3
-ends 0 "" a.sarkelo.h5 --picture wide-points.png --mode points --surface off --size 1000x1000 --point-size 3
-# Sixteen samples a pixel of this size are drawn in tiles, nine at once.
-for samples in 9 16; do
-    ends 0 "" a.sarkelo.h5 --picture samples$samples.png --mode lines --size 1100x1100 --samples $samples --line-width 3 --surface off
-done
+ends 3 "lines.png: exists already; --force overwrites it" a.sarkelo.h5 --picture lines.png
+ends 0 "" a.sarkelo.h5 --picture lines.png --mode lines --size 800x600 --samples 1 --force --camera home
 /usr/bin/python3 - <<'PYTHON'
-from PIL import Image, ImageChops
+from PIL import Image
 import numpy as np
-lit = lambda name: (np.asarray(Image.open(name).convert("RGB")).sum(2) > 0).sum()
+array = lambda name: np.asarray(Image.open(f"{name}.png").convert("RGB"), int)
+lit = lambda name: (array(name).sum(2) > 0).sum()
+mean = lambda name: array(name).mean()
 assert Image.open("fine.png").size == (640, 480)
-counts = [lit(f"film-000{k}.png") for k in range(1, 6)]
+counts = [lit(f"film-000{k}") for k in range(1, 6)]
 assert counts == sorted(counts) and counts[0] < counts[4], counts
-assert lit("points.png") < lit("lines.png") < lit("tubes.png")
-mean = lambda name: np.asarray(Image.open(name), float).mean()
-brightness = {k: [mean(f"{k}-000{i}.png") for i in range(1, 5)] for k in ("camera", "world")}
-ratio = {k: max(values) / min(values) for k, values in brightness.items()}
-print("a turntable's brightest picture to its darkest:", ratio)
-assert ratio["camera"] < 1.2 < ratio["world"] / 1.2
+assert lit("points") < lit("lines") < lit("tubes")
+ratio = {}
+for lights in "camera", "world":
+    brightness = [mean(f"{lights}-000{i}") for i in range(1, 5)]
+    ratio[lights] = max(brightness) / min(brightness)
+assert ratio["camera"] < 1.2 < ratio["world"] / 1.2, ratio
 for mode in "lines", "points":
-    larger, wider = (mean(name) / mean(f"{mode}1000.png") for name in (f"{mode}3000.png", f"wide-{mode}.png"))
+    larger, wider = mean(f"{mode}3000") / mean(f"{mode}1000"), mean(f"wide-{mode}") / mean(f"{mode}1000")
     assert 0.7 < larger < 1.4 and wider > 1.4, (mode, larger, wider)
-tiles = np.abs(np.asarray(Image.open("samples9.png"), int) - np.asarray(Image.open("samples16.png"), int)).mean((1, 2))
+tiles = np.abs(array("samples9") - array("samples16")).mean((1, 2))  # sixteen samples are drawn in tiles, nine at once
 assert 0 < tiles.max() < 4, tiles.max()
-far = (np.abs(np.asarray(Image.open("round-0002.png"), int) - np.asarray(Image.open("quarter.png"), int)).max(2) > 64).mean()
+far = (np.abs(array("round-0002") - array("quarter")).max(2) > 64).mean()
 assert far < 0.001, far
+assert (array("level") != array("tilted")).any(2).mean() > 0.01
+assert lit("zoomed") > 1.2 * lit("unzoomed")
 PYTHON
-for option in "--size 9000x10" "--size 4294967297x10" "--samples 3" "--tilt nan" "--turn inf" "--zoom nan" "--line-width 0" "--lights off"; do
-    ends 2 "$option: " a.sarkelo.h5 --picture x.png $option
-done
-ends 2 "--tilt needs --picture FILE" a.sarkelo.h5 --tilt 5
+ends 0 "" --version
+[ "$(cat out)" = "sarkelo-view 1.02" ] || fail "$(cat out)"
+while IFS='|' read -r status text options; do
+    ends "$status" "$text" a.sarkelo.h5 $options
+done <<'TABLE'
+2|--size 9000x10: WIDTHxHEIGHT up to 8192x8192 is expected|--picture x.png --size 9000x10
+2|--size 4294967297x10: |--picture x.png --size 4294967297x10
+2|--size 10x0: |--picture x.png --size 10x0
+2|--samples 3: 1, 4, 9 or 16 is expected|--picture x.png --samples 3
+2|--tilt nan: a number from -3600 to 3600 is expected|--picture x.png --tilt nan
+2|--turn -3601: |--picture x.png --turn -3601
+2|--zoom 0.009: a number from 0.01 to 100 is expected|--picture x.png --zoom 0.009
+2|--line-width 0: |--picture x.png --line-width 0
+2|--point-size 101: |--picture x.png --point-size 101
+2|--lights off: camera or world is expected|--picture x.png --lights off
+2|--tilt needs --picture FILE|--tilt 5
+2|a name that ends in .png is expected|--picture x.jpg
+2|--mode tube: tubes, lines, points or off is expected|--picture x.png --mode tube
+2|--surface full: wireframe, midpoints, vertices, solid or off is expected|--picture x.png --surface full
+2|--camera away: home is expected|--picture x.png --camera away
+2|--camera home and --fit exclude each other|--picture x.png --camera home --fit
+2|(see sarkelo-view --help)|--picture x.png --turntable 0
+2|(see sarkelo-view --help)|--picture x.png --turntable 2 --film 2
+3|Cannot write "no/x.png"|--picture no/x.png --size 40x30
+TABLE
 "$grow" --print-recipe >"a recipe.toml"
 ends 2 "has not grown yet: sarkelo-grow 'a recipe.toml' -o 'a recipe.sarkelo.h5' && sarkelo-view 'a recipe.sarkelo.h5' --picture x.png" \
     "a recipe.toml" --picture x.png
-ends 2 "ends in .png" a.sarkelo.h5 --picture x.jpg
-ends 2 "--mode tube:" a.sarkelo.h5 --picture x.png --mode tube
-ends 2 "--picture needs an aggregate" --picture x.png
+ends 2 "--picture needs an aggregate file" --picture x.png
 ends 3 "none.h5: cannot be read" none.h5 --picture x.png
-ends 3 "Cannot write \"no/x.png\"" a.sarkelo.h5 --picture no/x.png --size 40x30
 mkdir no-vendors
 __EGL_VENDOR_LIBRARY_DIRS=$work/no-vendors ends 3 "x.png: cannot be drawn: there is no EGL" a.sarkelo.h5 --picture x.png
 [ ! -e x.png ]
 
-# Of an earlier, longer series of the same name the line takes nothing.
-ffmpeg() { printf '%s\n' "$@" >arguments; }
+# Of an earlier, longer series of the same name the line that makes a film takes nothing.
+ffmpeg() { echo "$@" >arguments; }
 for count in 3 2; do
     ends 0 "" a.sarkelo.h5 --picture "it's 5%.png" --film $count --size 33x20 --force
     eval "$(cat out)"
 done
-diff arguments - <<'ARGUMENTS'
--framerate
-25
--start_number
-1
--pattern_type
-sequence
--i
-it's 5%%-%04d.png
--frames:v
-2
--vf
-pad=34:20
--pix_fmt
-yuv420p
-it's 5%.mp4
-ARGUMENTS
+echo "-framerate 25 -start_number 1 -pattern_type sequence -i it's 5%%-%04d.png -frames:v 2 -vf pad=34:20 -pix_fmt yuv420p" \
+    "it's 5%.mp4" | diff arguments -
 
 # Whatever memory there is: the whole picture, or one line.
 for kilobytes in $(seq 100000 75000 1000000); do
@@ -116,7 +127,7 @@ for kilobytes in $(seq 100000 75000 1000000); do
     esac || fail "$kilobytes KB: status $status: $(cat err)"
 done
 
-# A signal leaves whole pictures, and nobody who draws on.
+# A signal leaves whole pictures, and no process that draws on.
 "$program" a.sarkelo.h5 --picture ended.png --turntable 9999 --size 400x300 2>err &
 pid=$!
 wait_for "pictures" [ -s ended-0005.png ]
@@ -127,53 +138,55 @@ count=$(ls ended-*.png | wc -l)
 pngtopnm "ended-$(printf %04d "$count").png" >last.ppm
 sleep 1
 [ "$(ls ended-*.png | wc -l)" -eq "$count" ] || fail "drawing goes on"
-[ -z "$(ls -d .sarkelo-* 2>/dev/null)" ]
 
-captured() { [ -n "$(find . -name '00*.tga' -size +0)" ]; }
-
+# The window. Each mode looks as its picture does.
 export DISPLAY=$virtual
+start_window_manager
+is_titled() { [ "$(xdotool getwindowname "$window")" = "$1" ]; }
+captured() { [ -n "$(find . -name '00*.tga' -size +0)" ]; }
+busy() { awk '{ print $14 + $15 }' "/proc/$pid/stat"; } # hundredths of a second of the processor
+# save_to FILE: saves the aggregate; open FILE.
+save_to() {
+    choose Files "Save aggregate"
+    select_file "$work/$1.sarkelo.h5"
+    wait_for "the file" [ -s "$1.sarkelo.h5" ]
+}
+open() {
+    choose Files "Open aggregate"
+    select_file "$work/$1"
+}
 start a.sarkelo.h5 --camera home
+is_titled "a.sarkelo.h5 - $title" || fail "title: $(xdotool getwindowname "$window")"
 key F1 F2
-for mode in lines points tubes; do
-    choose "DLA drawing mode" "$(case $mode in lines) echo Lines ;; points) echo Points ;; *) echo "Tubes (Slow)" ;; esac)"
+for mode in lines:Lines points:Points "tubes:Tubes (Slow)"; do
+    choose "DLA drawing mode" "${mode#*:}"
     sleep 1
     key w
     wait_for "a capture" captured
-    mv 00*.tga window-$mode.tga
+    mv 00*.tga "window-${mode%:*}.tga"
 done
-# Paused, then growing, then paused again, and saved.
-choose Files "Save aggregate"
-select_file "$work/saved.sarkelo.h5"
-wait_for "the file" [ -s saved.sarkelo.h5 ]
+since=$(busy)
+sleep 2
+[ $(($(busy) - since)) -le 5 ] || fail "at rest it takes $(($(busy) - since)) hundredths of a second in 2 s"
+
+# Saved, grown, and saved again; another run, whose walkers fly; a file that exists is replaced only after a question.
+save_to saved
 key F3
+wait_for "the mark of a run that grows" is_titled "saved.sarkelo.h5 (unsaved) - $title"
 sleep 1
 key F3
-choose Files "Save aggregate"
-select_file "$work/grown.sarkelo.h5"
-wait_for "the file" [ -s grown.sarkelo.h5 ]
-# A file that stands there is replaced only after a question, which is answered with no; and what is no aggregate is told.
+save_to grown
 cp b.sarkelo.h5 kept.sarkelo.h5
 choose Files "Save aggregate"
 select_file "$work/kept.sarkelo.h5"
 click_no
 cmp b.sarkelo.h5 kept.sarkelo.h5
-choose Files "Open aggregate"
-select_file "$work/lines.png"
+open lines.png
 answer
-choose Files "Open aggregate"
-select_file "$work/b.sarkelo.h5"
-choose Files "Save aggregate"
-select_file "$work/opened.sarkelo.h5"
-wait_for "the file" [ -s opened.sarkelo.h5 ]
-# Its walkers fly.
-key F3
-sleep 0.5
-key F3
-choose Files "Save aggregate"
-select_file "$work/flown.sarkelo.h5"
-wait_for "the file" [ -s flown.sarkelo.h5 ]
-key q
-wait $pid || fail "the program ended with status $?"
+open b.sarkelo.h5
+save_to opened
+key F3 F3
+save_to flown
 for run in "a straight grown" "b flying flown"; do
     read -r from straight grown <<<"$run"
     "$grow" --resume $from.sarkelo.h5 -o $straight.sarkelo.h5 --particles 100000000 --quiet \
@@ -182,24 +195,78 @@ done
 /usr/bin/python3 - <<'PYTHON'
 import h5py, numpy as np
 from PIL import Image
-
 def same(a, b):
-    a, b = h5py.File(a), h5py.File(b)
+    a, b = h5py.File(f"{a}.sarkelo.h5"), h5py.File(f"{b}.sarkelo.h5")
     for name in "particles/position", "particles/flow", "particles/parent", "walk/launch_positions", "surface/faces":
         assert np.array_equal(a[name], b[name]), name
     for name in "position", "drand48", "rand", "steps_since_particle", "launches", "radius", "largest_flow":
         assert np.array_equal(a["walk"].attrs[name], b["walk"].attrs[name]), name
     assert a.attrs["steps"] == b.attrs["steps"]
-
-same("a.sarkelo.h5", "saved.sarkelo.h5")
-same("straight.sarkelo.h5", "grown.sarkelo.h5")
-same("b.sarkelo.h5", "opened.sarkelo.h5")
-same("flying.sarkelo.h5", "flown.sarkelo.h5")
-assert h5py.File("flown.sarkelo.h5").attrs["particles"] > 600
-assert h5py.File("grown.sarkelo.h5").attrs["particles"] > 3500 and h5py.File("saved.sarkelo.h5")["camera"].attrs["from_window"] == 1
+    return b
+assert same("a", "saved")["camera"].attrs["from_window"] == 1
+assert same("straight", "grown").attrs["particles"] > 3500
+same("b", "opened")
+assert same("flying", "flown").attrs["particles"] > 600
 for mode in "lines", "points", "tubes":
     window, picture = (np.asarray(Image.open(name).convert("RGB"), int) for name in (f"window-{mode}.tga", f"{mode}.png"))
-    differ = (window != picture).any(2).mean()
-    print(f"{mode}: {100 * differ:.4f} % of the pixels differ")
-    assert differ <= 0.001, mode
+    assert (window != picture).any(2).mean() <= 0.001, mode
 PYTHON
+
+# Esc closes a menu, and then quits; a run that has grown is asked about.
+xdotool mousemove $((left + 20)) $((top + 20)) click 3
+wait_for "the menu" visible "freeglut menu" 1
+key Escape
+wait_for "the menu gone" visible "freeglut menu" 0
+key F3 F3 Escape
+click_cancel
+choose "Quit (q)"
+click_save
+select_file
+printf 'solid s\nouter loop\nvertex 1 2\n' >bad.stl
+choose Files "Read constraint surface from STL file"
+select_file "$work/bad.stl"
+answer
+visible Choice 0 || fail "a question is left"
+
+# A second window, in full screen: its captures do not mix with the first one's, and each panel opens in front of the last.
+first=$pid
+key w
+wait_for "a capture" captured
+"$program" -f a.sarkelo.h5 2>stderr.txt &
+pid=$!
+wait_for "its window" visible "$title" 2
+sleep 1
+left=0 top=0
+key w
+wait_for "a capture of its own" [ -s "$pid-0000.tga" ]
+choose "Settings"
+choose "Transform constraint surface"
+wait_for "another panel" visible '^Constraint surface$'
+sleep 0.5
+xwininfo -root -tree | sed -nE 's/.*"(Settings|Constraint surface)": .*XForm.*/\1/p' | head -1 | grep -q Constraint ||
+    fail "a panel is hidden behind another"
+kill -TERM "$pid"
+wait "$pid" || true
+
+# Closed by the window manager, it asks what becomes of the run. What was rescued is offered.
+pid=$first
+xdotool mousemove $((left + 20)) $((top + 580)) click 2 key alt+F4
+click_save
+select_file "$work/closed"
+ends_well
+[ -s closed.sarkelo.h5 ] || fail "the run is not saved"
+start
+sleep 1
+kill -TERM "$pid"
+wait "$pid" || true
+"$program" 2>stderr.txt &
+pid=$!
+click_yes
+find_window
+wait_for "the rescued run" is_titled "$(ls sarkelo-rescue-*) - $title"
+key F3
+sleep 1
+key q
+click_discard
+ends_well
+ends 1 "sarkelo-view: this display has no active stereo (-s)" -s
