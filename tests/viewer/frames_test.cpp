@@ -75,16 +75,12 @@ static void PrepareFrame()
     drawingstyle = {};
 }
 
-// Parameters that differ from their defaults, all of them but three that no window shows.
+// Parameters that differ from their defaults, and more launches than are drawn.
 static void SetOddParameters()
 {
     double value = 0.125;
-    for (const Parameter &parameter : Parameters()) {
-        const Parameter *row = &parameter;
-        if (row != &ParameterOf(&growthstate.walk) && row != &ParameterOf(&growthstate.launchscale) &&
-            row != &ParameterOf(&growthstate.killingscale))
-            SetParameter(parameter, value += 0.75);
-    }
+    for (const Parameter &parameter : Parameters())
+        SetParameter(parameter, value += 0.75);
     growthstate.sourcetype = kSourceAxisMinusZ;
     growthstate.nroots = 2000000;
     growthstate.seed = -3;
@@ -94,30 +90,32 @@ static void SetOddParameters()
     nseeds = 1500;
 }
 
-// More branches than are drawn at once, some of them upright or without length.
+// Many branches, some of them upright or without length, and nothing besides.
 static void GrowManyBranches()
 {
     Grow(IterateSystem, 200, 10000000);
     for (const int i : {64, 65, 66})
         cells[i].p = cells[cells[i].parent].p + Vector{0, i - 65.0, 0};
-    options.showextras = options.showinfo = 0;
-    options.surfacemode = kSurfaceOff;
+    options.showextras = options.showinfo = options.surfacemode = 0;
+    drawingstyle = {.linewidth = 3, .pointsize = 2, .flushafter = 100};
+}
+
+// Counts boxes for so many calls, and lets the statistics that follow be drawn so many times.
+static void CountBoxes(int boxes, int draws)
+{
+    Statistics();
+    while (options.boxcountrequest && boxes-- > 0)
+        CalcBoxCount(0, 0);
+    while (draws-- > 0)
+        DrawStatistics(0);
+    ForgetCalls();
 }
 
 TEST(Frames, EveryModeAndOverlay)
 {
     std::vector<std::pair<std::string, std::function<void()>>> scenes = {
-        {"lines", [] {}},
-        {"points", [] { options.dlamode = kAggregatePoints; }},
-        {"tubes", [] { options.dlamode = kAggregateTubes; }},
-        {"mode 4", [] { options.dlamode = 4; }},
-        {"off", [] { options.dlamode = kAggregateOff; }},
         {"roots only", [] { InitialiseGrowth(); }},
-        {"association",
-         [] {
-             growthstate.association = 1, options.dlamode = kAggregateTubes, growthstate.branchlength = 0;
-         }},
-        {"no extras, no information", [] { options.showextras = options.showinfo = 0; }},
+        {"association", [] { growthstate.association = 1, growthstate.branchlength = 0; }},
         {"odd parameters", SetOddParameters},
         {"one root, no surface", [] { growthstate.nroots = 1, nstltri = 0; }},
         {"active stereo", [] { camera.stereo = kStereoActive; }},
@@ -129,46 +127,35 @@ TEST(Frames, EveryModeAndOverlay)
              camera.aperture = 40;
              HandleReshape(300, 301);
          }},
-        {"statistics", [] { DrawStatistics(2); }},
-        {"their second draw", [] { DrawStatistics(2), DrawStatistics(0); }},
-        {"their last draw", [] { DrawStatistics(2), DrawStatistics(0), DrawStatistics(0); }},
-        {"no draw is left", [] { DrawStatistics(1), DrawStatistics(0), DrawStatistics(0); }},
-        {"counting boxes",
-         [] {
-             Statistics();
-             for (int i = 0; i < 100; i++)
-                 CalcBoxCount(0, 0);
-         }},
-        {"the count is done",
-         [] {
-             Statistics();
-             while (options.boxcountrequest)
-                 CalcBoxCount(0, 0);
-             for (int draws = 1; draws < 500; draws++)
-                 DrawStatistics(0);
-             ForgetCalls();
-         }},
+        {"boxes are counted", [] { CountBoxes(100, 0); }},
+        {"boxes have been counted", [] { CountBoxes(1000000, 499); }},
         {"text", [] { DrawGLText(20, 100, "ab\n\rc"); }},
     };
-    for (const int mode : {kAggregatePoints, kAggregateLines, kAggregateTubes})
-        scenes.push_back({"200 branches", [=] {
-                              GrowManyBranches();
-                              options.dlamode = mode;
-                              drawingstyle = {.linewidth = 3, .pointsize = 2, .flushafter = 100};
-                          }});
-    for (const int most : {1, 30, 199, 1000}) // the heaviest, tubes as lines
-        scenes.push_back({std::to_string(most) + " branches", [=] {
-                              GrowManyBranches();
-                              drawingpart.most = most;
-                              drawingpart.aslines = true;
-                              DrawDLA(kAggregateTubes);
-                          }});
+    const auto add = [&](const std::string &name, int number, const std::function<void(int)> &change) {
+        scenes.push_back({name + std::to_string(number), [=] { change(number); }});
+    };
+    for (int mode = 0; mode <= 5; mode++) {
+        add("aggregate ", mode, [](int value) { options.dlamode = value; });
+        add("200 branches ", mode, [](int value) { GrowManyBranches(), options.dlamode = value; });
+    }
     for (int mode = 0; mode <= 6; mode++) // list 0 is replayed but never deleted
-        scenes.push_back({"surface " + std::to_string(mode), [=] {
-                              fakelist = static_cast<unsigned>(mode % 3);
-                              DrawSTL(mode, 1);
-                              options.surfacemode = mode;
-                          }});
+        add("surface ", mode, [](int value) {
+            fakelist = static_cast<unsigned>(value % 3);
+            DrawSTL(value, 1);
+            options.surfacemode = value;
+        });
+    for (int draws = 0; draws <= 3; draws++)
+        add("statistics after draws: ", draws, [](int left) {
+            for (DrawStatistics(2); left > 0; left--)
+                DrawStatistics(0);
+        });
+    for (const int most : {1, 30, 199, 1000}) // the heaviest, tubes as lines
+        add("heaviest branches ", most, [](int value) {
+            GrowManyBranches();
+            drawingpart.most = value;
+            drawingpart.aslines = true;
+            DrawDLA(kAggregateTubes);
+        });
     // Of each frame the lines that none before it had, their number, and a hash of all.
     std::set<std::string> known;
     std::ostringstream text;
