@@ -136,32 +136,26 @@ has_panel() {
 # place PANEL LABEL[#N]: the middle of what bears a label in panel_layout.txt, which the tests hold against the program. A
 # text stands for the input to its right, or the Nth one.
 place() {
-    local label=${2%#*} number=1
-    [ "$label" = "$2" ] || number=${2##*#}
-    awk -v size="${panel_sizes[$1]}" -v label="$label" -v wanted="$number" '
+    local number=1
+    [ "${2%#*}" = "$2" ] || number=${2##*#}
+    awk -v size="${panel_sizes[$1]}" -v label="${2%#*}" '
         $1 == "form" { found = $2 " " $3 == size }
         !found || !/^(button|checkbutton|input|text) / { next }
         {
             split($0, quoted, "\"")
             split($0, parts, ", ")
             split(parts[2], at, " ")
-            x = at[1] + at[3] / 2
-            y = at[2] + at[4] / 2
-            if (quoted[2] == label && $1 != "text") { print int(x), int(y); exit }
-            if (quoted[2] == label) { textx = x; texty = y }
-            if ($1 == "input") { inputs++; xs[inputs] = x; ys[inputs] = y }
+            x = int(at[1] + at[3] / 2)
+            y = int(at[2] + at[4] / 2)
         }
+        quoted[2] == label && $1 != "text" { print x, y; labelled = 1 }
+        quoted[2] == label && $1 == "text" { textx = x; texty = y }
+        $1 == "input" { rows[x " " y] = y; columns[x " " y] = x }
         END {
-            if (texty == "") exit
-            while (wanted-- > 0) {
-                next_x = ""
-                for (i = 1; i <= inputs; i++)
-                    if (ys[i] - texty < 12 && texty - ys[i] < 12 && xs[i] > textx && (next_x == "" || xs[i] < next_x))
-                        next_x = xs[i]
-                textx = next_x
-            }
-            if (textx != "") print int(textx), int(texty)
-        }' "$project/tests/toolkit/panel_layout.txt"
+            for (input in rows)
+                if (!labelled && textx && (rows[input] - texty) ^ 2 < 144 && columns[input] > textx)
+                    print columns[input], texty
+        }' "$project/tests/toolkit/panel_layout.txt" | sort -n | sed -n "${number}p"
 }
 
 # press PANEL LABEL: clicks at what bears the label.
@@ -244,14 +238,8 @@ save_information() {
     rm -f "$work/info.txt"
     choose "Save simulation information"
     select_file "$work/info.txt"
-    for _ in $(seq 50); do
-        grep -q '^Current radius' info.txt 2>/dev/null && return
-        sleep 0.1
-    done
-    fail "no information"
+    wait_for "the information" grep -qs '^Current radius' info.txt
 }
 
 # reported NAME: what the information says of it.
-reported() {
-    sed -n "s/^$1: //p" "$work/info.txt"
-}
+reported() { sed -n "s/^$1: //p" "$work/info.txt"; }

@@ -28,6 +28,7 @@ static std::vector<char *> Words(const std::vector<std::string> &arguments)
 
 TEST(Program, StartsTheToolkitsAsRightBefore)
 {
+    EXPECT_NE(setlocale(LC_ALL, "C.UTF-8"), nullptr); // to be put back
     testing::internal::CaptureStderr();
     std::ostringstream text;
     for (const std::vector<std::string> &arguments : {std::vector<std::string>{"-x"},

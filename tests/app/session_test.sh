@@ -163,6 +163,7 @@ wait_for "information" is_saved "$work/info.txt"
 look
 [ "$(grep -c "^facet" box.stl)" = 16 ] || fail "the saved surface is not the box"
 [ "$(reported "Statistics at time step")" = "$(value_of ncells)" ] || fail "$(cat info.txt)"
+choose "Sample constraint surfaces" "None"
 printf '1 2 3\n4 5 6\n' >roots.txt
 : >empty.txt
 while IFS='|' read -r entry file message record value; do
@@ -179,30 +180,5 @@ Read constraint surface from STL file|missing|message|faces|0
 Read constraint surface from STL file|box.stl||faces|16
 TABLE
 
-# However long a frame takes, growth gets as much time as drawing.
-choose "Constraint surface drawing mode" "Off"
-choose "New particle distribution" "Sphere"
-choose "Settings"
-type_into settings "Stickiness" 100
-type_into settings "Intersection range" 0
-choose "DLA drawing mode" "Off"
-choose "Restart simulation (f4)"
-press settings "Hide"
-key F3
-wait_for "particles" has 4000
-choose "DLA drawing mode" "Tubes (Slow)"
-wait_for "shaded tubes" is_coloured 100
-look
-mv records before
-sleep 5
-look
-paste before records | awk '
-    { before[$1] = $2; after[$1] = $4 }
-    END {
-        share = 1 - (after["drawing"] - before["drawing"]) / (after["time"] - before["time"])
-        frames = after["frames"] - before["frames"]
-        printf "%d frames, %.0f %% of the time for growth\n", frames, 100 * share
-        exit share < 0.45 || frames > 120
-    }' || fail "growth is starved, or frames are not slow"
 choose "Quit (q)"
 ends_well

@@ -62,6 +62,7 @@ static Records ReadRecords()
     place("up", camera.vu);
     place("pivot", camera.pr);
     add("aperture", camera.aperture);
+    add("clipping", camera.nearclip, camera.farclip);
     add("screen", camera.screenwidth, camera.screenheight, camera.stereo);
     add("pointer", interfacestate.button, interfacestate.shift, interfacestate.mousex, interfacestate.mousey);
     add("spin", options.autospin);
