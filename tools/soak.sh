@@ -61,30 +61,27 @@ press_keys() {
             Up Down Home shift+Left ctrl+a alt+F1
         list+=("$picked")
     done
-    echo "keys ${list[*]}"
+    pick 1 1 80
+    echo "keys ${list[*]}, $picked times ${list[0]}"
     key "${list[@]}"
-}
-zoom_far() {
-    pick plus minus less greater a bracketleft
-    echo "key $picked 80 times"
-    xdotool mousemove 20 580 key --delay 2 --repeat 80 "$picked"
+    case ${list[0]} in plus | minus | less | greater | a) key --delay 2 --repeat "$picked" "${list[0]}" ;; esac
 }
 drag() {
-    local moves=() at=("$((50 + RANDOM % 700))" "$((50 + RANDOM % 400))")
-    for _ in 1 2 3 4; do moves+=(mousemove $((at[0] + RANDOM % 500)) $((at[1] + RANDOM % 120))); done
-    pick 1 1 2
-    echo "drag $picked from ${at[*]}: ${moves[*]}"
-    xdotool mousemove "${at[@]}" mousedown "$picked" "${moves[@]}" mouseup "$picked"
+    local moves=() x=$((50 + RANDOM % 700)) y=$((50 + RANDOM % 400))
+    for _ in 1 2 3 4; do moves+=(mousemove $((x + RANDOM % 500)) $((y + RANDOM % 120))); done
+    pick 1 2
+    echo "drag $picked from $x $y: ${moves[*]}"
+    xdotool mousemove $x $y mousedown "$picked" "${moves[@]}" mouseup "$picked"
 }
 choose_entry() {
-    local entry labels
+    local path labels
     pick "DLA drawing mode" "Constraint surface drawing mode" "New particle distribution" "Sample constraint surfaces" \
         "Initial root distribution" "Calculate statistics (f5)" "Pause / Continue (f3)"
-    entry=$picked
-    mapfile -t labels < <(labels_of "$entry")
-    [ ${#labels[@]} -eq 0 ] || pick "${labels[@]}"
-    echo "menu $entry, $picked"
-    if [ ${#labels[@]} -eq 0 ]; then choose "$entry"; else choose "$entry" "$picked"; fi
+    path=("$picked")
+    mapfile -t labels < <(labels_of "$picked")
+    if [ ${#labels[@]} -gt 0 ]; then pick "${labels[@]}" && path+=("$picked"); fi
+    echo "menu ${path[*]}"
+    choose "${path[@]}"
 }
 fill_panel() {
     local entry panel input button=Hide
@@ -111,23 +108,24 @@ fill_panel() {
     echo "$panel, $button"
     press "$panel" "$button"
 }
-# Chooses an entry, and a file; a path that the selector takes for a directory leaves it open, and look cancels it.
+# Saves or reads a file; a path that the selector takes for a directory leaves it open, and look cancels it.
 choose_file() {
-    local entry labels
+    local entry labels file
     mapfile -t labels < <(labels_of "Save DLA as")
-    pick "${labels[@]}"
-    entry=("Save DLA as" "$picked")
-    pick "" "" "Save constraint surface to STL file" "Save simulation information" "Read seeds" "Read seeds" \
-        "Read constraint surface from STL file" "Read constraint surface from STL file"
+    pick new kept no/such/place . "a b" "$(printf 'long%.0s' $(seq 60))"
+    file=$picked
+    pick "Save DLA as" "Save DLA as" "Save constraint surface to STL file" "Save simulation information" "Read seeds" \
+        "Read constraint surface from STL file"
+    entry=("$picked")
     case $picked in
-    Read*) entry=("$picked") && pick box.stl corner.stl many.stl none.stl huge.stl few.txt hundreds.txt huge.txt empty.txt missing . ;;
-    *) [ -z "$picked" ] || entry=("$picked") && pick new kept no/such/place . "a b" "$(printf 'long%.0s' $(seq 60))" ;;
+    "Save DLA as") pick "${labels[@]}" && entry+=("$picked") ;;
+    "Read seeds") pick few.txt hundreds.txt huge.txt empty.txt missing . && file=$picked ;;
+    "Read constraint"*) pick box.stl corner.stl many.stl none.stl huge.stl missing . && file=$picked ;;
     esac
-    case ${entry[0]}$picked in "Read cons"*.txt | "Read seeds"*.stl) picked=missing ;; esac
-    echo "${entry[*]}: $picked"
+    echo "${entry[*]}: $file"
     [ "$(value_of ncells)" -lt 1500 ] || key F4
     choose "${entry[@]}"
-    type_path "$work/$picked"
+    type_path "$work/$file"
     sleep 0.5
 }
 resize() {
@@ -169,14 +167,13 @@ rest() {
     key F3
 }
 
-action=0 held=()
+action=0 held=() width=800
 prepare_files
 case $((seed % 3)) in
 0) start ;;
 1) start -d ;;
-2) start -ss ;;
+2) start -ss && width=1600 ;;
 esac
-width=$([ $((seed % 3)) -eq 2 ] && echo 1600 || echo 800)
 choose "Sample constraint surfaces" "Box"
 choose "Save constraint surface to STL file"
 select_file "$work/box.stl"
@@ -186,8 +183,7 @@ until [ $SECONDS -ge "$seconds" ]; do
     # Each action has its own numbers, however many those before it drew.
     RANDOM=$(((seed * 7919 + action * 104729) % 2147483647))
     : $RANDOM
-    pick press_keys press_keys press_keys zoom_far drag drag choose_entry choose_entry fill_panel fill_panel fill_panel \
-        choose_file choose_file resize
+    pick press_keys press_keys drag choose_entry choose_entry fill_panel fill_panel choose_file choose_file resize
     echo -n "$action: "
     $picked
     look

@@ -38,7 +38,7 @@ static std::string Sight()
 TEST(Camera, FitsWhatIsDrawnIntoItsView)
 {
     std::string text;
-    for (int k = 0; k < 13; k++) {
+    for (int k = 0; k < 14; k++) {
         StartAfresh();
         CameraHome();
         Grow(IterateSystem, 300, 10000000);
@@ -52,6 +52,11 @@ TEST(Camera, FitsWhatIsDrawnIntoItsView)
         camera.screenwidth = k == 12 ? 6000 : k % 3 != 0 ? 1920 : 500;
         camera.screenheight = 600;
         RotateCamera(0, 0.3 * (k / 4), 0.3 * k);
+        if (k == 13) { // along the arm
+            camera.vd = cells[1].p - cells[0].p;
+            Normalise(&camera.vd);
+            camera.vu = {0, 0, 1};
+        }
         FitCamera();
         text += "fitted " + Sight();
         RotateCamera(0.5, 0, 0);
