@@ -165,18 +165,30 @@ TEST(Idle, LongFramesAreThinnedForMovementAndBrokenOffForInput)
     EXPECT_FALSE(IsFrameWanted());
 
     KeepFramesQuick();
+    double moved = 0;
     for (int k = 0; k < 3; k++) {
-        TurnCamera(0.1);
-        const double start = fakeclock;
+        if (k == 1)
+            ZoomIn();
+        else
+            TurnCamera(0.1);
+        moved = fakeclock;
         const int drawn = DrawFrame(cost);
-        EXPECT_LT(fakeclock - start, 0.11);
+        EXPECT_LT(fakeclock - moved, 0.11);
         EXPECT_TRUE(drawn > all / 5 && drawn < all / 2) << drawn;
     }
-    fakeclock += 0.3;
-    EXPECT_LT(DrawFrame(cost), all / 2) << "0.3 s after the last turn";
-    fakeclock += 0.2;
+    fakeclock = moved + 0.3;
+    EXPECT_LT(DrawFrame(cost), all / 2);
+    fakeclock = moved + 0.49;
+    EXPECT_FALSE(IsFrameWanted());
+    fakeclock = moved + 0.51;
     EXPECT_TRUE(IsFrameWanted());
     EXPECT_EQ(DrawFrame(cost), all) << "at rest again";
+    options.dlamode = kAggregateTubes;
+    DrawFrame(cost);
+    TurnCamera(0.1);
+    EXPECT_LT(DrawFrame(cost), all / 2);
+    EXPECT_EQ(CallsOf("glBegin").at(0).args[0], GL_LINES) << "tubes while the camera moves";
+    options.dlamode = kAggregateLines;
 
     options.recordframes = 1;
     fakeinput = true;

@@ -12,7 +12,6 @@
 #include "temporary_file.h"
 #include "viewer/action_log.h"
 #include "viewer/display.h"
-#include "viewer/input.h"
 
 static void Slice()
 {
@@ -59,10 +58,13 @@ TEST(Dialogs, AnswerAndShowWhatTheyDidRightBefore)
                 "information", [&] { answer = SaveInformation(); }, file);
             EXPECT_EQ(answer, 0);
         }
-        HandleKeyboard('r', 0, 0);
+        options.recordframes = 1;
         log.Do("recording", HandleDisplay);
         log.Do("recording", HandleDisplay);
-        HandleKeyboard('r', 0, 0);
+        options.recordframes = 0;
+        HandleDisplay();
+        options.recordframes = 1;
+        log.Do("recording anew", HandleDisplay);
     }
     options.recordframes = 0;
     EXPECT_EXIT((viewwindow = false, Slice()), testing::ExitedWithCode(255), "");
@@ -70,5 +72,6 @@ TEST(Dialogs, AnswerAndShowWhatTheyDidRightBefore)
     options.slicecount = 10001;
     for (fakebutton = 0; fakebutton < 2; fakebutton++)
         log.Do("many slices", Slice);
+    log.Do("out of memory", [] { ReportOutOfMemory(kInputCallback), ReportOutOfMemory(kRepeatedCallback); });
     ExpectGolden("read_dialogs.txt", log.Text());
 }

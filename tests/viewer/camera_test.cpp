@@ -49,6 +49,10 @@ TEST(Camera, FitsWhatIsDrawnIntoItsView)
         options.surfacemode = k / 4 == 1 ? kSurfaceWireframe : kSurfaceOff;
         if (k / 4 == 1)
             SetBoxSurface(100, false);
+        if (k == 6)
+            nstltri = 1;
+        if (k == 10)
+            growthstate.thickto = HUGE_VAL; // such tubes count as lines
         camera.screenwidth = k == 12 ? 6000 : k % 3 != 0 ? 1920 : 500;
         camera.screenheight = 600;
         RotateCamera(0, 0.3 * (k / 4), 0.3 * k);

@@ -45,6 +45,7 @@ TEST(Menus, TheirEntriesDoWhatTheyDidRightBefore)
                     continue; // no entries, and the one that quits
                 PrepareWindow();
                 growthstate.seed = 77;
+                options.surfacemode = kSurfaceOff;
                 settingformvisible = id % 2; // to be filled if another is shown
                 log.Do(std::to_string(menu + 1) + '/' + std::to_string(id),
                        [=] { fakemenus[static_cast<size_t>(menu)](id); });
