@@ -17,6 +17,7 @@
 #include "growth/scenario.h"
 #include "panels.h"
 #include "temporary_file.h"
+#include "viewer/aggregate_dialog.h"
 #include "viewer/camera.h"
 #include "viewer/display.h"
 #include "viewer/input.h"
@@ -88,6 +89,11 @@ TEST(Idle, PacesFramesPanelsAndGrowthAsRightBefore)
              << '\n';
     }
     ExpectGolden("idle.txt", text.str());
+    Prepare();
+    growthstate.steptotal = 0; // a run that has just started
+    windowrun.seconds = 1000;
+    HandleIdle();
+    EXPECT_TRUE(windowrun.seconds > 0 && windowrun.seconds < 0.5) << windowrun.seconds;
 }
 
 TEST(Idle, TheViewWindowDrawsOnChangeOnlyAndSleeps)
@@ -165,9 +171,10 @@ TEST(Idle, LongFramesAreThinnedForMovementAndBrokenOffForInput)
     EXPECT_FALSE(IsFrameWanted());
 
     KeepFramesQuick();
+    fakeclock += 10;
     double moved = 0;
     for (int k = 0; k < 3; k++) {
-        if (k == 1)
+        if (k == 0)
             ZoomIn();
         else
             TurnCamera(0.1);

@@ -47,6 +47,7 @@ TEST(Dialogs, AnswerAndShowWhatTheyDidRightBefore)
     EXPECT_EXIT(end("bad"), testing::ExitedWithCode(255), "Error reading vertices in ascii STL file");
     EXPECT_EXIT(end("two"), testing::ExitedWithCode(255), "Failed to read an expected STL header");
     options.slicecount = 2;
+    options.sliceparam3 = 0; // no direction
     log.Do("slices", Slice);
     std::filesystem::remove_all(here.path);
     for (const bool view : {false, true}) {
