@@ -84,18 +84,17 @@ choose_entry() {
     choose "${path[@]}"
 }
 fill_panel() {
-    local entry panel input button=Hide
-    pick "Settings|settings" "Settings|settings" "Transform constraint surface|transform" "Compute/save slices|slicing"
-    IFS='|' read -r entry panel <<<"$picked"
+    local entry panel button inputs input
+    pick "Settings|settings|Hide|Random number seed,Bias towards origin,Branch length,Stickiness,Particle rotation,Branch thickness,to" \
+        "Settings|settings|Associate seeds with roots|Intersection range,Number of roots,Number of roots,Root distribution range" \
+        "Transform constraint surface|transform|Apply|Scale#1,Scale#3,Shift#1,Shift#2,Rotate#2,Rotate#3" \
+        "Compute/save slices|slicing|Slice|Plane normal#1,Plane normal#2,Plane normal#3,Number of slices"
+    IFS='|' read -r entry panel button inputs <<<"$picked"
+    IFS=, read -ra inputs <<<"$inputs"
     open_panel "$entry" "$panel"
     for _ in 1 2; do
-        case $panel in
-        settings) pick "Random number seed" "Bias towards origin" "Branch length" "Stickiness" "Particle rotation" to \
-            "Branch thickness" "Intersection range" "Number of roots" "Number of roots" "Root distribution range" ;;
-        transform) pick "Scale#1" "Scale#2" "Shift#2" "Shift#3" "Rotate#1" "Rotate#3" button=Apply ;;
-        slicing) pick "Plane normal#1" "Plane normal#3" "Number of slices" button=Slice ;;
-        esac
-        case $picked in button=*) button=${picked#*=} && continue ;; *) input=$picked ;; esac
+        pick "${inputs[@]}"
+        input=$picked
         case $input in
         "Number of "*) pick 0 1 2 3 50 -4 x1 nan "" 2000000000 ;;
         "Branch length") pick 1 2 0.5 nan 1e308 -1 ;;
@@ -105,7 +104,6 @@ fill_panel() {
         type_into "$panel" "$input" "$picked"
         look
     done
-    echo "$panel, $button"
     press "$panel" "$button"
 }
 # Saves or reads a file; a path that the selector takes for a directory leaves it open, and look cancels it.
@@ -119,7 +117,7 @@ choose_file() {
     entry=("$picked")
     case $picked in
     "Save DLA as") pick "${labels[@]}" && entry+=("$picked") ;;
-    "Read seeds") pick few.txt hundreds.txt huge.txt empty.txt missing . && file=$picked ;;
+    "Read seeds") pick hundreds.txt huge.txt empty.txt missing . && file=$picked ;;
     "Read constraint"*) pick box.stl corner.stl many.stl none.stl huge.stl missing . && file=$picked ;;
     esac
     echo "${entry[*]}: $file"
@@ -131,13 +129,23 @@ choose_file() {
 resize() {
     pick "1 1" "100 900" "1600 100" "640 480"
     echo "window of $picked, then hidden for a while"
-    xdotool windowsize "$window" $picked sleep 0.5 windowsize "$window" "$width" 600 sleep 0.2 windowunmap "$window" sleep 0.5 \
+    xdotool windowsize "$window" $picked sleep 0.5 windowsize "$window" "$width" 600 windowunmap "$window" sleep 0.5 \
         windowmap --sync "$window" sleep 0.5
 }
 
 # The run ---------------------------------------------------------------------------------------------------------------
 
 prepare_files() {
+    local corner="facet normal 0 0 1\nouter loop\nvertex %s 0 0\nvertex 0 %s 0\nvertex 0 0 %s\nendloop\nendfacet\n"
+    printf "solid\n${corner}endsolid\n" 20 20 20 >corner.stl
+    printf "solid\n$corner${corner}endsolid\n" 1e308 1e308 -1e308 nan 1 inf >huge.stl
+    head -c 84 /dev/zero >none.stl
+    { head -c 80 /dev/zero; printf '\377\377\377\377'; } >many.stl
+    seq 300 | awk '{ print $1 % 7 * 3, $1 % 11 * 3, $1 % 13 * 3 }' >hundreds.txt
+    printf '1e308 -1e308 0\nnan inf 0\n1 2 3\n' >huge.txt
+    touch kept empty.txt
+}
+files() {
     local corner="facet normal 0 0 1\nouter loop\nvertex %s 0 0\nvertex 0 %s 0\nvertex 0 0 %s\nendloop\nendfacet\n"
     { printf 'solid\n'; printf "$corner" 20 20 20 -30 30 30; printf 'endsolid\n'; } >corner.stl
     { printf 'solid\n'; printf "$corner" 1e308 1e308 -1e308 nan 1 inf; printf 'endsolid\n'; } >huge.stl

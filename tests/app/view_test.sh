@@ -109,10 +109,10 @@ __EGL_VENDOR_LIBRARY_DIRS=$work/no-vendors ends 3 "x.png: cannot be drawn: there
 # Of an earlier, longer series of the same name the line that makes a film takes nothing.
 ffmpeg() { echo "$@" >arguments; }
 for count in 3 2; do
-    ends 0 "" a.sarkelo.h5 --picture "it's 5%.png" --film $count --size 33x20 --force
+    ends 0 "" a.sarkelo.h5 --picture "it's 5%.png" --film $count --size 33x21 --force
     eval "$(cat out)"
 done
-echo "-framerate 25 -start_number 1 -pattern_type sequence -i it's 5%%-%04d.png -frames:v 2 -vf pad=34:20 -pix_fmt yuv420p" \
+echo "-framerate 25 -start_number 1 -pattern_type sequence -i it's 5%%-%04d.png -frames:v 2 -vf pad=34:22 -pix_fmt yuv420p" \
     "it's 5%.mp4" | diff arguments -
 
 # Whatever memory there is: the whole picture, or one line.
