@@ -186,7 +186,7 @@ click_save() { click_at Choice 85; }
 click_discard() { click_at Choice 230; }
 click_cancel() { click_at Choice 375; }
 
-# Types a path into the file selector that stands there; without one, cancels it.
+# Types a path into the open file selector; without one, cancels it.
 select_file() {
     if [ $# -eq 0 ]; then
         click_at FileSelector 250 215

@@ -54,10 +54,10 @@ TEST(Capture, FaultsAreReportedOnceUntilCapturesEnd)
     for (int k = 0; k < 2; k++)
         EXPECT_EQ(WindowDump("", 2000000000, 2000000000, 0, kImageTGA), 0);
     EndCaptures();
-    const std::string told = testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(told.starts_with("Cannot write \"no/such/directory.tga\": No such file or directory\n"
-                                 "WindowDump - Failed to open file for window dump\n"));
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(printed.starts_with("Cannot write \"no/such/directory.tga\": No such file or directory\n"
+                                    "WindowDump - Failed to open file for window dump\n"));
     // A sanitizer reports the allocation as well.
-    EXPECT_TRUE(told.ends_with("WindowDump - Failed to allocate memory for image\n"));
-    EXPECT_EQ(std::count(told.begin(), told.end(), 'W'), 2);
+    EXPECT_TRUE(printed.ends_with("WindowDump - Failed to allocate memory for image\n"));
+    EXPECT_EQ(std::count(printed.begin(), printed.end(), 'W'), 2);
 }
