@@ -1,6 +1,7 @@
 #include "faults/failing_memory.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
@@ -9,77 +10,36 @@
 
 #include "fakes/recorder.h"
 
-static bool armed = false;
-static long wanted = 0;
-static bool goeson = false;
-static long count = 0;
-
-void FailAllocations(long first, bool on)
-{
-    wanted = first;
-    goeson = on;
-    count = 0;
-    armed = true;
-}
-
-long EndOfFailures()
-{
-    armed = false;
-    return count;
-}
+FailingMemory failingmemory;
 
 static bool Fails()
 {
-    if (!armed || OwnAllocations::depth > 0)
+    FailingMemory &memory = failingmemory;
+    if (!memory.armed || OwnAllocations::depth > 0)
         return false;
-    count++;
-    const bool fails = wanted > 0 && (count == wanted || (goeson && count > wanted));
-    if (fails)
+    memory.calls++;
+    const bool now = memory.calls == memory.first;
+    const bool later = memory.andallthatfollow && memory.calls > memory.first;
+    if (now || later)
         errno = ENOMEM;
-    return fails;
+    return now || later;
 }
 
-extern "C" {
-void *__real_malloc(size_t size);
-void *__real_calloc(size_t number, size_t size);
-void *__real_realloc(void *old, size_t size);
-void *__real_mmap(void *address, size_t length, int protection, int flags, int file, off_t offset);
-FILE *__real_fopen(const char *path, const char *mode);
-FILE *__real_fdopen(int file, const char *mode);
+// The linker sends every call of `name` to the second function (--wrap).
+#define WRAP(result, name, parameters, arguments, failure)                                                   \
+    extern "C" result __real_##name parameters;                                                              \
+    extern "C" result __wrap_##name parameters                                                               \
+    {                                                                                                        \
+        return Fails() ? failure : __real_##name arguments;                                                  \
+    }
+WRAP(void *, malloc, (size_t size), (size), nullptr)
+WRAP(void *, calloc, (size_t number, size_t size), (number, size), nullptr)
+WRAP(void *, realloc, (void *old, size_t size), (old, size), nullptr)
+WRAP(void *, mmap, (void *at, size_t size, int access, int flags, int file, off_t offset),
+     (at, size, access, flags, file, offset), MAP_FAILED)
+WRAP(FILE *, fopen, (const char *path, const char *mode), (path, mode), nullptr)
+WRAP(FILE *, fdopen, (int file, const char *mode), (file, mode), nullptr)
 
-void *__wrap_malloc(size_t size)
-{
-    return Fails() ? nullptr : __real_malloc(size);
-}
-void *__wrap_calloc(size_t number, size_t size)
-{
-    return Fails() ? nullptr : __real_calloc(number, size);
-}
-void *__wrap_realloc(void *old, size_t size)
-{
-    return Fails() ? nullptr : __real_realloc(old, size);
-}
-void *__wrap_mmap(void *address, size_t length, int protection, int flags, int file, off_t offset)
-{
-    return Fails() ? MAP_FAILED : __real_mmap(address, length, protection, flags, file, offset);
-}
-FILE *__wrap_fopen(const char *path, const char *mode)
-{
-    return Fails() ? nullptr : __real_fopen(path, mode);
-}
-FILE *__wrap_fdopen(int file, const char *mode)
-{
-    return Fails() ? nullptr : __real_fdopen(file, mode);
-}
-}
-
-void *operator new(size_t size)
-{
-    void *memory = Fails() ? nullptr : __real_malloc(size > 0 ? size : 1);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
 void *operator new(size_t size, std::align_val_t alignment)
 {
     const auto unit = static_cast<size_t>(alignment);
@@ -87,6 +47,10 @@ void *operator new(size_t size, std::align_val_t alignment)
     if (memory == nullptr)
         throw std::bad_alloc();
     return memory;
+}
+void *operator new(size_t size)
+{
+    return operator new(size, std::align_val_t(sizeof(std::max_align_t)));
 }
 void operator delete(void *memory) noexcept
 {

@@ -1,0 +1,386 @@
+// Every action is tried with memory that fails at one allocation, alone and with all that follow, and on a disk that
+// is full after so many bytes: the program goes on, nothing is lost or half done, and the user reads about it. Each
+// try runs in a process of its own, so that none profits from what an earlier one has allocated.
+
+#include <csignal>
+#include <functional>
+#include <map>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+
+#include "app/idle.h"
+#include "base/array.h"
+#include "batch/growth.h"
+#include "export/save_dialog.h"
+#include "faults/failing_memory.h"
+#include "growth/camera_home.h"
+#include "growth/deferred_flows.h"
+#include "growth/growth_step.h"
+#include "growth/roots.h"
+#include "growth/scenario.h"
+#include "panels.h"
+#include "search/neighbour_search.h"
+#include "surface/samples.h"
+#include "surface/surface.h"
+#include "temporary_file.h"
+#include "viewer/display.h"
+#include "viewer/menus.h"
+#include "viewer/pictures.h"
+#include "viewer/statistics.h"
+
+namespace fs = std::filesystem;
+
+namespace
+{
+struct Action {
+    std::string name;
+    std::function<void()> act;
+    std::function<void()> prepare = [] {}; // after PrepareRun
+    bool stops = false; // growth may stop on the way, with one message, and keeps what has grown
+};
+
+// The records, under the name "", and the files of the current directory
+using State = std::map<std::string, std::string>;
+
+struct Failure {
+    FailingMemory memory = {};
+    rlim_t room = RLIM_INFINITY; // bytes beyond which no file grows
+    bool replaces = true;        // there is a file "saved" to be replaced
+};
+} // namespace
+
+// Most allocations of an action that are tried, and most sizes of a disk
+constexpr long kAllocations = 40;
+constexpr size_t kRooms = 25;
+constexpr int kPrepared = 60;
+static const std::string kEarlier = "what was there before";
+
+// Twenty roots, a few branches on them, a surface of 16 faces
+static void PrepareRun()
+{
+    StartAfresh();
+    CameraHome();
+    CreatePanelsOnce();
+    growthstate.roottype = kRootRingZ;
+    growthstate.nroots = 20;
+    RestartFromRoots();
+    BuildSample(11);
+    Grow(IterateSystem, kPrepared, 1000000);
+    UpdateForms();
+    settingformvisible = stlformvisible = sliceformvisible = 1;
+    options.slicecount = 3;
+    camera.screenwidth = camera.screenheight = 40;
+}
+
+template<typename T>
+static std::string Bytes(const T *first, int count = 1)
+{
+    return {reinterpret_cast<const char *>(first), sizeof(T) * static_cast<size_t>(count)};
+}
+
+static State TakeState()
+{
+    const unsigned long long hash = HashParticles(ncells);
+    State state;
+    state[""] = Bytes(&growthstate) + Bytes(&options) + Bytes(&hash) + Bytes(&ncells) + Bytes(&nseeds) +
+                Bytes(stltri, nstltri) + Bytes(&stlmin) + Bytes(&stlmax);
+    for (const auto &entry : fs::directory_iterator("."))
+        state[entry.path().filename()] = ReadWhole(entry.path());
+    return state;
+}
+
+static void PrintLine(const Fault &fault)
+{
+    if (fault)
+        fprintf(stderr, "%s\n", fault.line.c_str());
+}
+
+static void GrowByBatch(const Recipe &stops)
+{
+    RunRecord run;
+    if (Grow({stops, {}, 0, true}, &run) != (growthstate.running ? kStopReached : kOutOfMemory))
+        abort();
+}
+
+static void ReadBack(const std::string &path)
+{
+    StoredAggregate stored;
+    const Fault fault = ReadAggregate(path, &stored);
+    PrintLine(fault);
+    if (!fault)
+        ResumeRun(std::move(stored));
+}
+
+static void CountAllBoxes()
+{
+    Guarded<HandleMainMenu>(kCommandStatistics);
+    for (int i = 0; i < 100 && options.boxcountrequest; i++)
+        CalcBoxCount(0, 0);
+    while (options.boxcountrequest)
+        Guarded<HandleIdle, kRepeatedCallback>();
+}
+
+static void DrawFilm()
+{
+    PictureRequest request;
+    request.path = "saved.png";
+    request.width = request.height = 40; // drawn in four tiles
+    request.fits = true;
+    request.film = 2;
+    try {
+        PrintLine(DrawPictures(request));
+    } catch (const std::bad_alloc &) {
+        fputs("not enough memory", stderr);
+    }
+}
+
+// A grid of particles whose index has tables of more than a large page
+static void PrepareGrid()
+{
+    constexpr int side = 52;
+    ncells = side * side * side;
+    ASSERT_TRUE(ResizeArray(&cells, ncells));
+    for (int i = 0; i < ncells; i++)
+        cells[i] = {3.0 * Vector{i % side - 25.0, i / side % side - 25.0, i / side / side - 25.0}, 0, -1, 0};
+    growthstate.radius = 150;
+    growthstate.pos = cells[70000].p + Vector{0.5, 0.5, 0.5};
+    FreeNeighbourIndex();
+}
+
+// Adds all flows once more, in the order in which the particles came: the sums are the same without memory.
+template<typename Flows>
+static void AddFlows()
+{
+    const unsigned long long sums = HashParticles(ncells);
+    const int all = ncells;
+    for (int i = 0; i < all; i++)
+        cells[i].weight = 0;
+    ForgetFlows();
+    {
+        ncells = growthstate.nroots;
+        [[maybe_unused]] const Flows flows = {};
+        while (ncells < all) {
+            ncells++;
+            AddFlowOfNewest();
+        }
+    }
+    if (HashParticles(all) != sums)
+        abort();
+}
+
+static std::vector<Action> ListActions(const fs::path &inputs)
+{
+    std::vector<Action> actions;
+    const auto choose = [&](const std::string &name, const fs::path &file, auto menu, int id) {
+        actions.push_back({name, [=] { menu(id); }, [=] { fakefile = file; }});
+    };
+    const auto mainmenu = Guarded<HandleMainMenu>;
+    for (int id = 1; id <= 10; id++)
+        choose("save " + std::to_string(id), "saved", Guarded<HandleSaveMenu>, id);
+    choose("save surface", "saved", mainmenu, kCommandSaveSurface);
+    choose("information", "saved", mainmenu, kCommandInformation);
+    for (const char *file : {"stl/ascii", "stl/little"})
+        choose(file, fs::path(SARKELO_TESTS "/fuzz") / file, mainmenu, kCommandReadSurface);
+    for (const char *file : {"seeds/three", "stl/little"})
+        choose(file, fs::path(SARKELO_TESTS "/fuzz") / file, mainmenu, kCommandReadSeeds);
+    for (const int id : {12, 100})
+        choose("sample " + std::to_string(id), "", Guarded<HandleSampleMenu>, id);
+    for (int mode = 1; mode <= 5; mode++)
+        choose("surface in mode " + std::to_string(mode), "", Guarded<HandleSTLMenu>, mode);
+    choose("restart", "", mainmenu, kCommandRestart);
+    const auto display = Guarded<HandleDisplay, kRepeatedCallback>;
+    const auto add = [&](const char *name, const std::function<void()> &act) {
+        actions.push_back({name, act});
+    };
+    for (int mode = 1; mode <= 5; mode++)
+        add("frame", [=] {
+            options.dlamode = options.surfacemode = mode;
+            display();
+        });
+    add("transform", [] {
+        fl_set_input(stlform->scalex, "2");
+        Work(stlform->apply);
+    });
+    add("number of roots", [] { Type(settingform->nroots, "25"); });
+    add("range of roots", [] { Type(settingform->rootrange, "12"); });
+    add("association", [] {
+        fakebutton = 1;
+        Work(settingform->association);
+    });
+    add("box count", CountAllBoxes);
+    add("slice", [] { Work(sliceform->slice); });
+    add("recording", [=] {
+        options.recordframes = 1;
+        for (int frame = 0; frame < 5; frame++)
+            display();
+        options.recordframes = 0;
+    });
+    add("film", DrawFilm);
+    RunRecord run;
+    run.view.aperture = 60;
+    add("write aggregate", [=] { PrintLine(WriteAggregate("saved", run)); });
+    const std::string aggregate = inputs / "a.h5";
+    actions.push_back({"read aggregate", [=] { ReadBack(aggregate); },
+                       [=] {
+                           WriteAggregate(aggregate, run);
+                           StartAfresh();
+                       }});
+    actions.push_back({"search",
+                       [] {
+                           if (FindPartner() != 70000)
+                               abort();
+                       },
+                       PrepareGrid});
+    const auto growfurther = [] { Grow(IterateSystem, 500, 10000000); };
+    actions.push_back({"flows", AddFlows<int>, growfurther});
+    actions.push_back({"deferred flows", AddFlows<DeferredFlows>, growfurther});
+    const auto growinturns = [] {
+        for (int i = 0; i < 200000 && ncells < 100; i++)
+            IterateSystem(); // also once it has stopped: there is no second message
+    };
+    actions.push_back({"growth", growinturns, DropNeighbourIndex, true});
+    Recipe stops;
+    stops.particles = 600;
+    actions.push_back({"growth by sarkelo-grow", [=] { GrowByBatch(stops); }, [] {}, true});
+    return actions;
+}
+
+// Acts while something fails. Returns what the user reads: standard error and the message boxes.
+static std::string ActWith(const Failure &failure, const Action &action)
+{
+    int ends[2];
+    if (pipe2(ends, O_NONBLOCK) != 0)
+        abort();
+    dup2(ends[1], STDERR_FILENO);
+    ForgetCalls();
+    rlimit old;
+    getrlimit(RLIMIT_FSIZE, &old);
+    const rlimit limit = {failure.room, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    failingmemory = failure.memory;
+    action.act();
+    failingmemory.armed = false;
+    setrlimit(RLIMIT_FSIZE, &old);
+    std::string text(1 << 16, ' ');
+    const ssize_t count = read(ends[0], text.data(), text.size());
+    text.resize(static_cast<size_t>(std::max(count, ssize_t{0})));
+    return text + Transcript({"fl_show_message"});
+}
+
+// Where memory fails once only, more may have come after the message.
+static std::string JudgeStop(const std::string &message, bool failson, Vector kept)
+{
+    const int grown = ncells;
+    const std::string stop = "Out of memory: growth stopped at ";
+    if (growthstate.running || grown < kPrepared || cells[kPrepared - 1].p != kept ||
+        !message.starts_with(stop) || message.find('\n') != message.size() - 1 ||
+        (failson && message != stop + std::to_string(grown) + " particles\n"))
+        return "growth has not stopped as it should: " + message;
+    growthstate.running = 1;
+    Grow(IterateSystem, grown + 1, 1000000);
+    return ncells == grown + 1 ? "" : "growth does not go on";
+}
+
+// What is wrong after an action with a failure, or nothing
+static std::string Judge(const Action &action, const Failure &failure, State full)
+{
+    State before = TakeState();
+    const Vector newest = cells[kPrepared - 1].p;
+    const std::string message = ActWith(failure, action);
+    State after = TakeState();
+    if (after == full)
+        return "";
+    if (action.stops)
+        return JudgeStop(message, failure.memory.andallthatfollow, newest);
+    bool named = failure.room == RLIM_INFINITY;
+    for (const State &names : {before, full, after})
+        for (const auto &[name, ignored] : names) {
+            if (after[name] != before[name] && after[name] != full[name])
+                return name + " is half done";
+            named |=
+                after[name] != full[name] && message.find("Cannot write \"" + name + "\": ") < message.size();
+        }
+    if (message.empty() || !named)
+        return "not done, and the user reads \"" + message + "\"";
+
+    // The program goes on, and what is left of the failure does no harm to another try.
+    HandleDisplay();
+    if (after[""] != before[""])
+        return "";
+    action.act();
+    State again = TakeState();
+    for (const auto &[name, whole] : full)
+        if (again[name] != whole)
+            return "another try leaves something else: " + name;
+    return "";
+}
+
+// Runs `work` in a process of its own. Returns what it returns, or how the process ended.
+static std::string InAProcess(const fs::path &answer, const std::function<std::string()> &work)
+{
+    fflush(nullptr);
+    const pid_t child = fork();
+    if (child == 0) {
+        // What throws here must not go on as a second test program.
+        const std::string found = [&]() noexcept { return work(); }();
+        std::ofstream(answer) << found;
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0 ? ReadWhole(answer) : "ended with status " + std::to_string(status);
+}
+
+TEST(Faults, NothingIsLostHalfDoneOrHidden)
+{
+    const TemporaryDirectory inputdirectory;
+    const fs::path inputs = inputdirectory.path;
+    const TemporaryDirectory directory;
+    signal(SIGXFSZ, SIG_IGN); // as the program does
+    int tried = 0;
+    for (const Action &action : ListActions(inputs)) {
+        const auto intry = [&](bool replaces, const std::function<std::string()> &work) {
+            for (const auto &entry : fs::directory_iterator("."))
+                fs::remove(entry.path());
+            if (replaces)
+                std::ofstream("saved") << kEarlier;
+            return InAProcess(inputs / "answer", [&] {
+                PrepareRun();
+                action.prepare();
+                return work();
+            });
+        };
+        const std::string records = intry(true, [&] {
+            failingmemory = {true};
+            action.act();
+            failingmemory.armed = false;
+            return Bytes(&failingmemory.calls) + TakeState()[""];
+        });
+        long allocations = 0;
+        memcpy(&allocations, records.data(), sizeof allocations);
+        State full = {{"", records.substr(sizeof allocations)}};
+        size_t largest = 0;
+        for (const auto &entry : fs::directory_iterator(".")) {
+            const std::string &content = full[entry.path().filename()] = ReadWhole(entry.path());
+            largest = std::max(largest, content == kEarlier ? 0 : content.size());
+        }
+        std::vector<Failure> failures;
+        for (long k = 1; k <= allocations; k += 1 + allocations / kAllocations)
+            for (const bool andallthatfollow : {false, true})
+                failures.push_back({{true, k, andallthatfollow, 0}});
+        for (size_t room = 0; room < largest; room += 1 + largest / kRooms)
+            for (const bool replaces : {true, full["saved"] == kEarlier})
+                failures.push_back({{}, room, replaces});
+        for (const Failure &failure : failures)
+            EXPECT_EQ(intry(failure.replaces, [&] { return Judge(action, failure, full); }), "")
+                << action.name << ": allocation " << failure.memory.first << " of " << allocations
+                << (failure.memory.andallthatfollow ? " and all after it" : "") << ", room " << failure.room;
+        tried += static_cast<int>(failures.size());
+        printf("%s: %ld allocations, %zu bytes\n", action.name.c_str(), allocations, largest);
+    }
+    printf("%d failures\n", tried);
+    EXPECT_GT(tried, 2000);
+}
