@@ -6,62 +6,51 @@
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
 
-static GrowthEnd GrowFor(const Recipe &stops, RunRecord *run, int stallsteps = kStallSteps)
+static GrowthEnd GrowFor(const Recipe &stops, int stallsteps = kStallSteps)
 {
-    return Grow({stops, {}, 0, true, stallsteps}, run);
+    RunRecord run;
+    return Grow({stops, {}, 0, true, stallsteps}, &run);
 }
 
 // The loop stops at the very particle and the very step, and leaves what plain steps leave.
 TEST(BatchGrowth, StopsWhereItIsAskedTo)
 {
+    Recipe particles, steps, minutes;
     StartAfresh();
-    Recipe stops;
-    stops.particles = 500;
-    RunRecord run;
-    EXPECT_EQ(GrowFor(stops, &run), kStopReached);
+    particles.particles = 500;
+    EXPECT_EQ(GrowFor(particles), kStopReached);
     EXPECT_EQ(ncells, 500);
     EXPECT_EQ(growthstate.stepcount, 0);
     const long taken = growthstate.steptotal;
     const Outcome grown = TakeOutcome();
-
     StartAfresh();
     for (long i = 0; i < taken; i++)
         IterateSystem();
     EXPECT_EQ(Difference(TakeOutcome(), grown), "");
 
     StartAfresh();
-    Recipe steps;
     steps.steps = taken - 1;
-    RunRecord other;
-    EXPECT_EQ(GrowFor(steps, &other), kStopReached);
+    EXPECT_EQ(GrowFor(steps), kStopReached);
     EXPECT_EQ(growthstate.steptotal, taken - 1);
     EXPECT_EQ(ncells, 499);
-
-    Recipe minutes;
     minutes.minutes = 0.001;
-    EXPECT_EQ(GrowFor(minutes, &other), kStopReached);
+    EXPECT_EQ(GrowFor(minutes), kStopReached);
     EXPECT_GT(ncells, 499);
-}
 
-// A root that no walker can come to.
-TEST(BatchGrowth, EndsWhereNoParticleArrivesAnyMore)
-{
     StartAfresh();
-    cells[0].p = {100, 0, 0};
+    cells[0].p = {100, 0, 0}; // no walker comes there
     ForgetAggregate();
-    Recipe stops;
-    stops.particles = 10;
-    RunRecord run;
-    EXPECT_EQ(GrowFor(stops, &run, 123456), kStalled);
+    EXPECT_EQ(GrowFor(particles, 123456), kStalled);
     EXPECT_EQ(growthstate.steptotal, 123456);
-    EXPECT_EQ(ncells, 1);
-    EXPECT_EQ(GrowFor(stops, &run, 123456), kStalled) << "and stays so";
+    EXPECT_EQ(GrowFor(particles, 123456), kStalled) << "and stays so";
 }
 
-// What is printed of a run in which so many particles have come in 10 seconds.
-static std::string Told(int arrived)
+// What is printed of a run in which so many particles have come in 10 seconds
+static std::string Reported(int arrived)
 {
-    const Recipe recipe;
+    Recipe recipe;
+    recipe.particles = 5000;
+    recipe.minutes = 90;
     Progress progress(recipe, false);
     ncells += arrived;
     testing::internal::CaptureStdout();
@@ -70,14 +59,15 @@ static std::string Told(int arrived)
     return testing::internal::GetCapturedStdout();
 }
 
-TEST(BatchGrowth, ASlowRunSaysWhy)
+TEST(BatchGrowth, ProgressIsReportedAndWhySoLittle)
 {
     const struct {
         double *setting;
         double value;
-        const char *reason;
+        std::string reason;
     } rows[] = {
-        {&growthstate.stickiness, 5,
+        {&growthstate.bias, 0, ""},
+        {&growthstate.stickiness, 49,
          "few walkers that come near stick; the bias drives walkers away from the roots"},
         {&growthstate.intersectrange, 2, "branches that come near to others are refused; the bias"},
         {&growthstate.launchscale, 10,
@@ -85,18 +75,20 @@ TEST(BatchGrowth, ASlowRunSaysWhy)
         {&growthstate.killingscale, 2, "walkers far away go step by step, without flights; the bias"},
         {&growthstate.branchlength, 1e17, "no particle is found that is 1e16 away or farther; the bias"},
     };
-    const std::string slow = "\n3 particles in the last 10 s: slow, since ";
+    const std::string slow = "\n99 particles in the last 10 s: slow, since ";
     for (const auto &row : rows) {
         StartAfresh();
-        EXPECT_EQ(Told(3).find("slow"), std::string::npos) << "nothing is known to be";
         *row.setting = row.value;
-        EXPECT_NE(Told(3).find(slow + row.reason), std::string::npos) << Told(3);
-        EXPECT_EQ(Told(1000).find("slow"), std::string::npos);
+        EXPECT_EQ(Reported(99).find(slow + row.reason) < 1000, !row.reason.empty()) << Reported(99);
+        EXPECT_EQ(Reported(100).find("slow"), std::string::npos);
     }
-    StartAfresh();
     growthstate.nroots = 17;
     growthstate.association = 1;
-    growthstate.bias = 0;
-    EXPECT_NE(Told(3).find(slow + "with association a particle sticks to one in 17 only\n"),
+    EXPECT_NE(Reported(99).find(slow + "with association a particle sticks to one in 17 only"),
               std::string::npos);
+    StartAfresh();
+    growthstate.radius = 3.14;
+    EXPECT_EQ(Reported(1000), "1001 particles, 20 %, 100 a second, radius 3.1, 40 s left\n");
+    EXPECT_EQ(Reported(49), "50 particles, 1 %, 5 a second, radius 3.1, 16 min 50 s left\n");
+    EXPECT_EQ(Reported(1), "2 particles, 0 %, 0 a second, radius 3.1, 1 h 29 min left\n");
 }
