@@ -2,13 +2,12 @@
 # slurm_test.sh SARKELO-GROW: a study of eight aggregates on a one-node Slurm of its own, with a job that is cancelled and a
 # node whose daemon is started anew on the way, gives the table of a run on local cores. Skipped (77) where Slurm cannot start.
 set -eu
-export SARKELO_GROW=$1
+export SARKELO_GROW=$1 USER=${USER:-root}
 ensemble=$(cd "$(dirname "$0")/../../ensemble" && pwd)
 work=$(mktemp -d)
-daemons=()
+daemons=() node=
 clean_up() {
-    [ ${#daemons[@]} -eq 0 ] || kill "${daemons[@]}" 2>/dev/null || true
-    pkill -f "slurmd -D -f $work/slurm.conf" || true
+    kill "${daemons[@]}" $node 2>/dev/null || true
     wait
     rm -rf "$work" || true
 }
@@ -22,11 +21,9 @@ for program in munged slurmctld slurmd sbatch scontrol snakemake; do
     command -v "$program" >/dev/null || skip "no $program"
 done
 cd "$work"
-export USER=${USER:-root}
 
-# A cluster of this machine alone.
-mkdir state spool munge
-chmod 700 munge
+# A cluster of this machine alone
+mkdir -m 700 state spool munge
 head -c 1024 /dev/urandom >munge/key
 chmod 400 munge/key
 munged --foreground --force --key-file="$work/munge/key" --socket="$work/munge/socket" --pid-file="$work/munge/pid" \
@@ -60,42 +57,41 @@ CONF
 export SLURM_CONF=$work/slurm.conf
 slurmctld -D -f "$SLURM_CONF" >slurmctld.log 2>&1 &
 daemons+=($!)
-start_node() { slurmd -D -f "$SLURM_CONF" >>slurmd.log 2>&1 & }
+start_node() {
+    slurmd -D -f "$SLURM_CONF" >>slurmd.log 2>&1 &
+    node=$!
+}
 start_node
-is_up() { sinfo --noheader --format=%T 2>/dev/null | grep -qE 'idle|mixed'; }
 for _ in $(seq 150); do
-    is_up && break
+    ! sinfo --noheader --format=%T 2>/dev/null | grep -qE 'idle|mixed' || break
     sleep 0.2
 done
-is_up || skip "no cluster: $(tail -1 slurmctld.log) $(tail -1 slurmd.log)"
+sinfo --noheader --format=%T | grep -qE 'idle|mixed' || skip "no cluster: $(tail -1 slurmctld.log) $(tail -1 slurmd.log)"
 
-cat >study.yaml <<'STUDY'
-particles: 100000
-seeds: 4
-grid:
-  growth.bias: [0.1, 1]
-STUDY
 run() { # PLACE OPTIONS OF SNAKEMAKE
-    mkdir "$1"
-    cp study.yaml "$1"
+    mkdir -p "$1"
+    printf 'particles: 100000\nseeds: 4\ngrid:\n  growth.bias: [0.1, 1]\n' >"$1/study.yaml"
     (cd "$1" && snakemake --snakefile "$ensemble/Snakefile" --config "study=$PWD/study.yaml" "${@:2}" >../"$1.log" 2>&1)
 }
 run cluster --profile "$ensemble/profiles/slurm" --latency-wait 5 --max-jobs-per-second 20 &
 study=$!
 # One job is cancelled: a job that was about to end may have been whole already, then another is.
-is_restarted() { grep -q "Trying to restart" cluster.log 2>/dev/null; }
 for _ in $(seq 100); do
     job=$(squeue --noheader --states=running --sort=-M --format=%i | head -1)
     [ -z "$job" ] || { sleep 1; scancel "$job" || true; sleep 12; }
-    ! is_restarted || break
+    ! grep -q "Trying to restart" cluster.log || break
     sleep 0.2
 done
-pkill -f "slurmd -D -f $work/slurm.conf" || fail "no daemon of the node"
+kill "$node" || fail "no daemon of the node"
 sleep 1
 start_node
-wait "$study" || { tail -20 cluster.log >&2; fail "the study on the cluster failed"; }
-is_restarted || fail "no job was cancelled"
-run local --cores 2 || { tail -20 local.log >&2; fail "the local study failed"; }
+wait "$study" || fail "the study on the cluster failed: $(tail -20 cluster.log)"
+grep -q "Trying to restart" cluster.log || fail "no job was cancelled"
+run local --cores 2 || fail "the local study failed: $(tail -20 local.log)"
+for place in cluster local; do
+    [ -s "$place/study-results/report.html" ] && [ -z "$(ls "$place/study-results/checkpoints")" ] || fail "$place: no report, or checkpoints"
+done
+run local --cores 2 && grep -q "Nothing to be done" local.log || fail "a finished study is grown again"
 
 /usr/bin/python3 - <<'PYTHON'
 import pandas as pd
@@ -105,10 +101,3 @@ pd.testing.assert_frame_equal(*tables, check_exact=True)
 again = pd.read_hdf("cluster/study-results/table.h5").drop(columns="time_seconds")
 assert list(again.columns) == list(tables[0].columns) and (again["steps"] == tables[0]["steps"]).all()
 PYTHON
-for place in cluster local; do
-    [ -s "$place/study-results/report.html" ] || fail "no report of $place"
-    [ -z "$(ls "$place/study-results/checkpoints")" ] || fail "checkpoints are left"
-done
-# Nothing is grown twice.
-(cd local && snakemake --snakefile "$ensemble/Snakefile" --config "study=$PWD/study.yaml" --cores 2 2>&1) | grep -q "Nothing to be done" ||
-    fail "a finished study is grown again"

@@ -6,8 +6,6 @@
 #include <cstdlib>
 #include <new>
 
-#include <sys/mman.h>
-
 #include "fakes/recorder.h"
 
 FailingMemory failingmemory;
@@ -35,8 +33,6 @@ static bool Fails()
 WRAP(void *, malloc, (size_t size), (size), nullptr)
 WRAP(void *, calloc, (size_t number, size_t size), (number, size), nullptr)
 WRAP(void *, realloc, (void *old, size_t size), (old, size), nullptr)
-WRAP(void *, mmap, (void *at, size_t size, int access, int flags, int file, off_t offset),
-     (at, size, access, flags, file, offset), MAP_FAILED)
 WRAP(FILE *, fopen, (const char *path, const char *mode), (path, mode), nullptr)
 WRAP(FILE *, fdopen, (int file, const char *mode), (file, mode), nullptr)
 

@@ -1,4 +1,4 @@
-// Allocations that fail when a test wants them to: new, malloc, calloc, realloc, mmap, fopen and fdopen as the
+// Allocations that fail when a test wants them to: new, malloc, calloc, realloc, fopen and fdopen as the
 // program calls them. Those inside the C library and the stand-ins are left alone.
 
 #pragma once

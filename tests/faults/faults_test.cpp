@@ -12,12 +12,10 @@
 #include <sys/wait.h>
 
 #include "app/idle.h"
-#include "base/array.h"
 #include "batch/growth.h"
 #include "export/save_dialog.h"
 #include "faults/failing_memory.h"
 #include "growth/camera_home.h"
-#include "growth/deferred_flows.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
@@ -101,7 +99,7 @@ static void PrintLine(const Fault &fault)
 static void GrowByBatch(const Recipe &stops)
 {
     RunRecord run;
-    if (Grow({stops, {}, 0, true}, &run) != (growthstate.running ? kStopReached : kOutOfMemory))
+    if (Grow({stops, {}, 0, true}, &run) != (ncells == stops.particles ? kStopReached : kOutOfMemory))
         abort();
 }
 
@@ -135,40 +133,6 @@ static void DrawFilm()
     } catch (const std::bad_alloc &) {
         fputs("not enough memory", stderr);
     }
-}
-
-// A grid of particles whose index has tables of more than a large page
-static void PrepareGrid()
-{
-    constexpr int side = 52;
-    ncells = side * side * side;
-    ASSERT_TRUE(ResizeArray(&cells, ncells));
-    for (int i = 0; i < ncells; i++)
-        cells[i] = {3.0 * Vector{i % side - 25.0, i / side % side - 25.0, i / side / side - 25.0}, 0, -1, 0};
-    growthstate.radius = 150;
-    growthstate.pos = cells[70000].p + Vector{0.5, 0.5, 0.5};
-    FreeNeighbourIndex();
-}
-
-// Adds all flows once more, in the order in which the particles came: the sums are the same without memory.
-template<typename Flows>
-static void AddFlows()
-{
-    const unsigned long long sums = HashParticles(ncells);
-    const int all = ncells;
-    for (int i = 0; i < all; i++)
-        cells[i].weight = 0;
-    ForgetFlows();
-    {
-        ncells = growthstate.nroots;
-        [[maybe_unused]] const Flows flows = {};
-        while (ncells < all) {
-            ncells++;
-            AddFlowOfNewest();
-        }
-    }
-    if (HashParticles(all) != sums)
-        abort();
 }
 
 static std::vector<Action> ListActions(const fs::path &inputs)
@@ -228,22 +192,13 @@ static std::vector<Action> ListActions(const fs::path &inputs)
                            WriteAggregate(aggregate, run);
                            StartAfresh();
                        }});
-    actions.push_back({"search",
-                       [] {
-                           if (FindPartner() != 70000)
-                               abort();
-                       },
-                       PrepareGrid});
-    const auto growfurther = [] { Grow(IterateSystem, 500, 10000000); };
-    actions.push_back({"flows", AddFlows<int>, growfurther});
-    actions.push_back({"deferred flows", AddFlows<DeferredFlows>, growfurther});
     const auto growinturns = [] {
         for (int i = 0; i < 200000 && ncells < 100; i++)
             IterateSystem(); // also once it has stopped: there is no second message
     };
     actions.push_back({"growth", growinturns, DropNeighbourIndex, true});
     Recipe stops;
-    stops.particles = 600;
+    stops.particles = 300;
     actions.push_back({"growth by sarkelo-grow", [=] { GrowByBatch(stops); }, [] {}, true});
     return actions;
 }
