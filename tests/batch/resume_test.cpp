@@ -23,6 +23,7 @@ static std::string RandomRecipe(std::mt19937 &random)
     };
     const int distribution = kRootOrigin + static_cast<int>(random() % 8);
     const bool flies = random() % 2 == 0;
+    const bool association = distribution != kRootOrigin && random() % 2 == 0;
     std::ostringstream text;
     text << "growth.seed = " << random() % 2147483648
          << "\ngrowth.branch_length = " << pick(0.3, 0.5, 1, 1, 2, 5)
@@ -30,7 +31,7 @@ static std::string RandomRecipe(std::mt19937 &random)
          << "\ngrowth.walk = \"" << (flies ? "flights" : "steps")
          << "\"\ngrowth.rotation = " << (flies ? 0 : pick(0, 0, 5, -0.3))
          << "\ngrowth.intersection_range = " << pick(0, 0, 0, 2)
-         << "\ngrowth.association = " << (distribution != kRootOrigin && random() % 2 == 0 ? "true" : "false")
+         << "\ngrowth.association = " << (association ? "true" : "false")
          << "\ngrowth.launch_scale = " << pick(1, 1, 1.5, 2) << "\ngrowth.killing_scale = " << pick(1, 1, 5);
     if (random() % 6 == 0)
         text << "\nroots.file = \"seeds\"";

@@ -25,7 +25,7 @@ static void Write(const char *path, mode_t mode, uid_t owner)
 static bool Saves(const char *name)
 {
     fakefile = name;
-    return SaveInformation() && ReadWhole(name).starts_with("S");
+    return SaveInformation() && ReadWhole(name).starts_with("Version");
 }
 
 static bool SavesAsNobody(const char *name)
