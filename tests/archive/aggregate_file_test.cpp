@@ -14,7 +14,6 @@
 #include "archive/rescue.h"
 #include "base/array.h"
 #include "growth/growth_step.h"
-#include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
@@ -45,6 +44,7 @@ static std::string WriteSmallAggregate()
 // The content of a file of these bytes, or of its fault the line without the path
 static std::string Read(const std::string &bytes)
 {
+    std::filesystem::remove(kFile); // a file that is written anew is flushed to the disk
     std::ofstream(kFile) << bytes;
     StoredAggregate stored;
     const Fault fault = ReadAggregate(kFile, &stored);
@@ -300,21 +300,4 @@ TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
               "Cannot write to \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
               "particle 1: position is not finite");
     EXPECT_FALSE(std::filesystem::exists("a-3.sarkelo.h5"));
-}
-
-TEST(AggregateFile, AParameterIsKeptWithItsUnitOrTheNameOfItsValue)
-{
-    const TemporaryDirectory directory;
-    WriteSmallAggregate();
-    const Hdf5Object file(H5Fopen(kFile.c_str(), H5F_ACC_RDONLY, H5P_DEFAULT), H5Fclose, "");
-    for (const Parameter &parameter : Parameters()) {
-        const std::string path = std::string("parameters/") + parameter.group, key = parameter.key;
-        const Hdf5Object group(H5Gopen2(file, path.c_str(), H5P_DEFAULT), H5Gclose, path);
-        const double value = ParameterValue(parameter);
-        const bool whole = std::holds_alternative<int *>(parameter.field);
-        EXPECT_EQ(whole ? ReadNumber<int>(group, key) : ReadNumber<double>(group, key), value) << key;
-        const bool named = parameter.name != nullptr;
-        EXPECT_EQ(ReadText(group, key + (named ? "_name" : "_unit")),
-                  named ? parameter.name(static_cast<int>(value)) : parameter.unit);
-    }
 }

@@ -12,6 +12,7 @@ inline std::string Content(StoredAggregate stored)
 {
     const RunRecord run = stored.run;
     ResumeRun(std::move(stored));
+    std::filesystem::remove("content"); // else it is flushed to the disk
     EXPECT_EQ(WriteAggregate("content", run).line, "");
     return ReadWhole("content");
 }

@@ -29,8 +29,8 @@ fails() {
     done
 }
 
-# of FILE NAME: a number that the file keeps.
-of() { /usr/bin/python3 -c 'import h5py, sys; print(h5py.File(sys.argv[1]).attrs[sys.argv[2]])' "$1" "$2"; }
+# of FILE NAME [GROUP]: a number or a text that the file keeps.
+of() { /usr/bin/python3 -c 'import h5py, sys; print(h5py.File(sys.argv[1])[sys.argv[3]].attrs[sys.argv[2]])' "$1" "$2" "${3:-/}"; }
 
 # same A B: the same files, but for the seconds of growth.
 same() {
@@ -53,16 +53,17 @@ mv aggregate.sarkelo.h5 whole.sarkelo.h5
 ends 0 "" --version
 grep -q '^sarkelo-grow 1\.' out
 
-# Every option and key is in the documentation.
-ends 0 "" --help
-grep -oE -- '^ +(-[a-z],)?--[a-z-]+' out | grep -oE -- '--[a-z-]+' >words
+# Every option and key is in the documentation; the file has every parameter with its unit or the name of its value.
 ends 0 "" --print-recipe
 mv out printed.toml
-awk '/^\[/ { table = substr($1, 2, length($1) - 2) } /^(# )?[a-z_]+ =/ { sub(/^# /, ""); print table "." $1 }' printed.toml >>words
-[ "$(wc -l <words)" -eq 46 ] || fail "$(wc -l <words) options and keys"
-while read -r word; do
+ends 0 "" --help
+words=$(grep -ohE -- '--[a-z-]+|^(# )?[a-z_]+ =' out printed.toml | tr -d '#= ' | sort -u)
+[ "$(wc -l <<<"$words")" -eq 44 ] || fail "$(wc -l <<<"$words") options and keys"
+for word in $words; do
     grep -qE -- "^\|.*$word\b" "$docs/recipes.md" || fail "$word is not documented"
-done <words
+done
+[ "$(of whole.sarkelo.h5 bias_unit parameters/growth)" = "b'% of the branch length'" ]
+[ "$(of whole.sarkelo.h5 walk_name parameters/growth)" = "b'steps'" ]
 
 # A recipe that was printed grows the same; so does its seed, set in three ways.
 ends 0 "" printed.toml --particles 3000 -o a.sarkelo.h5 --quiet

@@ -46,7 +46,6 @@ using State = std::map<std::string, std::string>;
 struct Failure {
     FailingMemory memory = {};
     rlim_t room = RLIM_INFINITY; // bytes beyond which no file grows
-    bool replaces = true;        // there is a file "saved" to be replaced
 };
 } // namespace
 
@@ -297,18 +296,17 @@ TEST(Faults, NothingIsLostHalfDoneOrHidden)
     signal(SIGXFSZ, SIG_IGN); // as the program does
     int tried = 0;
     for (const Action &action : ListActions(inputs)) {
-        const auto intry = [&](bool replaces, const std::function<std::string()> &work) {
+        const auto tryonce = [&](const std::function<std::string()> &work) {
             for (const auto &entry : fs::directory_iterator("."))
                 fs::remove(entry.path());
-            if (replaces)
-                std::ofstream("saved") << kEarlier;
+            std::ofstream("saved") << kEarlier;
             return InAProcess(inputs / "answer", [&] {
                 PrepareRun();
                 action.prepare();
                 return work();
             });
         };
-        const std::string records = intry(true, [&] {
+        const std::string records = tryonce([&] {
             failingmemory = {true};
             action.act();
             failingmemory.armed = false;
@@ -327,15 +325,12 @@ TEST(Faults, NothingIsLostHalfDoneOrHidden)
             for (const bool andallthatfollow : {false, true})
                 failures.push_back({{true, k, andallthatfollow, 0}});
         for (size_t room = 0; room < largest; room += 1 + largest / kRooms)
-            for (const bool replaces : {true, full["saved"] == kEarlier})
-                failures.push_back({{}, room, replaces});
+            failures.push_back({{}, room});
         for (const Failure &failure : failures)
-            EXPECT_EQ(intry(failure.replaces, [&] { return Judge(action, failure, full); }), "")
+            EXPECT_EQ(tryonce([&] { return Judge(action, failure, full); }), "")
                 << action.name << ": allocation " << failure.memory.first << " of " << allocations
                 << (failure.memory.andallthatfollow ? " and all after it" : "") << ", room " << failure.room;
         tried += static_cast<int>(failures.size());
-        printf("%s: %ld allocations, %zu bytes\n", action.name.c_str(), allocations, largest);
     }
-    printf("%d failures\n", tried);
-    EXPECT_GT(tried, 2000);
+    EXPECT_GT(tried, 1000);
 }
