@@ -85,6 +85,7 @@ cp five.sarkelo.h5 kept.sarkelo.h5
 mkdir held folder
 touch held/slice_007.txt
 ln -s . link
+printf '1 1 1\n' >root.txt
 new="--particles 10 -o new.sarkelo.h5"
 fails 2 <<ROWS
 five.toml is not needed|five.toml --resume b.sarkelo.h5
@@ -93,6 +94,7 @@ only stop and drawing|--resume b.sarkelo.h5 --set growth.bias=0
 exclude each other|--resume b.sarkelo.h5 --continue
 --resume needs none|--resume b.sarkelo.h5 --print-recipe
 five.toml: is both input and output|five.toml -o new.sarkelo.h5 --statistics link/five.toml --force
+root.txt: is both input and output|--set roots.file=root.txt --save csv:root.txt --force
 is named for two outputs|$new --save csv:link/new.sarkelo.h5
 is named for two outputs|$new --save csv:./new.sarkelo.h5
 --seed|$new --seed ""
@@ -123,6 +125,7 @@ ROWS
 cmp five.sarkelo.h5 kept.sarkelo.h5
 
 # Schedulers: --continue starts, goes on, and leaves what is finished; another run, and what is no run, is not gone on with.
+ends 0 "" five.toml --set surface.sample=Box -o box.sarkelo.h5
 job="five.toml --continue -o job.sarkelo.h5"
 part="$job --checkpoint-file job.part"
 ends 0 "" $part --steps 50000 --save job.csv
@@ -133,11 +136,11 @@ cp -p job.sarkelo.h5 before
 ends 0 "" $job
 cmp job.sarkelo.h5 before
 [ ! job.sarkelo.h5 -nt before ]
-printf '1 1 1\n' >root.txt
 echo precious >notes.txt
 fails 2 <<ROWS
 growth.seed is not the same|$job --seed 6
 the surface is not the same|$job --set surface.sample=Box
+the surface is not the same|five.toml --continue -o box.sarkelo.h5
 the roots are not the same|$job --set roots.file=root.txt
 whole.sarkelo.h5: cannot be continued: growth.seed|$job --checkpoint-file whole.sarkelo.h5
 ROWS

@@ -88,7 +88,7 @@ TEST(BatchGrowth, ProgressIsReportedAndWhySoLittle)
               std::string::npos);
     StartAfresh();
     growthstate.radius = 3.14;
-    EXPECT_EQ(Reported(1000), "1001 particles, 20 %, 100 a second, radius 3.1, 40 s left\n");
+    EXPECT_EQ(Reported(1030), "1031 particles, 20 %, 103 a second, radius 3.1, 39 s left\n");
     EXPECT_EQ(Reported(49), "50 particles, 1 %, 5 a second, radius 3.1, 16 min 50 s left\n");
     EXPECT_EQ(Reported(1), "2 particles, 0 %, 0 a second, radius 3.1, 1 h 29 min left\n");
 }

@@ -97,6 +97,7 @@ assert nothing.returncode == 1 and "nothing has finished yet" in nothing.stderr
 for run in study.runs[:4]:
     subprocess.run([sys.executable, str(ensemble / "grow.py"), str(path), run.name], check=True)
 subprocess.run(report, check=True)
+assert not list((study.output / "checkpoints").iterdir()) and not list((study.output / "aggregates").iterdir())
 text = (study.output / "report.html").read_text()
 assert "4 of 6 aggregates" in text and "<script" not in text and "http" not in text
 lines = (study.output / "table.csv").read_text().splitlines()

@@ -29,8 +29,11 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
     std::ofstream("far") << "0 0 0\n1 nan 2\n";
     std::ofstream("empty") << "here\n";
     std::ofstream("short") << std::string(80, 'x') << std::string("\x80\x96\x98\0", 4); // 10,000,000 faces
+    std::ofstream("bare") << std::string(80, 'x') << std::string("\1\0\0\0", 4)
+                          << "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuv";
     const std::pair<std::string, std::string> rows[] = {
         {"", "0 "},
+        {"surface.file = 'bare'", "0 "}, // without the last two bytes, which mean nothing
         {"growth.bias = 1", "0 "},
         {"growth.branch_length = 1e16", "0 "},
         {"roots.file = 'two'\nroots.count = 1", "0 "},
