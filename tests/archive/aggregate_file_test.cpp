@@ -177,6 +177,10 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
     const Change external = [](hid_t settings) { H5Pset_external(settings, "other", 0, H5F_UNLIMITED); };
     const Change filter = [](hid_t settings) { H5Pset_nbit(settings); };
     const Change negativesteps = [](hid_t file) { WriteAttribute(file, "steps", -1); };
+    const Change wideversion = [](hid_t file) {
+        const Hdf5Object space(H5Screate(H5S_SCALAR), H5Sclose, "");
+        H5Aclose(H5Acreate2(file, "format_version", H5T_STD_I64LE, space, H5P_DEFAULT, H5P_DEFAULT));
+    };
     const std::pair<std::string, Change> rows[] = {
         {"particle 7 has a parent that does not come before it", Cell(parent, 7, 7)},
         {"particle 9 is a root, or its parent is out of range", Cell(parent, 9, -2)},
@@ -198,6 +202,7 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
          Attribute(".", "format_version", 4)},
         {"format_version is out of range", Attribute(".", "format_version", 0)},
         {"format_version is not a number of type int32", Attribute(".", "format_version", 1.0)},
+        {"format_version is not a number of type int32", NoAttribute(".", "format_version") + wideversion},
         {"an HDF5 file, but of another program", NoAttribute(".", "format")},
         {"seconds is out of range", Attribute(".", "seconds", -1.0)},
         {"growth/stickiness is 101; allowed: 1 to 100", Attribute("parameters/growth", "stickiness", 101.0)},

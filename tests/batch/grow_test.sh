@@ -160,9 +160,9 @@ for checkpoint in notes.txt pipe; do
     ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file $checkpoint --checkpoint 0 --force
 done
 ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file part --checkpoint 0.00001 --force
-[ "$(cat notes.txt)" = precious ] && [ -p pipe ] && [ ! -e part ]
-ends 0 "" --resume other.sarkelo.h5 -o later.sarkelo.h5 --checkpoint-file other.sarkelo.h5 --checkpoint 0.00001 --particles 600 --force
-[ -e other.sarkelo.h5 ] && [ -e later.sarkelo.h5 ]
+[ "$(cat notes.txt)" = precious ] && [ -p pipe ] && [ ! -e part ] || fail "a checkpoint of another name"
+ends 0 "" --resume other.sarkelo.h5 -o later.sarkelo.h5 --checkpoint-file other.sarkelo.h5 --checkpoint 0.00001 --particles 9000 --force
+[ -e other.sarkelo.h5 ] && [ -e later.sarkelo.h5 ] || fail "the file that was continued is gone"
 
 # What appears in the output's place meanwhile is another run's.
 mkdir rescue

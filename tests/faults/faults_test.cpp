@@ -253,7 +253,7 @@ static std::string Judge(const Action &action, const Failure &failure, State ful
     for (const State &names : {before, full, after})
         for (const auto &[name, ignored] : names) {
             if (after[name] != before[name] && after[name] != full[name])
-                return name + " is half done";
+                return (name.empty() ? "the records" : name) + " half done";
             named |=
                 after[name] != full[name] && message.find("Cannot write \"" + name + "\": ") < message.size();
         }
