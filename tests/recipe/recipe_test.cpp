@@ -54,6 +54,7 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
         {"stop.particles = 0", "2 r:1: stop.particles is 0; allowed: whole numbers from 1 to 2147483647"},
         {"growth.stickyness = 4", "2 r:1: unknown key growth.stickyness; did you mean growth.stickiness?"},
         {"bias = 0.1", "2 r:1: unknown key bias; did you mean growth.bias?"},
+        {"scle = 2", "2 r:1: unknown key scle; did you mean surface.scale?"},
         {"[root]\ncount = 4", "2 r:2: unknown key root.count; did you mean roots.count?"},
         {"[grwth]", "2 r:1: unknown key grwth; did you mean growth.seed?"},
         {"[[growth]]", "2 r:1: growth is not a table: [growth] is expected"},
