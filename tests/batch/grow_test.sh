@@ -128,7 +128,7 @@ cmp five.sarkelo.h5 kept.sarkelo.h5
 ends 0 "" five.toml --set surface.sample=Box -o box.sarkelo.h5
 job="five.toml --continue -o job.sarkelo.h5"
 part="$job --checkpoint-file job.part"
-ends 0 "" $part --steps 50000 --save job.csv
+ends 0 "" $part --steps 50000 --save job.csv --set drawing.mode=tubes
 ends 3 "job.csv: exists already" $part --save job.csv
 ends 0 "" $part --save job.csv --force
 same job.sarkelo.h5 five.sarkelo.h5
