@@ -39,11 +39,13 @@ static void Save(const ModelKind &kind)
     const std::string path = AskForName(kind.title);
     if (path.empty())
         return;
+    OutputFile file(path.c_str());
+    if (file.Stream() == nullptr)
+        return ShowFault(file.Finish());
     const Fault fault = WithWaitCursor([&] {
-        OutputFile file(path.c_str());
-        if (file.Stream() != nullptr && !WriteModel(file.Stream(), kind.format, kind.mode))
-            return Fault(kMemoryFault, "Not enough memory to save the aggregate");
-        return file.Finish();
+        return WriteModel(file.Stream(), kind.format, kind.mode)
+                   ? file.Finish()
+                   : Fault(kMemoryFault, "Not enough memory to save the aggregate");
     });
     if (fault.kind == kMemoryFault)
         fl_show_message("Memory Error", fault.line.c_str(), "The file is not written");

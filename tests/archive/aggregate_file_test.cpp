@@ -197,7 +197,7 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
         {"particles/position has the wrong type or shape", Table(position, {3000000000, 3}, Unwritten)},
         {"roots: not those of the particles", Table("roots", {2, 3}, Allocated)},
         {"particles/flow is missing", [=](hid_t file) { H5Ldelete(file, flow, H5P_DEFAULT); }},
-        {"particles does not fit", Attribute(".", "particles", 299)},
+        {"particles is not the length of the table of positions", Attribute(".", "particles", 299)},
         {"written by a newer program, in format 4; this one reads up to 3",
          Attribute(".", "format_version", 4)},
         {"format_version is out of range", Attribute(".", "format_version", 0)},
@@ -215,8 +215,9 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
         {"steps is 296; allowed: 297 to 9223372036854775807", Attribute<uint64_t>(".", "steps", 296)},
         {"steps is not a number of type uint64", NoAttribute(".", "steps") + negativesteps},
         {"growth/walk is 2; allowed: 0, 1", Attribute("parameters/growth", "walk", 2)},
-        {"flights with a rotation", Attribute<int>("parameters/growth", "walk", kWalkFlights) +
-                                        Attribute("parameters/growth", "rotation", 1.0)},
+        {"growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can",
+         Attribute<int>("parameters/growth", "walk", kWalkFlights) +
+             Attribute("parameters/growth", "rotation", 1.0)},
         {"walk: a number is out of range", Attribute<double>("walk", "radius", NAN)},
         {"walk: a number is out of range", Attribute("walk", "launches", -1)},
         {"walk/drand48 is out of range", Attribute("walk", "drand48", uint64_t{1} << 48)},
@@ -302,7 +303,7 @@ TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
     EXPECT_TRUE(Read(rescued) == rescued);
     cells[1].p.x = NAN;
     EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line,
-              "Cannot write to \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
+              "Cannot write \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
               "particle 1: position is not finite");
     EXPECT_FALSE(std::filesystem::exists("a-3.sarkelo.h5"));
 }

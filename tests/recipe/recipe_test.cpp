@@ -68,7 +68,7 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
         {"growth.walk = 'flights'\ngrowth.rotation = 1",
          "2 r:2: growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can"},
         {"growth.branch_length = 1.00001e16",
-         "2 r:1: can never grow: no particle is found that is 1e16 away or farther"},
+         "2 r:1: can never grow: particles farther away than 1e16 are never found"},
         {"[roots]\ncount = 0\ndistribution = 'Spherical'", "2 r:2: can never grow: there is no root"},
         {"roots.count = 3\ngrowth.association = true",
          "2 r:2: can never grow: association needs a root for each class, and the distribution \"Origin\" "

@@ -152,7 +152,7 @@ TEST(Frames, EveryModeAndOverlay)
     for (const int most : {1, 30, 199, 1000}) // the heaviest, tubes as lines
         add("heaviest branches ", most, [](int value) {
             GrowManyBranches();
-            drawingpart.most = value;
+            drawingpart.mostbranches = value;
             drawingpart.aslines = true;
             DrawDLA(kAggregateTubes);
         });
