@@ -67,7 +67,7 @@ key h w
 mv "$(ls ./*.tga | tail -1)" capture.tga
 picture window.ppm
 tgatoppm capture.tga 2>/dev/null | cmp - window.ppm || fail "the capture differs from the window"
-xdotool mousemove 300 300 mousedown 1 mousemove 340 300 mouseup 1
+xdotool mousemove 300 300 mousedown 1 sleep 0.2 mousemove 340 300 sleep 0.2 mouseup 1
 look
 [ "$(value_of turned)" != 0 ] || fail "a drag does not turn the camera"
 
