@@ -1,135 +1,94 @@
 #!/usr/bin/env python3
 """Plants faults in a copy of the sources, one at a time, and reports which of them the short tests catch.
 
-Places are found in the .cpp files of the rooms: operators, numbers, true and false, statements to leave out, returned values.
-They are drawn at random, evenly over the text, one in a function at most. A fault is not counted, and another is drawn, where
-it does not compile or leaves all of TESTS as they are, byte for byte. docs/developing.md says what else is left out.
+A fault is another operator or number, true for false, a statement left out, or a returned value negated, in a .cpp file of the
+rooms. They are drawn at random, evenly over the lines, at most one in a function. One that does not compile, or leaves the
+programs as they are byte for byte, is not counted, and another is drawn. None is planted in lines that match LEFT_OUT.
 """
+import argparse, json, os, pathlib, random, re, shutil, subprocess, sys, time, zlib
 
-import argparse, hashlib, json, os, pathlib, random, re, resource, signal, subprocess, sys, time
-
-# In the order of their duration; the scripts of ctest are for those faults that these programs do not catch.
-TESTS = {"bits": ["./bits", "../../tests/bits/hashes.txt"], "viewer_tests": ["tests/viewer_tests"],
-         "files_tests": ["tests/files_tests"], "core_tests": ["tests/core_tests"],
-         "scripts": "ctest -LE long -E [./] --stop-on-failure --timeout 300 --repeat until-pass:2".split()}
-NOT_PRODUCT = ("tests/", "tools/", "bench/", "examples/")
+# Targets, the programs that they make, and the commands that test them; the quickest first.
+STEPS = [("bits", ["bits"], "./bits ../../tests/bits/hashes.txt"), ("viewer_tests", ["tests/viewer_tests"], "tests/viewer_tests"),
+         ("files_tests", ["tests/files_tests"], "tests/files_tests"), ("core_tests", ["tests/core_tests"], "tests/core_tests"),
+         ("all", ["sarkelo", "sarkelo-grow"],
+          "ctest -LE long -E '[./]|^bits$' -j2 --stop-on-failure --timeout 300 --repeat until-pass:2")]
 OPPOSITES = {"<": ">=", ">": "<=", "<=": ">", ">=": "<", "==": "!=", "!=": "==", "+": "-", "-": "+", "*": "/", "/": "*",
              "+=": "-=", "-=": "+=", "*=": "/=", "/=": "*=", "&&": "||", "||": "&&", "true": "false", "false": "true"}
-BOUNDARIES = {"<": "<=", ">": ">=", "<=": "<", ">=": ">"}  # between integers
+NARROWER = {"<": "+ 1 <", ">": "> 1 +", "<=": "<", ">=": ">"}  # for integers; none reads beyond the end of an array
 NO_CODE = r'//[^\n]*|/\*.*?\*/|R"\(.*?\)"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])\'|^ *#[^\n]*|\bstatic_assert\(.*?\);'
-OPERATOR = r"(?<=[^\"] )(?:[<>]=?|[=!]=|[-+*/]=?|&&|\|\|)(?= [^\"])|\b(?:true|false)\b"
-NUMBER = r"(?<![\w.])\d+(?:\.\d+)?(?:e-?\d+)?(?![\w.])"
-STATEMENT = r"^ +((?:[^\s=]+ [-+*/|&]?= |[\w:.>[\]-]+\(|[\w.>[\]-]+(?:\+\+|--);).*;)$"
-RETURN = r"\breturn ([^;{}]+);"
+LEFT_OUT = r"""(?xm)^.*(?: reserve\( | capacity\( | \bfree\( | fflush\(                             # memory and buffers
+    | \bk(?:\w*(?:Burst|Delay|AtOnce|PerCall)|(?:Most|Fewest|First|Least|Largest|Smallest|Longest|Shortest|Quick)\w*)\ =  # limits
+    | ^\ +[\w:]+\ \*?\w+\ =\ (?:[-\d.]+|\{[-\d.,\ ]*\}|true|false|nullptr);                         # values that others replace
+    | ^\ +[\w:]+\ \w+\[\w+\]).*$                                                                 # arrays, by their length"""
+KINDS = [(r'(?<=[^"] )([<>]=?|[=!]=|[-+*/]=?|&&|\|\|)(?= [^"])|\b(true|false)\b', lambda old: OPPOSITES[old]),
+         (r"(?<![\w.-])(\d+(?:\.\d+)?)(?![\w.])", lambda old: str(float(old) * 1.5 if "." in old else int(old) + max(1, int(old) // 2))),
+         (r"\breturn ([^;{}]+);", lambda old: f"!({old})"),
+         (r"(?:(?<=[;{}:)])|(?<=else))\s*\n +((?:[^\s=]+ [-+*/|&]?= |[\w:.>[\]-]+\(|[\w.>[\]-]+(?:\+\+|--);).*;)$", lambda _: "{}")]
 
 
-def changes(line, text, previous, integers):
-    """Yields (start, end, what to put there) for each change that can be made in a line of code."""
-    for found in re.finditer(OPERATOR, line):
-        beside = re.findall(r"\w+", line[:found.start()])[-1:] + re.findall(r"\w+", line[found.end():])[:1]
-        boundary = integers.intersection(beside) and BOUNDARIES.get(found[0])
-        yield found.start(), found.end(), boundary or OPPOSITES[found[0]]
-    for found in re.finditer(NUMBER, line):
-        yield found.start(), found.end(), str(int(found[0]) + 1 if found[0].isdigit() else float(found[0]) * 1.5)
-    if found := re.search(RETURN, line):
-        yield found.start(1), found.end(1), f"!({text[slice(*found.span(1))]})"
-    if (found := re.search(STATEMENT, line)) and re.search(r"([;{}:)]|\belse)$", previous):
-        yield found.start(1), found.end(1), "{}"
-
-
-def find_functions(folder, files):
-    """A list for each function (or table): its lines as (file, number of the line, changes)."""
-    functions = []
-    headers = "".join(path.read_text() for path in folder.glob("*/*.h"))
+def draw(folder, files, chance):
+    """Yields faults as (file, start and end of what is replaced, what replaces it)."""
+    functions = []  # for each line of the files its function (or table): the list of all faults in it
     for file in files:
         text = (folder / file).read_text()
-        code = re.sub(NO_CODE, lambda found: re.sub(r"[^\n]", '"' if found[0][0] == '"' else " ", found[0]), text, flags=re.S | re.M)
-        integers = set(re.findall(r"\bint (\w+)", headers + code))
-        previous = ""
-        functions.append([])
-        for number, (line, whole) in enumerate(zip(code.split("\n"), text.split("\n"))):
-            functions[-1].append((file, number, list(changes(line, whole, previous, integers))))
-            previous = line.rstrip() or previous
-            if line.startswith("}"):
-                functions.append([])
-    return functions
+        code = re.sub(NO_CODE, lambda place: re.sub(".", '"' if place[0][0] == '"' else " ", place[0]), text, flags=re.S | re.M)
+        code = re.sub(LEFT_OUT, lambda place: " " * len(place[0]), code)
+        integers = "|".join({"ncells", *re.findall(r"\bint (\w+)", code)})
+        faults = [(file, *place.span(place.lastindex), change(text[slice(*place.span(place.lastindex))]))
+                  for pattern, change in [*KINDS, (rf"\b(?:{integers}) ([<>]=?) ", NARROWER.get)]
+                  for place in re.finditer(pattern, code, re.M)]
+        for part in re.finditer(r".*?(?:\n\}|\Z)", code, re.S):
+            functions += [[fault for fault in faults if part.start() <= fault[1] < part.end()]] * part[0].count("\n")
+    start = chance.random()
+    for k in range(20 * len(functions)):
+        if function := functions[int((start + k * 0.6180339887) % 1 * len(functions))]:  # the golden section spreads them evenly
+            yield chance.choice(function)
+            function.clear()
 
 
-def draw(functions, chance):
-    """Yields (file, number of the line, change), each from another function, spread evenly over all lines."""
-    lines = [function for function in functions for _ in function]
-    position, used = chance.random(), []
-    for _ in range(20 * len(lines)):
-        position = (position + 0.6180339887) % 1
-        function = lines[int(position * len(lines))]
-        found = [(file, number, change) for file, number, some in function for change in some]
-        if found and function not in used:
-            used.append(function)
-            yield chance.choice(found)
+def run(command, folder, limit=1200):
+    """Runs a command with 8 GiB of memory, and kills it after so many seconds; returns what subprocess.run returns."""
+    return subprocess.run(f"ulimit -v 8388608; GTEST_FAIL_FAST=1 timeout -s KILL {limit} {command}", shell=True, cwd=folder,
+                          text=True, errors="replace", stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
 
 
-def run(command, folder, limit):
-    """Runs a command in a process group of its own, with 8 GiB at most. Returns its output, and its status or "timeout"."""
-    process = subprocess.Popen(command, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
-                               errors="replace", start_new_session=True, env={**os.environ, "GTEST_FAIL_FAST": "1"},
-                               preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_AS, (8 << 30, 8 << 30)))
-    try:
-        return process.communicate(timeout=limit)[0], process.returncode
-    except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)
-        return process.communicate()[0], "timeout"
+def examine(folder, sound):
+    """Builds, and tests what is not equal to sound, until something fails or takes 10 times as long. Returns what fails, and
+    what was tested, as {target: [checksums of its programs, seconds]}."""
+    tested = {}
+    for target, programs, command in STEPS:
+        if run(f"cmake --build . --target {target}", folder).returncode != 0:
+            return "the compiler", tested
+        sums = [zlib.crc32((folder / program).read_bytes()) for program in programs]
+        if sound.get(target, [None])[0] != sums:
+            start = time.time()
+            result = run(command, folder, 10 * sound[target][1] if sound else 1200)
+            tested[target] = [sums, time.time() - start]
+            if result.returncode != 0:
+                failed = re.findall(r"(?<=FAILED  \] )\w+\.\w+|(?<= - )\w+ \(\w+\)$", result.stdout, re.M)[:1]
+                return " ".join([target.replace("all", "ctest"), *failed]), tested
+    return None, tested
 
 
-def copy_sources(root, copy):
-    """Makes the copy equal to the working tree; returns whether it was."""
-    files = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], cwd=root, text=True).split("\n")
-    files = {file for file in files if (root / file).is_file()}
-    stale = [path for path in copy.glob("*/**/*") if path.is_file() and copy / "build" not in path.parents
-             and str(path.relative_to(copy)) not in files]
-    for path in stale:
-        path.unlink()
-    changed = [file for file in files if not (copy / file).is_file() or (copy / file).read_bytes() != (root / file).read_bytes()]
-    for file in changed:
-        (copy / file).parent.mkdir(parents=True, exist_ok=True)
-        (copy / file).write_bytes((root / file).read_bytes())
-        (copy / file).chmod((root / file).stat().st_mode)
-    return not changed and not stale
-
-
-def build(copy):
-    """Returns the hashes of the test programs, or nothing if the sources do not compile."""
-    if run(["cmake", "--build", "."], copy / "build" / "check", 1200)[1] != 0:
-        return None
-    return {name: hashlib.sha1((copy / "build" / "check" / command[0]).read_bytes()).hexdigest()
-            for name, command in TESTS.items() if name != "scripts"}
-
-
-def test(copy, names, usual):
-    """Runs tests until one fails, each for ten times its usual duration at most. Returns what fails, and all durations."""
-    durations = {}
-    for name in names:
-        start = time.time()
-        output, status = run(TESTS[name], copy / "build" / "check", 10 * usual.get(name, 200))
-        durations[name] = time.time() - start
-        if status != 0:
-            failed = re.findall(r"\[  FAILED  \] (\w+\.\w+)|Test +#\d+: (\S+) \.*\**(?:Fail|Time|Exc)", output)
-            return name + " (" + ("".join(failed[0]) if failed else f"status {status}") + ")", durations
-    return None, durations
-
-
-def prepare(root, copy):
-    """Copies and builds the sources, and runs the tests once without a fault. Returns the programs' hashes and usual durations."""
-    record = copy / "usual.json"
-    if not copy_sources(root, copy) and record.exists():
-        record.unlink()
-    if not record.exists():
-        print("building, and testing without a fault, in", copy, flush=True)
-        configured = run(["cmake", "--preset", "check", "-DSARKELO_BENCH=OFF"], copy, 100)
-        hashes = build(copy) if configured[1] == 0 else None
-        failing, usual = test(copy, TESTS, {}) if hashes else ("the build", {})
+def prepare(copy):
+    """Makes the copy equal to the working tree, and examines it if it was not. Returns what was tested."""
+    listed = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], text=True).split("\n")
+    wanted = {copy / file: pathlib.Path(file) for file in listed if os.path.isfile(file)}
+    there = {path for path in copy.rglob("*") if path.is_file() and copy / "build" not in path.parents}
+    changed = [path for path in wanted if path not in there or path.read_bytes() != wanted[path].read_bytes()]
+    record = copy / "build" / "sound.json"
+    if changed or there - set(wanted) or not record.is_file():
+        print("builds and tests without a fault, in", copy, flush=True)
+        for path in [record, *(there - set(wanted))]:
+            path.unlink(missing_ok=True)
+        for path in changed:
+            path.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(wanted[path], path)
+        run("cmake --preset check -DSARKELO_BENCH=OFF", copy)
+        failing, sound = examine(record.parent / "check", {})
         if failing:
             sys.exit(f"without a fault, {failing} fails")
-        record.write_text(json.dumps([hashes, usual]))
+        record.write_text(json.dumps(sound))
     return json.loads(record.read_text())
 
 
@@ -137,38 +96,28 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("count", type=int, help="how many faults")
     parser.add_argument("--seed", type=int, default=1, help="which faults (1)")
-    parser.add_argument("--build", type=pathlib.Path, help="the folder of the copy, which is kept (build/faults)")
+    parser.add_argument("--build", type=pathlib.Path, default="build/faults", help="folder of the copy, kept (build/faults)")
     parser.add_argument("files", nargs="*", help="sources to plant faults in (all)")
     given = parser.parse_args()
     os.nice(10)
-    root = pathlib.Path(subprocess.check_output(["git", "rev-parse", "--show-toplevel"], text=True).strip())
-    copy = (given.build or root / "build" / "faults").resolve()
-    hashes, usual = prepare(root, copy)
-    files = given.files or [str(path.relative_to(copy)) for path in sorted(copy.glob("*/*.cpp"))]
-    files = [file for file in files if not file.startswith(NOT_PRODUCT)]
-    start, planted, caught = time.time(), 0, 0
-    for file, number, (first, end, new) in draw(find_functions(copy, files), random.Random(given.seed)):
-        if planted == given.count:
-            break
+    sound = prepare(copy := given.build.resolve())
+    files = given.files or re.findall(r"^ +(\w+/\w+\.cpp)\)?$", (copy / "CMakeLists.txt").read_text(), re.M)
+    start, results = time.time(), []
+    for file, first, end, new in draw(copy, files, random.Random(given.seed)):
         text = (copy / file).read_text()
-        lines = text.split("\n")
-        old = lines[number]
-        lines[number] = old[:first] + new + old[end:]
-        (copy / file).write_text("\n".join(lines))
-        faulty = build(copy)
-        names = [name for name in TESTS if name == "scripts" or faulty and faulty[name] != hashes[name]]
-        catcher = test(copy, names, usual)[0] if len(names) > 1 else None
+        faulty, line = text[:first] + new + text[end:], text.count("\n", 0, first)
+        (copy / file).write_text(faulty)
+        failing, tested = examine(copy / "build" / "check", sound)
         (copy / file).write_text(text)
-        if len(names) > 1:
-            planted += 1
-            caught += catcher is not None
-            print(f"{file}:{number + 1}: " + (f"caught by {catcher}" if catcher else "NOT CAUGHT"))
-            print(f"- {old.strip()}\n+ {lines[number].strip()}", flush=True)
-    use = resource.getrusage(resource.RUSAGE_CHILDREN)
-    print(f"{caught} of {planted} faults caught, with seed {given.seed} (--seed for others), in {time.time() - start:.0f} s,"
-          f" {use.ru_utime + use.ru_stime:.0f} s of processor time")
-    return planted == 0 or caught < 0.9 * planted
+        if tested:
+            results.append(failing is not None)
+            print(f"{file}:{line + 1}: {'caught by ' + failing if failing else 'NOT CAUGHT'}")
+            print("-", text.split("\n")[line].strip() + "\n+", faulty.split("\n")[line].strip(), flush=True)
+        if len(results) == given.count:
+            break
+    print(f"{sum(results)} of {len(results)} faults caught with seed {given.seed} (--seed N draws others), {time.time() - start:.0f} s,"
+          f" {os.times().children_user + os.times().children_system:.0f} s of processor time")
+    return len(results) < given.count or sum(results) < 0.9 * len(results)
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+sys.exit(main())
