@@ -103,7 +103,7 @@ def main():
     os.nice(10)
     sound = prepare(copy := given.build.resolve())
     files = given.files or re.findall(SOURCES, (copy / "CMakeLists.txt").read_text(), re.M)
-    start, results = time.time(), []
+    start, results = os.times(), []
     for file, first, end, new in draw(copy, files, random.Random(given.seed)):
         text = (copy / file).read_text()
         faulty, line = text[:first] + new + text[end:], text.count("\n", 0, first)
@@ -116,8 +116,8 @@ def main():
             print("-", text.split("\n")[line].strip() + "\n+", faulty.split("\n")[line].strip(), flush=True)
         if len(results) == given.count:
             break
-    print(f"{sum(results)} of {len(results)} faults caught with seed {given.seed} (--seed N draws others),"
-          f" {time.time() - start:.0f} s, {os.times().children_user + os.times().children_system:.0f} s of processor time")
+    _, _, user, system, elapsed = (now - then for then, now in zip(start, os.times()))
+    print(f"{sum(results)} of {len(results)} faults caught (--seed N for others) in {elapsed:.0f} s, {user + system:.0f} s of CPU time")
     return len(results) < given.count or sum(results) < 0.9 * len(results)
 
 
