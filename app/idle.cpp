@@ -28,7 +28,7 @@ constexpr double kSpinUnits = 200;
 
 namespace
 {
-// When the panels and the next redisplay are due: kPanelDelay and `period` seconds after `stamp`
+// The panels are due kPanelDelay seconds after `stamp`, and the next redisplay `period` seconds after it.
 struct Pace {
     double stamp, period;
 };

@@ -50,7 +50,7 @@ void PrepareRecords()
     SetProgramDefaults();
 }
 
-void RunWindow(int argc, char **argv, void (*ask)(int))
+void RunWindow(int argc, char **argv, void (*askatstart)(int))
 {
     StartForms(argv[0]);
     CreatePanels();
@@ -59,8 +59,8 @@ void RunWindow(int argc, char **argv, void (*ask)(int))
     StartMainLoopTimer(HandlePendingSignal, CloseWindow, RescueAggregate);
     // Numbers in files and panels always use a decimal point.
     setlocale(LC_ALL, "C");
-    if (ask != nullptr)
-        glutTimerFunc(kUntilDrawn, ask, 0);
+    if (askatstart != nullptr)
+        glutTimerFunc(kUntilDrawn, askatstart, 0);
     glutMainLoop();
 }
 

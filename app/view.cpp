@@ -21,7 +21,7 @@
 #include "app/view_command.h"
 #include "archive/rescue.h"
 #include "growth/camera_home.h"
-#include "recipe/recipe_text.h"
+#include "recipe/recipe_reader.h"
 #include "recipe/start.h"
 #include "toolkit/callback.h"
 #include "viewer/aggregate_dialog.h"

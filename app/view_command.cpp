@@ -49,7 +49,8 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
         "Switches of the window: -d verbose, -f full screen, -s active stereo, -ss dual-screen stereo.");
     app.add_option("FILE", command->file, "An aggregate file, or a recipe (.toml); without one, a new run")
         ->type_name(" ");
-    app.add_option("--picture", picture.path, "Make a picture (PNG) instead of opening a window")->type_name("FILE");
+    app.add_option("--picture", picture.path, "Make a picture (PNG) instead of opening a window")
+        ->type_name("FILE");
     std::vector<CLI::Option *> ofpictures;
     const auto add = [&](const char *name, auto *value, const char *meaning, const char *type) {
         ofpictures.push_back(
@@ -76,7 +77,8 @@ bool ReadViewCommand(int argc, char **argv, ViewCommand *command, Fault *fault)
     add("--film", &picture.film, "Make N pictures of the aggregate as it grew", "N")
         ->check(CLI::Range(1, kMostPictures))
         ->excludes(turntable);
-    app.add_flag("--whole", command->whole, "Draw every frame of the window completely, however long it takes");
+    app.add_flag("--whole", command->whole,
+                 "Draw every frame of the window completely, however long it takes");
     app.add_flag("--force", command->overwrites, "Overwrite pictures that exist");
     if (!ReadArguments(&app, std::move(rest), fault))
         return false;

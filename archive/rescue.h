@@ -1,4 +1,5 @@
-// Rescue files: unless the user ends the program, the aggregate is saved before it ends, by a signal for example.
+// Rescue files: if the program ends other than by Quit or by closing its window, by a signal or a lost display for
+// example, the aggregate is saved first.
 
 #pragma once
 

@@ -21,7 +21,7 @@
 #include "growth/camera_home.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
-#include "recipe/recipe_text.h"
+#include "recipe/recipe_reader.h"
 #include "recipe/start.h"
 
 namespace fs = std::filesystem;

@@ -13,7 +13,7 @@
 #include "growth/state.h"
 #include "recipe/arguments.h"
 #include "recipe/keys.h"
-#include "recipe/recipe_text.h"
+#include "recipe/recipe_reader.h"
 
 constexpr std::int64_t kDefaultParticles = 100000;
 

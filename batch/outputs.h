@@ -1,4 +1,4 @@
-// Rules for the files that sarkelo-grow writes: which existing files it may replace
+// The files that sarkelo-grow writes: which existing files it may replace, and the writing of output and checkpoint
 
 #pragma once
 

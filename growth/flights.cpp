@@ -51,7 +51,7 @@ static double FlightRadius()
     const double radius = WalkersMayLeave() ? free : std::min(free, kLongestFlight * LaunchRadius());
     if (!(growthstate.bias > 0))
         return radius;
-    // A flight of radius r drifts by slope r^2.
+    // A flight of radius r counts as many steps as its radius has branch lengths, squared, and drifts by slope r^2.
     const double slope = DriftLength() / (growthstate.branchlength * growthstate.branchlength);
     const double slowed = std::min(radius, kLargestDrift / slope);
     return std::min(slowed, free / (1 + slope * slowed));

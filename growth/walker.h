@@ -60,14 +60,15 @@ inline double DriftLength()
     return growthstate.branchlength * growthstate.bias * kPercent;
 }
 
-// Moves a walker by a length away from a root, or from a point mixed from the roots' coordinates (the sign is kept).
+// Moves a walker by a length away from a root, or from a point mixed from the roots' coordinates. Away, although the panel
+// says towards (kept).
 inline void DriftBy(double length, Vector *pos)
 {
     const int nplaced = std::min(growthstate.nroots, ncells);
     if (!(growthstate.bias > 0) || nplaced < 1)
         return;
 
-    Vector target;
+    Vector target; // what it moves away from
     if (growthstate.association) {
         const int root = ncells % growthstate.nroots;
         if (root >= nplaced)

@@ -13,7 +13,7 @@
 #include "growth/roots.h"
 #include "growth/state.h"
 #include "growth/walker.h"
-#include "recipe/recipe_text.h"
+#include "recipe/recipe_reader.h"
 #include "search/neighbour_search.h"
 #include "surface/samples.h"
 #include "surface/stl_reader.h"

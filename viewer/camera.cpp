@@ -37,7 +37,8 @@ struct Reach {
     double of[kSides];
 };
 
-// The camera's axes, of unit length, and the tangents of half its horizontal and vertical angles of view
+// The camera's axes, of unit length, and the tangents of half its horizontal and vertical angles of view,
+// less a margin
 struct ViewFrame {
     Vector right, up, ahead;
     double horizontal, vertical;

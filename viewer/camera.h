@@ -18,7 +18,7 @@ double CameraDistance();
 void MoveCloser();
 void MoveAway();
 
-// Each changes the angle of view by one step, a twentieth, within 1 to 90 degrees.
+// Each changes the angle of view by one step, a twentieth, unless it is beyond 1 or 90 degrees already (kept).
 void ZoomIn();
 void ZoomOut();
 

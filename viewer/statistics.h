@@ -2,7 +2,7 @@
 
 #pragma once
 
-// Adds the aggregate to the branch distribution and starts a box count.
+// Counts the aggregate's branches and starts a box count.
 void Statistics();
 
 // Does nothing unless options.boxcountrequest is set. If `initialise` is nonzero, starts the box count. Then tests

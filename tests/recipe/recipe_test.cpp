@@ -1,4 +1,4 @@
-#include "recipe/recipe_text.h"
+#include "recipe/recipe_reader.h"
 
 #include <gtest/gtest.h>
 
