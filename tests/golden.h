@@ -1,26 +1,23 @@
-// Texts that a test compares with what was found right before: files of tests/golden.
+// Texts that a test compares with the files of tests/golden.
 
 #pragma once
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
 
-#include "hash.h"
+#include "temporary_file.h"
 
-// A number without the noise of rounding, which differs between compilers: 0 where it is near 0, and no NaN
-// has a sign.
+// A number without the noise of rounding, which differs between compilers, and without the sign of NaN.
 inline double Plain(double value)
 {
     return std::fabs(value) < 1e-9 ? 0 : std::isnan(value) ? std::fabs(value) : value;
 }
 
-// A text that is longer than so many lines as the first of them, their number and a sum over the whole.
+// A text of more than so many lines as its first lines, their number and a hash of the whole.
 inline std::string Shortened(const std::string &text, int lines)
 {
     size_t end = 0;
@@ -32,22 +29,11 @@ inline std::string Shortened(const std::string &text, int lines)
            " lines, sum " + std::to_string(Hash(text.data(), text.size())) + "\n";
 }
 
-// Fails where the text differs from the file, and shows where. With SARKELO_GOLDEN set in the environment, the
-// text becomes the file: look at what changes then.
+// Compares with a file, or writes it where SARKELO_GOLDEN is set in the environment.
 inline void ExpectGolden(const std::string &name, const std::string &text)
 {
     const std::string path = SARKELO_TESTS "/golden/" + name;
     if (getenv("SARKELO_GOLDEN") != nullptr)
         std::ofstream(path) << text;
-    std::ostringstream file;
-    file << std::ifstream(path).rdbuf();
-    const std::string golden = file.str();
-    if (text == golden)
-        return;
-    const auto differ = std::mismatch(text.begin(), text.end(), golden.begin(), golden.end());
-    const auto at = static_cast<size_t>(differ.first - text.begin());
-    const size_t from = at > 200 ? at - 200 : 0;
-    ADD_FAILURE() << name << " differs at byte " << at << "\nfound:\n"
-                  << text.substr(from, 300) << "\ngolden:\n"
-                  << golden.substr(std::min(from, golden.size()), 300);
+    EXPECT_EQ(text, ReadWhole(path)) << name;
 }

@@ -1,4 +1,4 @@
-// Files and directories that live as long as their object.
+// Files and directories that live as long as their object; what files hold, and hashes of it.
 
 #pragma once
 
@@ -17,15 +17,11 @@ class TemporaryFile
 public:
     explicit TemporaryFile(const std::string &content)
     {
-        const int descriptor = mkstemp(name);
-        FILE *file = fdopen(descriptor, "wb");
-        fwrite(content.data(), 1, content.size(), file);
-        fclose(file);
+        close(mkstemp(name));
+        std::ofstream(name, std::ios::binary) << content;
     }
     TemporaryFile(const TemporaryFile &) = delete;
-    TemporaryFile &operator=(const TemporaryFile &) = delete;
     ~TemporaryFile() { unlink(name); }
-
     const char *path() const { return name; }
 
 private:
@@ -36,25 +32,23 @@ private:
 class TemporaryDirectory
 {
 public:
-    TemporaryDirectory() : back(std::filesystem::current_path())
-    {
-        char name[] = "/tmp/sarkelo-test-XXXXXX";
-        path = mkdtemp(name);
-        std::filesystem::current_path(path);
-    }
+    TemporaryDirectory() { std::filesystem::current_path(path); }
     TemporaryDirectory(const TemporaryDirectory &) = delete;
-    TemporaryDirectory &operator=(const TemporaryDirectory &) = delete;
     ~TemporaryDirectory()
     {
         std::filesystem::current_path(back);
         std::filesystem::remove_all(path);
     }
-
-    std::filesystem::path path;
+    const std::filesystem::path path = mkdtemp(std::string("/tmp/sarkelo-test-XXXXXX").data());
 
 private:
-    std::filesystem::path back;
+    const std::filesystem::path back = std::filesystem::current_path();
 };
+
+inline int CountFiles()
+{
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator("."), {}));
+}
 
 inline std::string ReadWhole(const std::filesystem::path &path)
 {
@@ -66,17 +60,18 @@ inline std::string ReadWhole(const std::filesystem::path &path)
 // What a function writes to the file that it is given.
 inline std::string Written(const std::function<void(FILE *)> &write)
 {
-    char *text = nullptr;
-    std::size_t length = 0;
-    FILE *file = open_memstream(&text, &length);
-    write(file);
-    fclose(file);
-    const std::string result(text, length);
-    free(text);
-    return result;
+    const TemporaryFile file("");
+    FILE *stream = fopen(file.path(), "wb");
+    write(stream);
+    fclose(stream);
+    return ReadWhole(file.path());
 }
 
-inline int CountFiles()
+// FNV-1a over bytes; `hash` continues an earlier one.
+inline unsigned long long Hash(const void *data, std::size_t size,
+                               unsigned long long hash = 14695981039346656037ULL)
 {
-    return static_cast<int>(std::distance(std::filesystem::directory_iterator("."), {}));
+    for (std::size_t i = 0; i < size; i++)
+        hash = (hash ^ static_cast<const unsigned char *>(data)[i]) * 1099511628211ULL;
+    return hash;
 }

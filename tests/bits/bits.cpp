@@ -14,7 +14,6 @@
 #include "growth/flights.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
-#include "hash.h"
 #include "surface/samples.h"
 #include "surface/surface.h"
 #include "temporary_file.h"

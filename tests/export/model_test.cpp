@@ -1,5 +1,6 @@
 #include "export/model.h"
 
+#include <cstring>
 #include <string>
 #include <utility>
 
@@ -11,7 +12,6 @@
 #include "golden.h"
 #include "growth/scenario.h"
 #include "surface/surface.h"
-#include "temporary_file.h"
 
 static std::string Model(int format, int mode)
 {
@@ -31,22 +31,23 @@ protected:
         growthstate.nroots = 2;
         growthstate.radius = 12.5;
         growthstate.maxweight = 3;
-        snprintf(growthstate.rootname, sizeof growthstate.rootname, "Spherical");
-        const Vector points[] = {
-            {0, 0, 0}, {5, 0.5, -2.5}, {1, 0, 0}, {1.25, 0.75, 0.5}, {1.0 / 3, -1e-7, 1.125}};
-        const double flows[] = {3, 0, 1.5, 0, 0};
-        const int parents[] = {-1, -1, 0, 2, 0};
+        strcpy(growthstate.rootname, "Spherical");
         ncells = 0;
-        for (int i = 0; i < 5; i++)
-            AppendToArray(&cells, &ncells, Particle{points[i], flows[i], parents[i], 9});
-        AppendToArray(&stltri, &nstltri, Triangle{{{}, {1, 0, 0}, {0, 1, 0}}, {0, 0, 1}, {}, 0, 0, 0, 0});
-        AppendToArray(&stltri, &nstltri,
-                      Triangle{{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0});
+        for (const Particle &particle : {Particle{{0, 0, 0}, 3, -1, 9},
+                                         {{5, 0.5, -2.5}, 0, -1, 9},
+                                         {{1, 0, 0}, 1.5, 0, 9},
+                                         {{1.25, 0.75, 0.5}, 0, 2, 9},
+                                         {{1.0 / 3, -1e-7, 1.125}, 0, 0, 9}})
+            AppendToArray(&cells, &ncells, particle);
+        for (const Triangle &face :
+             {Triangle{{{}, {1, 0, 0}, {0, 1, 0}}, {0, 0, 1}, {}, 0, 0, 0, 0},
+              {{{-20, 0.1, 3}, {2, 2, 2}, {0, 1e-7, 1e10}}, {0.6, -0.8, 0}, {}, 0, 0, 0, 0}})
+            AppendToArray(&stltri, &nstltri, face);
     }
 };
 
 // The finer meshes and the formats that no menu has are among the hashes of tests/bits.
-TEST_F(Exports, EveryFormatToTheByte)
+TEST_F(Exports, FormatsMatchExpectedFiles)
 {
     const struct {
         const char *name;
@@ -63,39 +64,34 @@ TEST_F(Exports, EveryFormatToTheByte)
     EXPECT_EQ(Model(kFormatSTL, 0), "");
 }
 
-// Modes that no menu asks for, association, and aggregates of roots alone, of nothing, and without roots counted.
-TEST_F(Exports, OddModesAndAggregates)
+// Modes that no menu asks for, association, and aggregates of roots alone, and of nothing.
+TEST_F(Exports, OddAggregatesMatchExpectedText)
 {
     std::ostringstream text;
     nstltri = 0;
-    for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM}) {
-        for (const int mode : {int{kModeChains}, int{kModeSegments}, kModeFineMesh + 1}) {
-            for (const auto &[particles, nroots] :
-                 {std::pair(5, 2), std::pair(5, 3), std::pair(2, 2), std::pair(0, 0)}) {
-                const int all = std::exchange(ncells, particles);
-                growthstate.nroots = nroots;
-                growthstate.association = nroots == 3;
-                growthstate.maxweight = particles == 5 ? 3 : 0;
-                text << format << ' ' << mode << ' ' << particles << ' ' << nroots << ": "
-                     << Shortened(Model(format, mode) + '\n', 0);
-                ncells = all;
-            }
-        }
+    for (const auto &[particles, nroots] : {std::pair(5, 2), {5, 3}, {2, 2}, {0, 0}}) {
+        ncells = particles;
+        growthstate.nroots = nroots;
+        growthstate.association = nroots == 3;
+        growthstate.maxweight = particles == 5 ? 3 : 0;
+        for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM})
+            for (const int mode : {int{kModeChains}, int{kModeSegments}, kModeFineMesh + 1})
+                text << format << ' ' << mode << ": " << Shortened(Model(format, mode) + '\n', 0);
     }
     ExpectGolden("../export/expected/odd.txt", text.str());
 }
 
-TEST_F(Exports, Information)
+TEST_F(Exports, InformationMatchesExpectedText)
 {
     stlmin = {-20, 0, 0};
     stlmax = {2, 2, 1e10};
-    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "Box");
+    strcpy(growthstate.surfacename, "Box");
     growthstate.sourcetype = kSourceAxisMinusZ;
     growthstate.association = 1;
     stats = {
         5, {3, 1, 1, 0, 0, 0, 7}, {6.25, 4.1666666666666667, 2.7777777777777777}, {8, 12, 0, -1, -1, -1}};
     std::string text = Written(WriteInformation);
-    snprintf(growthstate.surfacename, sizeof growthstate.surfacename, "None");
+    strcpy(growthstate.surfacename, "None");
     nstltri = 0;
     growthstate.nroots = 1;
     growthstate.association = 0;
@@ -107,14 +103,14 @@ TEST_F(Exports, Information)
     ExpectGolden("../export/expected/information.txt", text);
 }
 
-TEST(VRML, MeshesOfOddResolutionsAndCones)
+TEST(VRML, NodesMatchExpectedText)
 {
     const std::string text = Written([](FILE *file) {
         TextWriter out(file);
         for (const int n : {3, -5, 25})
             WRLSphere3(out, n, {1, 2, 3}, {0, 1, 0}, -2);
         for (const bool caps : {false, true})
-            for (const auto &[r1, r2] : {std::pair(1, 1), std::pair(1, 0), std::pair(0, 1)})
+            for (const auto &[r1, r2] : {std::pair(1, 1), {1, 0}, {0, 1}})
                 WRLCone2(out, 3, caps, {}, {1, 2, 3}, {0, 1, 0}, r1, r2);
         WRLCone2(out, 3, true, {}, {0, 2, 0}, {0, 1, 0}, 1, 1);
         WRLCone2(out, 0, true, {}, {1, 0, 0}, {}, 1, 1);

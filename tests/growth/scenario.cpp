@@ -1,5 +1,6 @@
 #include "growth/scenario.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -7,14 +8,8 @@
 #include "growth/generators.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
-#include "hash.h"
 #include "surface/surface.h"
-
-// Bit for bit, but for the bits of what is not a number.
-static bool Same(double a, double b)
-{
-    return (std::isnan(a) && std::isnan(b)) || memcmp(&a, &b, sizeof a) == 0;
-}
+#include "temporary_file.h"
 
 void StartAfresh()
 {
@@ -40,30 +35,29 @@ void StartWith(const std::vector<Setting> &settings)
 
 Outcome TakeOutcome()
 {
-    Outcome o = {{cells, cells + ncells}, {}};
-    const auto add = [&o](std::initializer_list<double> numbers) {
-        o.numbers.insert(o.numbers.end(), numbers);
-    };
-    for (const Particle &particle : o.cells)
-        add({particle.p.x, particle.p.y, particle.p.z, particle.weight, double(particle.parent)});
-    for (int i = 0; i < kSeedRing; i++)
-        add({seeds[i].x, seeds[i].y, seeds[i].z});
     const GrowthState &s = growthstate;
-    add({s.pos.x, s.pos.y, s.pos.z, s.radius, s.maxweight, double(s.stepcount), double(nseeds)});
-    add({double(DrawInteger()), DrawUniform()});
+    Outcome o = {s.pos.x,        s.pos.y,       s.pos.z,
+                 s.radius,       s.maxweight,   double(s.stepcount),
+                 double(nseeds), DrawUniform(), double(DrawInteger()),
+                 double(ncells)};
+    for (int i = 0; i < ncells; i++)
+        o.insert(o.end(),
+                 {cells[i].p.x, cells[i].p.y, cells[i].p.z, cells[i].weight, double(cells[i].parent)});
+    for (const Vector &launch : seeds)
+        o.insert(o.end(), {launch.x, launch.y, launch.z});
     return o;
 }
 
 std::string Difference(const Outcome &a, const Outcome &b)
 {
-    if (a.cells.size() != b.cells.size())
-        return "particles: " + std::to_string(a.cells.size()) + " and " + std::to_string(b.cells.size());
-    for (size_t i = 0; i < a.numbers.size(); i++)
-        if (!Same(a.numbers[i], b.numbers[i]))
-            return "number " + std::to_string(i) +
-                   " (five a particle, then three a launch): " + std::to_string(a.numbers[i]) + " and " +
-                   std::to_string(b.numbers[i]);
-    return "";
+    // Bit for bit, but for the bits of what is not a number.
+    const auto same = [](double x, double y) {
+        return (std::isnan(x) && std::isnan(y)) || memcmp(&x, &y, sizeof x) == 0;
+    };
+    const auto differ = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), same);
+    if (differ.first == a.end() && differ.second == b.end())
+        return "";
+    return "differs at number " + std::to_string(differ.first - a.begin()) + " of TakeOutcome";
 }
 
 unsigned long long HashParticles(int count)

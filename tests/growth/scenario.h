@@ -9,21 +9,17 @@
 
 using GrowthStep = void (*)();
 
-// Everything that a run decides, as numbers: the particles, the launches, the walker's position, the radius, the largest
-// flow, the counts of steps and launches, and the draw that each generator would make next.
-struct Outcome {
-    std::vector<Particle> cells;
-    std::vector<double> numbers;
-};
-
-// All growth parameters at their defaults, no surface, one root at the origin, as at program start.
-void StartAfresh();
-
 // A field of a parameter, and its value.
 struct Setting {
     const void *field;
     double value;
 };
+
+// Everything that a run decides, as numbers.
+using Outcome = std::vector<double>;
+
+// All growth parameters at their defaults, no surface, one root at the origin, as at program start.
+void StartAfresh();
 
 // As StartAfresh, but with these parameters.
 void StartWith(const std::vector<Setting> &settings);
@@ -40,6 +36,5 @@ unsigned long long HashParticles(int count);
 // Grows by `step` until there are `particles` particles or `steps` steps have been taken.
 void Grow(GrowthStep step, int particles, long steps);
 
-// A surface of its own: a closed box of edge `size` about the origin, its faces outward or, where `inward`,
-// inward.
+// A closed box of edge `size` about the origin as the surface, its faces outward or `inward`.
 void SetBoxSurface(double size, bool inward);
