@@ -79,7 +79,7 @@ static int RunHistory(unsigned seed, Growth grow)
         [&] { SetBoxSurface(pick(6, 15, 30), random() % 2 == 0); },
         [&] { ScatterSurface(random); },
         [&] {
-            const double scale = pick(0, 1); // 0 leaves nothing
+            const double scale = pick(0, 1, 1); // 0 leaves nothing
             TransformSTL({scale, scale, scale}, {pick(-3, 0, 2), pick(-1, 0.5, 4), 1}, {});
         },
         [&] { s.stickiness = pick(100, 100, 50, 5, 1); },
