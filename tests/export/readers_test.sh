@@ -1,15 +1,14 @@
 #!/usr/bin/env bash
-# Programs that others wrote read what the exports write, and write surfaces that are read: a renderer, a mesh checker, a slicer of
-# printers, readers of VRML, DXF, VTK and PLY.
+# Other programs read the exports, and write surfaces that are read: a renderer, a mesh checker, a slicer for printers, readers of
+# VRML, DXF, VTK and PLY. readers_test.sh SARKELO-GROW
 set -eu
 grow=$1
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 
-# fail MESSAGE [LOG]
 fail() {
-    tail -20 "${2:-/dev/null}" >&2
+    tail -20 log >&2
     echo "$1" >&2
     exit 1
 }
@@ -22,35 +21,34 @@ roots=(--set roots.count=3 --set "roots.distribution=Ring: z axis plane" --set g
 "$grow" "${cylinder[@]}" --particles 1500 -o one.sarkelo.h5 --save pov-sweep:a.pov --save pov-cones:b.pov --save a.dxf --quiet
 "$grow" "${roots[@]}" --particles 1500 -o three.sarkelo.h5 --save pov-sweep:c.pov --save pov-cones:d.pov --save b.dxf --quiet
 for scene in a b c d; do
-    povray +I$scene.pov +O$scene.ppm +FP +W160 +H120 -D +A >$scene.log 2>&1 || fail "$scene.pov does not render" $scene.log
-    ! grep -q "Parse Error\|Possible Parse" $scene.log || fail "$scene.pov has parse errors" $scene.log
+    povray +I$scene.pov +O$scene.ppm +FP +W160 +H120 -D +A >log 2>&1 || fail "$scene.pov does not render"
+    ! grep -q "Parse Error\|Possible Parse" log || fail "$scene.pov has parse errors"
     lit=$(pnmnoraw $scene.ppm | tail -n +4 | tr -s ' \n' '\n' | awk 'NF && $1 > 20 { n++ } END { print n + 0 }')
-    [ "$lit" -gt 600 ] || fail "$scene.pov renders to a black picture ($lit)"
-    osgconv $scene.wrl $scene.osgt >osg.log 2>&1 || fail "$scene.wrl is not read" osg.log
-    shapes=$(grep -c 'osg::Geometry {' $scene.osgt)
-    [ "$shapes" -ge 194 ] || fail "$scene.wrl gives only $shapes shapes" # two a branch
+    [ "$lit" -gt 600 ] || fail "$scene.pov renders to a black picture"
+    osgconv $scene.wrl $scene.osgt >log 2>&1 || fail "$scene.wrl is not read"
+    [ "$(grep -c 'osg::Geometry {' $scene.osgt)" -ge 194 ] || fail "$scene.wrl has less than two shapes a branch"
 done
 
 # Surfaces that another program has written, in both formats, are read whole.
-admesh --write-ascii-stl=ascii.stl --write-binary-stl=binary.stl surface.stl >admesh.log
+admesh --write-ascii-stl=ascii.stl --write-binary-stl=binary.stl surface.stl >log
 for surface in ascii binary; do
     "$grow" --set surface.file=$surface.stl --particles 10 -o $surface.sarkelo.h5 --save stl-surface:again.stl --force --quiet
-    admesh -n again.stl >admesh.log
-    grep -q "Number of facets *: *288" admesh.log || fail "$surface.stl does not have 288 facets" admesh.log
+    admesh -n again.stl >log
+    grep -q "Number of facets *: *288" log || fail "$surface.stl does not have 288 facets"
 done
 
 # Bodies for a printer, thin tips and all: closed, oriented outwards, and sliced. A radius of 0 makes no degenerate facet.
 "$grow" --particles 2000 --set drawing.scale=4 --set drawing.thickness_tip=0.1 --save body.stl --save body.vtp --save body.ply --quiet
 "$grow" --particles 1000 --set drawing.thickness_tip=0 -o apex.sarkelo.h5 --save apex.stl --save apex.ply --quiet
 for body in body apex; do
-    admesh -n $body.stl >admesh.log
+    admesh -n $body.stl >log
     for none in "Total disconnected facets" "Degenerate facets" "Edges fixed" "Facets removed" "Facets reversed" "Normals fixed"; do
-        grep -qE "^ *$none *: *0( |\$)" admesh.log || fail "$body.stl: $none" admesh.log
+        grep -qE "^ *$none *: *0( |\$)" log || fail "$body.stl: $none"
     done
-    grep -qE "Volume *: *[1-9]" admesh.log || fail "$body.stl is inside out"
+    grep -qE "Volume *: *[1-9]" log || fail "$body.stl is inside out"
 done
-prusa-slicer --export-gcode body.stl -o body.gcode >slicer.log 2>&1 || fail "the body is not sliced" slicer.log
-[ "$(grep -c '^;LAYER_CHANGE' body.gcode)" -gt 300 ] || fail "the body has $(grep -c '^;LAYER_CHANGE' body.gcode) layers"
+prusa-slicer --export-gcode body.stl -o body.gcode >log 2>&1 || fail "the body is not sliced"
+[ "$(grep -c '^;LAYER_CHANGE' body.gcode)" -gt 300 ] || fail "the body has few layers"
 
 /usr/bin/python3 - <<'PYTHON'
 from collections import Counter

@@ -28,21 +28,15 @@ TEST(TextWriter, PrintsNumbersAsPrintf)
     }
 }
 
-// More than the writer holds at a time, and a text longer than it.
-TEST(TextWriter, PrintsEveryDirective)
+TEST(TextWriter, PrintsMoreThanItHolds)
 {
     const std::string longtext(100000, 'x');
-    std::string expected;
-    const std::string written = Written([&](FILE *file) {
+    const auto print = [&](FILE *file) {
         TextWriter out(file);
-        for (int i = 0; i < 20000; i++) {
-            out.Print("%d%%: <%g,%g,%g>%c %s\n%g %g %g\n", -i, Vector{1, -0.5, 1e10}, ';', "name",
-                      Colour{0.25, 1, 0});
-            expected += std::to_string(-i) + "%: <1,-0.5,1e+10>; name\n0.25 1 0\n";
-        }
-        out.Print("%s", longtext.c_str());
-    });
-    EXPECT_TRUE(written == expected + longtext);
+        out.Print("%d%%: <%g,%g,%g>%c\n", -7, Vector{1, -0.5, 1e10}, ';');
+        out.Print("%g %g %g %s\n", Colour{0.25, 1, 0}, longtext.c_str());
+    };
+    EXPECT_TRUE(Written(print) == "-7%: <1,-0.5,1e+10>;\n0.25 1 0 " + longtext + '\n');
     TextWriter out(stderr);
     EXPECT_DEATH(out.Print("%g %g\n", 1.0), "");
     EXPECT_DEATH(out.Print("%g\n", 1.0, 2.0), "");

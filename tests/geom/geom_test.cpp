@@ -10,7 +10,7 @@
 #include "geom/vector.h"
 #include "golden.h"
 
-TEST(Elementary, ResultsAreTheNearestDoubles)
+TEST(Elementary, GivesTheNearestDouble)
 {
     const struct {
         double (*ours)(double);
@@ -41,7 +41,7 @@ TEST(Elementary, ResultsAreTheNearestDoubles)
 }
 
 // Every routine on simple and on odd arguments. Outputs that a routine leaves alone stay 7.
-TEST(Vector, RoutinesGiveWhatTheyGaveRightBefore)
+TEST(Vector, RoutinesMatchExpectedText)
 {
     const Vector points[] = {{1, 2, 3},     {4, 0, 8}, {0, 0, 0},        {2, 0, 0},    {0, 1, 0},
                              {-1, 0.5, -2}, {0, 0, 2}, {1e-6, -1e-6, 0}, {9e-6, 1, 0}, {0.003, 0, 0}};

@@ -12,7 +12,6 @@
 #include "growth/deferred_flows.h"
 #include "growth/growth_step.h"
 #include "growth/parameters.h"
-#include "growth/reference_step.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "growth/sources.h"
@@ -20,7 +19,6 @@
 #include "surface/surface.h"
 #include "temporary_file.h"
 
-// Ways to take so many steps.
 using Growth = void (*)(int steps);
 
 template<GrowthStep step>
@@ -38,10 +36,8 @@ static void WithDeferredFlows(int steps)
 
 static void ManyAtOnce(int steps)
 {
-    const long end = growthstate.steptotal + steps;
-    while (growthstate.steptotal < end)
-        IterateUntilStick(
-            static_cast<int>(std::min(end - growthstate.steptotal, 1 + growthstate.steptotal % 50)));
+    while (steps > 0)
+        steps -= IterateUntilStick(std::min(steps, 1 + steps % 50));
 }
 
 // Faces scattered at random, of very different sizes.
@@ -49,8 +45,7 @@ static void ScatterSurface(std::mt19937 &random)
 {
     std::uniform_real_distribution<double> u(-1, 1);
     nstltri = 0;
-    const int faces = 1 + static_cast<int>(random() % 200);
-    for (int i = 0; i < faces; i++) {
+    for (size_t faces = 1 + random() % 200; faces > 0; faces--) {
         const double size = std::pow(10, u(random));
         const Vector place = {12 * u(random), 12 * u(random), 12 * u(random)};
         Triangle t = {};

@@ -1,5 +1,3 @@
-#include "growth/reference_step.h"
-
 #include <algorithm>
 #include <array>
 #include <climits>
@@ -8,6 +6,7 @@
 #include "base/array.h"
 #include "geom/elementary.h"
 #include "growth/generators.h"
+#include "growth/scenario.h"
 #include "growth/state.h"
 #include "surface/surface.h"
 

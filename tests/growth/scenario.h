@@ -36,5 +36,8 @@ unsigned long long HashParticles(int count);
 // Grows by `step` until there are `particles` particles or `steps` steps have been taken.
 void Grow(GrowthStep step, int particles, long steps);
 
+// The growth step written from the rules, with plain scans: shares only the global records with the program's.
+void ReferenceStep();
+
 // A closed box of edge `size` about the origin as the surface, its faces outward or `inward`.
 void SetBoxSurface(double size, bool inward);

@@ -1,13 +1,11 @@
 #include "image/bitmap.h"
 
 #include <random>
-#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "golden.h"
-#include "temporary_file.h"
 
 static std::string File(const std::vector<Pixel> &pixels, int width, int height, int code)
 {
@@ -15,7 +13,7 @@ static std::string File(const std::vector<Pixel> &pixels, int width, int height,
 }
 
 // A small picture byte by byte in every code; and a large one of runs of all lengths.
-TEST(Bitmap, FilesToTheByte)
+TEST(Bitmap, MatchesExpectedText)
 {
     const std::vector<Pixel> small = {{1, 2, 3, 0}, {1, 2, 3, 255}, {1, 2, 3, 255}, {7, 8, 9, 7},
                                       {4, 5, 6, 7}, {4, 5, 7, 7},   {4, 6, 7, 7},   {5, 6, 7, 7}};

@@ -28,10 +28,10 @@ static std::string BinarySTL(uint32_t count, int faces, bool swap = false)
     return text;
 }
 
-static std::string Facet(const std::string &loop, const std::string &end, const std::string &z = "0")
+static std::string Facet(const std::string &loop, const std::string &end)
 {
-    return "facet normal 0 0 -1" + end + loop + end + "vertex 0 0 " + z + end + " vertex 1 0 " + z + end +
-           "vertex 0 1 " + z + end + "endloop" + end + "endfacet" + end;
+    return "facet normal 0 0 -1" + end + loop + end + "vertex 0 0 5" + end + " vertex 1 0 5" + end +
+           "vertex 0 1 5" + end + "endloop" + end + "endfacet" + end;
 }
 
 // The result, what is reported, but for the path, and the first faces.
@@ -56,8 +56,8 @@ TEST(STLReader, MatchesExpectedText)
     StartAfresh();
     options.debug = 1;
     const std::string contents[] = {
-        "solid a\n" + Facet("outer loop", "\n") + Facet("outer loop", "\n", "5") + "endsolid a\n",
-        " solid\r\n" + Facet("outerloop", "\r\n", "1e-3"),
+        "solid a\n" + Facet("outer loop", "\n") + Facet("outerloop", "\n") + "endsolid a\n",
+        " solid\r\n" + Facet("outer loop", "\r\n"),
         "  solid\n" + Facet("outer loop", "\n"), // binary: solid is too late
         "solid\n" + std::string(5000, 'x') + "\nouter loop VERTEX\n0 0 0 VERTEX 1 0 0 VERTEX\n\n 0 1 0\n",
         "solid a\nouter loop\nVERTEX 0 0 0 VERTEX 1 0 0 VERTEX\n\n 0 1 0\n",
