@@ -13,8 +13,7 @@
 #include "growth/roots.h"
 #include "growth/scenario.h"
 
-// Counts boxes, the radius being `later` after 500 of them: how many calls that takes, the levels, and a hash of what
-// there is after every call.
+// Counts boxes, the radius being `later` after 500 of them: a hash of what there is after every call, and the levels.
 static std::string Counted(double later)
 {
     StartBoxCount();
@@ -25,11 +24,10 @@ static std::string Counted(double later)
         hash = Hash(stats.boxcount, sizeof stats.boxcount, hash);
         if (nboxes > 0)
             hash = Hash(&boxes[nboxes - 1], sizeof(Box), hash);
-        if (calls == 500)
+        if (calls == 500 || ended)
             growthstate.radius = later;
-        if (ended)
-            text << calls << " calls, hash " << hash << ':';
     }
+    text << "hash " << hash << ':';
     for (int level = 0; level < kBoxLevels && stats.boxcount[level] >= 0; level++)
         text << ' ' << stats.boxcount[level] << " of " << stats.boxsize[level];
     return text.str() + '\n';

@@ -26,9 +26,7 @@ static GrowthState &g = growthstate;
 static const Run kRuns[] = {
     {"steps", 3000, {}},
     {"ring of 15 roots, z", 300, {{&g.roottype, kRootRingZ}, {&g.nroots, 15}}},
-    {"ring of 20 roots, x, associated",
-     300,
-     {{&g.roottype, kRootRingX}, {&g.nroots, 20}, {&g.association, 1}}},
+    {"ring of 20, x, associated", 300, {{&g.roottype, kRootRingX}, {&g.nroots, 20}, {&g.association, 1}}},
     {"ring of 7 roots, y", 300, {{&g.roottype, kRootRingY}, {&g.nroots, 7}}},
     {"random roots", 300, {{&g.roottype, kRootRandomY}, {&g.nroots, 9}, {&g.bias, 1}}},
     {"plane, short branches", 300, {{&g.sourcetype, kSourcePlaneX}, {&g.branchlength, 0.3}}},

@@ -7,9 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "base/array.h"
+#include "export/appearance.h"
 #include "export/information.h"
+#include "export/slices.h"
 #include "export/vrml.h"
 #include "golden.h"
+#include "growth/growth_step.h"
 #include "growth/scenario.h"
 #include "surface/surface.h"
 
@@ -61,24 +64,13 @@ TEST_F(Exports, FormatsMatchExpectedFiles)
         ExpectGolden("../export/expected/" + std::string(row.name),
                      Shortened(Model(row.format, row.mode), row.lines));
     options.surfacemode = kSurfaceOff;
-    EXPECT_EQ(Model(kFormatSTL, 0), "");
-}
-
-// Modes that no menu asks for, association, and aggregates of roots alone, and of nothing.
-TEST_F(Exports, OddAggregatesMatchExpectedText)
-{
-    std::ostringstream text;
-    nstltri = 0;
-    for (const auto &[particles, nroots] : {std::pair(5, 2), {5, 3}, {2, 2}, {0, 0}}) {
-        ncells = particles;
-        growthstate.nroots = nroots;
-        growthstate.association = nroots == 3;
-        growthstate.maxweight = particles == 5 ? 3 : 0;
-        for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM, kFormatPointDXF, kFormatPointGEOM})
-            for (const int mode : {int{kModeChains}, int{kModeSegments}, kModeFineMesh + 1})
-                text << format << ' ' << mode << ": " << Shortened(Model(format, mode) + '\n', 0);
-    }
-    ExpectGolden("../export/expected/odd.txt", text.str());
+    std::string text = Model(kFormatSTL, 0);
+    growthstate.association = 1;              // a texture for each root
+    for (ncells = 5; ncells > 0; ncells -= 3) // then roots alone
+        for (const int format : {kFormatPOV, kFormatVRML, kFormatGEOM})
+            for (const int mode : {kModeChains, kModeSegments})
+                text += Shortened(Model(format, mode), 20);
+    ExpectGolden("../export/expected/association.txt", text);
 }
 
 TEST_F(Exports, InformationMatchesExpectedText)
@@ -109,12 +101,72 @@ TEST(VRML, NodesMatchExpectedText)
         TextWriter out(file);
         for (const int n : {3, -5, 25})
             WRLSphere3(out, n, {1, 2, 3}, {0, 1, 0}, -2);
-        for (const bool caps : {false, true})
-            for (const auto &[r1, r2] : {std::pair(1, 1), {1, 0}, {0, 1}})
-                WRLCone2(out, 3, caps, {}, {1, 2, 3}, {0, 1, 0}, r1, r2);
-        WRLCone2(out, 3, true, {}, {0, 2, 0}, {0, 1, 0}, 1, 1);
+        for (const auto &[r1, r2] : {std::pair(1, 1), {1, 0}, {0, 1}})
+            WRLCone2(out, 3, r1 == r2, {}, {1, 2, 3}, {0, 1, 0}, r1, r2);
+        WRLCone2(out, 3, true, {}, {0, 2, 0}, {0, 1, 0}, 1, 0.5);
         WRLCone2(out, 0, true, {}, {1, 0, 0}, {}, 1, 1);
-        WRLFace(out, {}, {1, 1, 1});
     });
     ExpectGolden("vrml_nodes.txt", Shortened(text, 30));
+}
+
+TEST(Colour, MapsAndParticlesMatchExpectedText)
+{
+    std::ostringstream text;
+    const auto print = [&](Colour c) { text << c.r << ' ' << c.g << ' ' << c.b << "; "; };
+    for (const auto &[first, last, type] : {std::tuple(0., 1., 1), {1., 0., 1}, {2., 2., 1}, {2., 2., 0}})
+        for (double v = -0.05; v <= 2; v += 0.1)
+            print(GetColour(v, first, last, type));
+    for (const auto &[association, nroots] : {std::pair(0, 30), {1, 0}, {1, 1}, {1, 3}, {1, 30}}) {
+        StartWith({{&growthstate.nroots, 30}, {&growthstate.roottype, kRootRingX}});
+        growthstate.nroots = nroots;
+        growthstate.association = association;
+        growthstate.maxweight = 9; // a third of it and more is red
+        for (int i = 0; i < ncells; i++)
+            cells[i].weight = i / 3.0;
+        for (int mode = 0; mode <= 5; mode++) {
+            text << '\n';
+            for (const int i : {0, 1, 2, 5, 9, 20, 21, 29})
+                print(ChooseColour(i, mode));
+        }
+    }
+    ExpectGolden("colours.txt", text.str());
+}
+
+// What DoSlice reports and returns, and the files, each shortened.
+static std::string Sliced(Vector n, bool isblocked = false)
+{
+    const TemporaryDirectory directory;
+    if (isblocked)
+        std::filesystem::create_directory("slice_001.txt");
+    testing::internal::CaptureStderr();
+    const SliceResult result = DoSlice(".", 4, n, stderr);
+    std::string text = Shortened(testing::internal::GetCapturedStderr(), 8);
+    if (result.fault)
+        text += "fault: " + result.fault.line + "; unopened: " + result.unopened + "\n";
+    for (const char *name : {"slice_000.txt", "slice_001.txt", "slice_002.txt", "slice_003.txt"})
+        text += std::string(name) + ":\n" + Shortened(ReadWhole(name), 6);
+    return text;
+}
+
+TEST(Slices, MatchExpectedText)
+{
+    StartWith({{&growthstate.nroots, 3}, {&growthstate.roottype, kRootRingZ}});
+    Grow(IterateSystem, 400, 10000000);
+    Vector oblique = {1, -2, 0.5};
+    Normalise(&oblique);
+    std::string text;
+    for (options.debug = 1; options.debug >= 0; options.debug--)
+        for (const Vector n : {Vector{0, 0, 1}, Vector{1, 0, 0}, oblique})
+            text += Sliced(n);
+    options.debug = 0;
+    text += Sliced({0, 0, 1}, true);
+    ncells = 0; // along planes, and across one at a grazing angle
+    for (const Vector &p :
+         {Vector{0, 0, 0}, {2, 0, 0}, {2, 1, 1}, {3, 1, 1}, {3, 1, 1 - 1e-6}, {7, 1, 1 + 1e-6}, {7, 1, -3}})
+        AppendToArray(&cells, &ncells, Particle{p, 0, ncells - 1, 0});
+    for (const double radius : {2.0, 0.0, double(INFINITY), double(NAN)}) {
+        growthstate.radius = radius;
+        text += Sliced({0, 0, 1});
+    }
+    ExpectGolden("slices.txt", text);
 }

@@ -15,7 +15,6 @@
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "growth/sources.h"
-#include "search/neighbour_search.h"
 #include "surface/surface.h"
 #include "temporary_file.h"
 
@@ -122,19 +121,4 @@ TEST(History, StepsEqualTheReference)
         EXPECT_EQ(Difference(expected, TakeOutcome()), "") << "history " << seed;
     }
     EXPECT_GT(stuck, 30 * SARKELO_HISTORIES) << "too little grew to compare";
-}
-
-TEST(History, AMovedParticleIsFound)
-{
-    StartWith({{&growthstate.bias, 0}});
-    Grow(IterateSystem, 31, 1000000);
-    EXPECT_LT(CurrentFreeBall().radius2, 0); // no ball is free for sure once a particle has stuck
-    cells[30].p = {100, 100, 100};
-    growthstate.radius = 500;
-    for (int i = 0; i < 200 && ncells == 31; i++) {
-        growthstate.pos = {100, 100, 100.9};
-        growthstate.stepcount = 1;
-        IterateSystem();
-    }
-    EXPECT_TRUE(ncells == 32 && cells[31].parent == 30);
 }

@@ -1,11 +1,15 @@
 #include "surface/surface.h"
 
+#include <algorithm>
+#include <cstring>
+
 #include <gtest/gtest.h>
 
 #include "base/array.h"
 #include "golden.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
+#include "surface/stl_reader.h"
 
 // Everything that follows from the corners, of bad faces, of good ones and after transforms.
 TEST(Surface, FacesMatchExpectedText)
@@ -48,4 +52,76 @@ TEST(Surface, FacesMatchExpectedText)
     for (const int id : {1, 2, 3, 11, 12, 13, 21, 22, 23, 31, 100, 7})
         text << id << ' ' << BuildSample(id) << ' ' << growthstate.surfacename << ": " << nstltri << '\n';
     ExpectGolden("faces.txt", text.str());
+}
+
+// A binary STL file of `count` announced faces and `faces` present ones: face k spans (k,0,0), (k+1,0,0), (k,1,0).
+static std::string BinarySTL(uint32_t count, int faces, bool swap = false)
+{
+    std::string text(80, '\0');
+    const auto add = [&](const void *data) {
+        text.append(static_cast<const char *>(data), 4);
+        if (swap)
+            std::reverse(text.end() - 4, text.end());
+    };
+    add(&count);
+    for (float k = 0; k < static_cast<float>(faces); k++) {
+        for (const float value : {9.F, 9.F, 9.F, k, 0.F, 0.F, k + 1, 0.F, 0.F, k, 1.F, 0.F})
+            add(&value);
+        text += "ab";
+    }
+    return text;
+}
+
+static std::string Facet(const std::string &loop, const std::string &end)
+{
+    return "facet normal 0 0 -1" + end + loop + end + "vertex 0 0 5" + end + " vertex 1 0 5" + end +
+           "vertex 0 1 5" + end + "endloop" + end + "endfacet" + end;
+}
+
+// The result, what is reported, but for the path, and the first faces.
+static std::string Read(const std::string &content, const char *path = nullptr)
+{
+    SetBoxSurface(2, false); // a surface there before
+    strcpy(growthstate.surfacename, "Old");
+    const TemporaryFile file(content);
+    testing::internal::CaptureStderr();
+    std::ostringstream text;
+    text << ReadSTLFile(path == nullptr ? file.path() : path) << ' ' << growthstate.surfacename << ' '
+         << nstltri << " faces\n";
+    const std::string reported = testing::internal::GetCapturedStderr();
+    text << reported.substr(0, reported.find("/tmp"));
+    for (int k = 0; k < nstltri && k < 4; k++)
+        text << stltri[k].p[0].x << ' ' << stltri[k].p[1].x << ' ' << stltri[k].p[2].y << '\n';
+    return text.str();
+}
+
+TEST(STLReader, MatchesExpectedText)
+{
+    StartAfresh();
+    options.debug = 1;
+    const std::string contents[] = {
+        "solid a\n" + Facet("outer loop", "\n") + Facet("outerloop", "\n") + "endsolid a\n",
+        " solid\r\n" + Facet("outer loop", "\r\n"),
+        "  solid\n" + Facet("outer loop", "\n"), // binary: solid is too late
+        "solid\n" + std::string(5000, 'x') + "\nouter loop VERTEX\n0 0 0 VERTEX 1 0 0 VERTEX\n\n 0 1 0\n",
+        "solid a\nouter loop\nVERTEX 0 0 0 VERTEX 1 0 0 VERTEX\n\n 0 1 0\n",
+        "solid\nouter loop\nvertex 1 2\nvertex 3 4 5\n",
+        "",
+        "solid\r" + Facet("outer loop", "\r"),
+        "solid\n" + std::string(995, 'x') + "outer loop\nv 0 0 0 v 1 0 0 v 0 1 0\n", // in no line of 1000
+        BinarySTL(3, 3),
+        BinarySTL(4, 2),
+        BinarySTL(4, 2).substr(0, 100),
+        BinarySTL(0, 0),
+        BinarySTL(10000000, 1).substr(0, 100),
+        BinarySTL(10000001, 2),
+        BinarySTL(0x80000000U, 2),
+    };
+    std::string text = "missing: " + Read("", "/no/such/file");
+    for (const std::string &content : contents)
+        text += "file " + std::to_string(&content - contents) + ": " + Read(content);
+    options.byteswap = 1;
+    text += "swapped: " + Read(BinarySTL(3, 3, true));
+    ExpectGolden("stl_files.txt", text);
+    options.debug = options.byteswap = 0;
 }
