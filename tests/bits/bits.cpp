@@ -60,18 +60,6 @@ static void Grow(const Run &run)
         WalkUntilStick(1000);
 }
 
-// All built-in surfaces, turned, with what is derived from their corners.
-static void PrintSurfaces()
-{
-    unsigned long long hash = Hash(nullptr, 0);
-    for (const Sample &sample : Samples()) {
-        BuildSample(sample.id);
-        TransformSTL({1, 1.1, 1.2}, {1, 2, 3}, {12, 345, 67});
-        hash = Hash(stltri, nstltri * sizeof *stltri, hash);
-    }
-    Print("built-in surfaces, turned", hash);
-}
-
 // What is saved of an aggregate in a surface, statistics included.
 static void PrintFiles()
 {
@@ -98,6 +86,12 @@ int main()
         Grow(run);
         Print(run.name, HashParticles(run.particles));
     }
-    PrintSurfaces();
+    unsigned long long surfaces = Hash(nullptr, 0);
+    for (const Sample &sample : Samples()) {
+        BuildSample(sample.id);
+        TransformSTL({1, 1.1, 1.2}, {1, 2, 3}, {12, 345, 67});
+        surfaces = Hash(stltri, nstltri * sizeof *stltri, surfaces);
+    }
+    Print("built-in surfaces, turned", surfaces);
     PrintFiles();
 }

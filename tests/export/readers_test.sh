@@ -1,6 +1,5 @@
 #!/usr/bin/env bash
-# Other programs read the exports, and write surfaces that are read: a renderer, a mesh checker, a slicer for printers, readers of
-# VRML, DXF, VTK and PLY. readers_test.sh SARKELO-GROW
+# readers_test.sh SARKELO-GROW: other programs read the exports, and write surfaces that are read.
 set -eu
 grow=$1
 work=$(mktemp -d)
@@ -21,8 +20,7 @@ roots=(--set roots.count=3 --set "roots.distribution=Ring: z axis plane" --set g
 "$grow" "${cylinder[@]}" --particles 1500 -o one.sarkelo.h5 --save pov-sweep:a.pov --save pov-cones:b.pov --save a.dxf --quiet
 "$grow" "${roots[@]}" --particles 1500 -o three.sarkelo.h5 --save pov-sweep:c.pov --save pov-cones:d.pov --save b.dxf --quiet
 for scene in a b c d; do
-    povray +I$scene.pov +O$scene.ppm +FP +W160 +H120 -D +A >log 2>&1 || fail "$scene.pov does not render"
-    ! grep -q "Parse Error\|Possible Parse" log || fail "$scene.pov has parse errors"
+    povray +I$scene.pov +O$scene.ppm +FP +W160 +H120 -D +A >log 2>&1 && ! grep "Possible Parse" log || fail "$scene.pov is not rendered"
     lit=$(pnmnoraw $scene.ppm | tail -n +4 | tr -s ' \n' '\n' | awk 'NF && $1 > 20 { n++ } END { print n + 0 }')
     [ "$lit" -gt 600 ] || fail "$scene.pov renders to a black picture"
     osgconv $scene.wrl $scene.osgt >log 2>&1 || fail "$scene.wrl is not read"
@@ -63,12 +61,12 @@ parent = particles["parent"][:]
 reader = vtk.vtkXMLPolyDataReader()
 reader.SetFileName("body.vtp")
 reader.Update()
-points = reader.GetOutput().GetPointData()
-assert (vtk_to_numpy(reader.GetOutput().GetPoints().GetData()) == particles["position"][:]).all()
-assert (vtk_to_numpy(points.GetArray("flow")) == particles["flow"][:]).all()
-distance = vtk_to_numpy(points.GetArray("branches_from_root"))
+body = reader.GetOutput()
+assert (vtk_to_numpy(body.GetPoints().GetData()) == particles["position"][:]).all()
+assert (vtk_to_numpy(body.GetPointData().GetArray("flow")) == particles["flow"][:]).all()
+distance = vtk_to_numpy(body.GetPointData().GetArray("branches_from_root"))
 assert distance[0] == 0 and (distance[1:] == distance[parent[1:]] + 1).all()
-lines = vtk_to_numpy(reader.GetOutput().GetLines().GetData()).reshape(-1, 3)
+lines = vtk_to_numpy(body.GetLines().GetData()).reshape(-1, 3)
 assert (lines == np.stack([np.full(1999, 2), parent[1:], np.arange(1, 2000)], axis=1)).all()
 
 for name in "body.ply", "apex.ply":

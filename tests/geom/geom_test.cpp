@@ -1,5 +1,3 @@
-// Elementary functions against MPFR, vectors against a text.
-
 #include <cmath>
 #include <random>
 

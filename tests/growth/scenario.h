@@ -9,14 +9,12 @@
 
 using GrowthStep = void (*)();
 
-// A field of a parameter, and its value.
 struct Setting {
-    const void *field;
+    const void *field; // of a parameter
     double value;
 };
 
-// Everything that a run decides, as numbers.
-using Outcome = std::vector<double>;
+using Outcome = std::vector<double>; // everything that a run decides
 
 // All growth parameters at their defaults, no surface, one root at the origin, as at program start.
 void StartAfresh();
@@ -27,7 +25,7 @@ void StartWith(const std::vector<Setting> &settings);
 // What the run has left; draws once from each generator.
 Outcome TakeOutcome();
 
-// Empty when two outcomes are the same to the last bit, else what differs first.
+// What differs first, empty when all is the same to the last bit.
 std::string Difference(const Outcome &a, const Outcome &b);
 
 // FNV-1a over position, weight and parent of the first `count` particles.
