@@ -60,7 +60,6 @@ static void Grow(const Run &run)
         WalkUntilStick(1000);
 }
 
-// What is saved of an aggregate in a surface, statistics included.
 static void PrintFiles()
 {
     Grow({"", 200, {}, 2, {1, 1, 1}, {5, 6, 7}});

@@ -53,7 +53,6 @@ protected:
     }
 };
 
-// The finer meshes and the formats that no menu has are among the hashes of tests/bits.
 TEST_F(Exports, FormatsMatchExpectedFiles)
 {
     const struct {

@@ -12,7 +12,6 @@ fail() {
     exit 1
 }
 
-# Within the built-in cylinder, which has 288 faces, and from three associated roots.
 cylinder=(--set surface.sample=Cylinder)
 roots=(--set roots.count=3 --set "roots.distribution=Ring: z axis plane" --set growth.association=true)
 "$grow" "${cylinder[@]}" --particles 100 -o small.sarkelo.h5 --quiet \

@@ -12,7 +12,6 @@ static std::string File(const std::vector<Pixel> &pixels, int width, int height,
     return Written([&](FILE *file) { Write_Bitmap(file, pixels.data(), width, height, code); });
 }
 
-// A small picture byte by byte in every code; and a large one of runs of all lengths.
 TEST(Bitmap, MatchesExpectedText)
 {
     const std::vector<Pixel> small = {{1, 2, 3, 0}, {1, 2, 3, 255}, {1, 2, 3, 255}, {7, 8, 9, 7},
