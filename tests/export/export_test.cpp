@@ -101,7 +101,8 @@ TEST(VRML, NodesMatchExpectedText)
         for (const int n : {3, -5, 25})
             WRLSphere3(out, n, {1, 2, 3}, {0, 1, 0}, -2);
         for (const auto &[r1, r2] : {std::pair(1, 1), {1, 0}, {0, 1}})
-            WRLCone2(out, 3, r1 == r2, {}, {1, 2, 3}, {0, 1, 0}, r1, r2);
+            for (const bool caps : {false, true})
+                WRLCone2(out, 3, caps, {}, {1, 2, 3}, {0, 1, 0}, r1, r2);
         WRLCone2(out, 3, true, {}, {0, 2, 0}, {0, 1, 0}, 1, 0.5);
         WRLCone2(out, 0, true, {}, {1, 0, 0}, {}, 1, 1);
     });

@@ -39,7 +39,6 @@ static void ManyAtOnce(int steps)
         steps -= IterateUntilStick(std::min(steps, 1 + steps % 50));
 }
 
-// Faces scattered at random, of very different sizes.
 static void ScatterSurface(std::mt19937 &random)
 {
     std::uniform_real_distribution<double> u(-1, 1);
