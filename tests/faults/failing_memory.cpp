@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <new>
 
 #include "fakes/recorder.h"
 
@@ -16,14 +15,13 @@ static bool Fails()
     if (!memory.armed || OwnAllocations::depth > 0)
         return false;
     memory.calls++;
-    const bool now = memory.calls == memory.first;
-    const bool later = memory.andallthatfollow && memory.calls > memory.first;
-    if (now || later)
+    const bool fails = memory.andallthatfollow ? memory.calls >= memory.first : memory.calls == memory.first;
+    if (fails)
         errno = ENOMEM;
-    return now || later;
+    return fails;
 }
 
-// The linker sends every call of `name` to the second function (--wrap).
+// The linker sends every call of `name` to the second function (--wrap), those of operator new as well.
 #define WRAP(result, name, parameters, arguments, failure)                                                   \
     extern "C" result __real_##name parameters;                                                              \
     extern "C" result __wrap_##name parameters                                                               \
@@ -33,34 +31,6 @@ static bool Fails()
 WRAP(void *, malloc, (size_t size), (size), nullptr)
 WRAP(void *, calloc, (size_t number, size_t size), (number, size), nullptr)
 WRAP(void *, realloc, (void *old, size_t size), (old, size), nullptr)
+WRAP(void *, aligned_alloc, (size_t alignment, size_t size), (alignment, size), nullptr)
 WRAP(FILE *, fopen, (const char *path, const char *mode), (path, mode), nullptr)
 WRAP(FILE *, fdopen, (int file, const char *mode), (file, mode), nullptr)
-
-void *operator new(size_t size, std::align_val_t alignment)
-{
-    const auto unit = static_cast<size_t>(alignment);
-    void *memory = Fails() ? nullptr : aligned_alloc(unit, (size / unit + 1) * unit);
-    if (memory == nullptr)
-        throw std::bad_alloc();
-    return memory;
-}
-void *operator new(size_t size)
-{
-    return operator new(size, std::align_val_t(sizeof(std::max_align_t)));
-}
-void operator delete(void *memory) noexcept
-{
-    free(memory);
-}
-void operator delete(void *memory, size_t) noexcept
-{
-    free(memory);
-}
-void operator delete(void *memory, std::align_val_t) noexcept
-{
-    free(memory);
-}
-void operator delete(void *memory, size_t, std::align_val_t) noexcept
-{
-    free(memory);
-}

@@ -31,6 +31,9 @@
 
 namespace fs = std::filesystem;
 
+// The files of the current directory, and the records under the name ""
+using State = std::map<std::string, std::string>;
+
 namespace
 {
 struct Action {
@@ -40,16 +43,13 @@ struct Action {
     bool stops = false;                    // growth may stop on the way, and keeps what has grown
 };
 
-// The records, under the name "", and the files of the current directory
-using State = std::map<std::string, std::string>;
-
 struct Failure {
     FailingMemory memory = {};
     rlim_t room = RLIM_INFINITY; // bytes beyond which no file grows
 };
 } // namespace
 
-// Most allocations of an action that are tried, and most sizes of a disk
+// Most allocations of an action that are tried, most sizes of a disk, and particles before the action
 constexpr long kAllocations = 40;
 constexpr size_t kRooms = 25;
 constexpr int kPrepared = 60;
@@ -90,24 +90,16 @@ static State TakeState()
     return state;
 }
 
-static void PrintLine(const Fault &fault)
+static void Report(const Fault &fault)
 {
-    if (fault)
-        fprintf(stderr, "%s\n", fault.line.c_str());
-}
-
-static void GrowByBatch(const Recipe &stops)
-{
-    RunRecord run;
-    if (Grow({stops, {}, 0, true}, &run) != (ncells == stops.particles ? kStopReached : kOutOfMemory))
-        abort();
+    fputs(fault.line.c_str(), stderr);
 }
 
 static void ReadBack(const std::string &path)
 {
     StoredAggregate stored;
     const Fault fault = ReadAggregate(path, &stored);
-    PrintLine(fault);
+    Report(fault);
     if (!fault)
         ResumeRun(std::move(stored));
 }
@@ -129,77 +121,73 @@ static void DrawFilm()
     request.fits = true;
     request.film = 2;
     try {
-        PrintLine(DrawPictures(request));
+        Report(DrawPictures(request));
     } catch (const std::bad_alloc &) {
         fputs("not enough memory", stderr);
     }
 }
 
-static std::vector<Action> ListActions(const fs::path &inputs)
+static void DrawFrames(int count)
 {
-    std::vector<Action> actions;
-    const auto choose = [&](const std::string &name, const fs::path &file, auto menu, int id) {
-        actions.push_back({name, [=] { menu(id); }, [=] { fakefile = file; }});
-    };
-    const auto mainmenu = Guarded<HandleMainMenu>;
-    for (int id = 1; id <= 10; id++)
-        choose("save " + std::to_string(id), "saved", Guarded<HandleSaveMenu>, id);
-    choose("save surface", "saved", mainmenu, kCommandSaveSurface);
-    choose("information", "saved", mainmenu, kCommandInformation);
-    for (const char *file : {"stl/ascii", "stl/little"})
-        choose(file, fs::path(SARKELO_TESTS "/fuzz") / file, mainmenu, kCommandReadSurface);
-    for (const char *file : {"seeds/three", "stl/little"})
-        choose(file, fs::path(SARKELO_TESTS "/fuzz") / file, mainmenu, kCommandReadSeeds);
-    for (const int id : {12, 100})
-        choose("sample " + std::to_string(id), "", Guarded<HandleSampleMenu>, id);
-    for (int mode = 1; mode <= 5; mode++)
-        choose("surface in mode " + std::to_string(mode), "", Guarded<HandleSTLMenu>, mode);
-    choose("restart", "", mainmenu, kCommandRestart);
-    const auto display = Guarded<HandleDisplay, kRepeatedCallback>;
-    const auto add = [&](const char *name, const std::function<void()> &act) {
-        actions.push_back({name, act});
-    };
-    for (int mode = 1; mode <= 5; mode++)
-        add("frame", [=] {
-            options.dlamode = options.surfacemode = mode;
-            display();
-        });
-    add("transform", [] {
-        fl_set_input(stlform->scalex, "2");
-        Work(stlform->apply);
-    });
-    add("number of roots", [] { Type(settingform->nroots, "25"); });
-    add("range of roots", [] { Type(settingform->rootrange, "12"); });
-    add("association", [] {
-        fakebutton = 1;
-        Work(settingform->association);
-    });
-    add("box count", CountAllBoxes);
-    add("slice", [] { Work(sliceform->slice); });
-    add("recording", [=] {
-        options.recordframes = 1;
-        for (int frame = 0; frame < 5; frame++)
-            display();
-        options.recordframes = 0;
-    });
-    add("film", DrawFilm);
+    for (int frame = 0; frame < count; frame++)
+        Guarded<HandleDisplay, kRepeatedCallback>();
+}
+
+static void DrawInMode(int mode)
+{
+    options.dlamode = options.surfacemode = mode;
+    DrawFrames(1);
+}
+
+static void GrowInWindow()
+{
+    for (int i = 0; i < 2000 && ncells < 100; i++)
+        HandleIdle(); // also once growth has stopped: there is no second message
+}
+
+static void GrowByBatch(const Recipe &stops)
+{
+    RunRecord run;
+    if (Grow({stops, {}, 0, true}, &run) != (ncells == stops.particles ? kStopReached : kOutOfMemory))
+        abort();
+}
+
+static std::vector<Action> ListActions(const std::string &aggregate)
+{
     RunRecord run;
     run.view.aperture = 60;
-    add("write aggregate", [=] { PrintLine(WriteAggregate("saved", run)); });
-    const std::string aggregate = inputs / "a.h5";
-    actions.push_back({"read aggregate", [=] { ReadBack(aggregate); },
-                       [=] {
-                           WriteAggregate(aggregate, run);
-                           StartAfresh();
-                       }});
-    const auto growinturns = [] {
-        for (int i = 0; i < 2000 && ncells < 100; i++)
-            HandleIdle(); // also once growth has stopped: there is no second message
-    };
-    actions.push_back({kWindowGrowth, growinturns, DropNeighbourIndex, true});
     Recipe stops;
     stops.particles = 300;
-    actions.push_back({"growth by sarkelo-grow", [=] { GrowByBatch(stops); }, [] {}, true});
+    const auto writeandforget = [=] { WriteAggregate(aggregate, run), StartAfresh(); };
+    std::vector<Action> actions = {
+        {"transform", [] { fl_set_input(stlform->scalex, "2"), Work(stlform->apply); }},
+        {"number of roots", [] { Type(settingform->nroots, "25"); }},
+        {"range of roots", [] { Type(settingform->rootrange, "12"); }},
+        {"association", [] { fakebutton = 1, Work(settingform->association); }},
+        {"box count", CountAllBoxes},
+        {"slice", [] { Work(sliceform->slice); }},
+        {"recording", [] { options.recordframes = 1, DrawFrames(5), options.recordframes = 0; }},
+        {"film", DrawFilm},
+        {"write aggregate", [=] { Report(WriteAggregate("saved", run)); }},
+        {"read aggregate", [=] { ReadBack(aggregate); }, writeandforget},
+        {kWindowGrowth, GrowInWindow, DropNeighbourIndex, true},
+        {"growth by sarkelo-grow", [=] { GrowByBatch(stops); }, [] {}, true},
+    };
+    const auto choose = [&](auto menu, std::initializer_list<int> entries, const fs::path &file) {
+        for (const int entry : entries)
+            actions.push_back({"entry " + std::to_string(entry) + " " + file.string(), [=] { menu(entry); },
+                               [=] { fakefile = file; }});
+    };
+    const auto mainmenu = Guarded<HandleMainMenu>;
+    const fs::path inputs = SARKELO_TESTS "/fuzz";
+    choose(Guarded<HandleSaveMenu>, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10}, "saved");
+    choose(mainmenu, {kCommandSaveSurface, kCommandInformation, kCommandRestart}, "saved");
+    choose(mainmenu, {kCommandReadSurface}, inputs / "stl/ascii");
+    choose(mainmenu, {kCommandReadSurface, kCommandReadSeeds}, inputs / "stl/little");
+    choose(mainmenu, {kCommandReadSeeds}, inputs / "seeds/three");
+    choose(Guarded<HandleSampleMenu>, {12, 100}, "");
+    choose(Guarded<HandleSTLMenu>, {1, 2, 3, 4, 5}, "");
+    choose(DrawInMode, {1, 2, 3, 4, 5}, "");
     return actions;
 }
 
@@ -220,18 +208,17 @@ static std::string ActWith(const Failure &failure, const Action &action)
     failingmemory.armed = false;
     setrlimit(RLIMIT_FSIZE, &old);
     std::string text(1 << 16, ' ');
-    const ssize_t count = read(ends[0], text.data(), text.size());
-    text.resize(static_cast<size_t>(std::max(count, ssize_t{0})));
+    text.resize(static_cast<size_t>(std::max(read(ends[0], text.data(), text.size()), ssize_t{0})));
     for (const Call &box : CallsOf("fl_show_message"))
         text += Text(box);
     return text;
 }
 
-static std::string JudgeStop(const Action &action, const std::string &message, Vector kept)
+static std::string JudgeStop(const Action &action, const std::string &message, Vector newest)
 {
     const int grown = ncells;
     const std::string stop = "Out of memory: growth stopped at " + std::to_string(grown) + " particles\n";
-    if (growthstate.running || grown < kPrepared || cells[kPrepared - 1].p != kept ||
+    if (growthstate.running || grown < kPrepared || cells[kPrepared - 1].p != newest ||
         message != (action.name == kWindowGrowth ? stop : ""))
         return "growth has not stopped as it should: " + message;
     growthstate.running = 1;
@@ -254,14 +241,14 @@ static std::string Judge(const Action &action, const Failure &failure, State ful
     for (const State &names : {before, full, after})
         for (const auto &[name, ignored] : names) {
             if (after[name] != before[name] && after[name] != full[name])
-                return (name.empty() ? "the records" : name) + " half done";
+                return name + " is half done"; // "": the records
             named |=
                 after[name] != full[name] && message.find("Cannot write \"" + name + "\": ") < message.size();
         }
     if (message.empty() || !named)
         return "not done, and the user reads \"" + message + "\"";
 
-    // The program goes on, and what is left of the failure does no harm to another try.
+    // What is left of the failure does no harm to a frame and another try.
     HandleDisplay();
     if (after[""] != before[""])
         return "";
@@ -289,19 +276,29 @@ static std::string InAProcess(const fs::path &answer, const std::function<std::s
     return status == 0 ? ReadWhole(answer) : "ended with status " + std::to_string(status);
 }
 
+// What fails in turn, for an action with so many allocations whose largest file has so many bytes
+static std::vector<Failure> ListFailures(long allocations, size_t largest)
+{
+    std::vector<Failure> failures;
+    for (long k = 1; k <= allocations; k += 1 + allocations / kAllocations)
+        for (const bool andallthatfollow : {false, true})
+            failures.push_back({{true, k, andallthatfollow, 0}});
+    for (size_t room = 0; room < largest; room += 1 + largest / kRooms)
+        failures.push_back({{}, room});
+    return failures;
+}
+
 TEST(Faults, NothingIsLostHalfDoneOrHidden)
 {
-    const TemporaryDirectory inputdirectory;
-    const fs::path inputs = inputdirectory.path;
-    const TemporaryDirectory directory;
-    signal(SIGXFSZ, SIG_IGN); // as the program does
-    int tried = 0;
-    for (const Action &action : ListActions(inputs)) {
+    const TemporaryDirectory inputs, directory; // the second is the current one
+    signal(SIGXFSZ, SIG_IGN);                   // as the program does
+    size_t tried = 0;
+    for (const Action &action : ListActions(inputs.path / "a.h5")) {
         const auto tryonce = [&](const std::function<std::string()> &work) {
             for (const auto &entry : fs::directory_iterator("."))
                 fs::remove(entry.path());
             std::ofstream("saved") << kEarlier;
-            return InAProcess(inputs / "answer", [&] {
+            return InAProcess(inputs.path / "answer", [&] {
                 PrepareRun();
                 action.prepare();
                 return work();
@@ -321,17 +318,12 @@ TEST(Faults, NothingIsLostHalfDoneOrHidden)
             const std::string &content = full[entry.path().filename()] = ReadWhole(entry.path());
             largest = std::max(largest, content == kEarlier ? 0 : content.size());
         }
-        std::vector<Failure> failures;
-        for (long k = 1; k <= allocations; k += 1 + allocations / kAllocations)
-            for (const bool andallthatfollow : {false, true})
-                failures.push_back({{true, k, andallthatfollow, 0}});
-        for (size_t room = 0; room < largest; room += 1 + largest / kRooms)
-            failures.push_back({{}, room});
-        for (const Failure &failure : failures)
+        for (const Failure &failure : ListFailures(allocations, largest)) {
             EXPECT_EQ(tryonce([&] { return Judge(action, failure, full); }), "")
                 << action.name << ": allocation " << failure.memory.first << " of " << allocations
                 << (failure.memory.andallthatfollow ? " and all after it" : "") << ", room " << failure.room;
-        tried += static_cast<int>(failures.size());
+            tried++;
+        }
     }
     EXPECT_GT(tried, 1000);
 }

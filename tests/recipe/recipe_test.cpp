@@ -34,29 +34,21 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
     const std::pair<std::string, std::string> rows[] = {
         {"", "0 "},
         {"surface.file = 'bare'", "0 "}, // without the last two bytes, which mean nothing
-        {"growth.bias = 1", "0 "},
         {"growth.branch_length = 1e16", "0 "},
         {"roots.file = 'two'\nroots.count = 1", "0 "},
         {"\ngrowth.stickiness = 101", "2 r:2: growth.stickiness is 101; allowed: numbers from 1 to 100 (%)"},
-        {"growth.stickiness = 0.5", "2 r:1: growth.stickiness is 0.5; allowed: numbers from 1 to 100 (%)"},
-        {"growth.stickiness = '9'", "2 r:1: growth.stickiness is \"9\"; allowed: numbers from 1 to 100 (%)"},
         {"growth.branch_length = inf",
          "2 r:1: growth.branch_length is inf; allowed: numbers from 0.01 (length)"},
         {"growth.seed = 1.0", "2 r:1: growth.seed is 1.0; allowed: whole numbers from 0 to 2147483647"},
         {"growth.association = 1", "2 r:1: growth.association is 1; allowed: false, true"},
-        {"growth.association = 'true'", "2 r:1: growth.association is \"true\"; allowed: false, true"},
         {"growth.walk = 'flight'", "2 r:1: growth.walk is \"flight\"; allowed: \"steps\", \"flights\""},
         {"[surface]\nscale = [1, 2]", "2 r:2: surface.scale is [ 1, 2 ]; allowed: three numbers"},
         {"surface.scale = [1, 2, inf]", "2 r:1: surface.scale is [ 1, 2, inf ]; allowed: three numbers"},
-        {"surface.file = 3", "2 r:1: surface.file is 3; allowed: the path of a file"},
         {"surface.file = \"a\\u0000\"", "2 r:1: surface.file is \"a\\u0000\"; allowed: the path of a file"},
         {"stop.minutes = 0", "2 r:1: stop.minutes is 0; allowed: numbers above 0 (minutes)"},
-        {"stop.particles = 0", "2 r:1: stop.particles is 0; allowed: whole numbers from 1 to 2147483647"},
         {"growth.stickyness = 4", "2 r:1: unknown key growth.stickyness; did you mean growth.stickiness?"},
-        {"bias = 0.1", "2 r:1: unknown key bias; did you mean growth.bias?"},
         {"scle = 2", "2 r:1: unknown key scle; did you mean surface.scale?"},
         {"[root]\ncount = 4", "2 r:2: unknown key root.count; did you mean roots.count?"},
-        {"[grwth]", "2 r:1: unknown key grwth; did you mean growth.seed?"},
         {"[[growth]]", "2 r:1: growth is not a table: [growth] is expected"},
         {"\n[growth", "2 r:2: not a valid recipe: Error while parsing table header: encountered end-of-file"},
         {"surface.file = 'a'\nsurface.sample = 'Box'",
@@ -77,13 +69,11 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
          "2 r:1: can never grow: no walker comes as far out as the roots are"},
         {"roots.range = 1e18\nroots.count = 2\nroots.distribution = 'Spherical'",
          "2 r:1: can never grow: the space is too large to be walked"},
-        {"roots.file = '.'", "3 r:1: roots.file .: is a directory"},
         {"roots.file = 'none'", "3 r:1: roots.file none: No such file or directory"},
         {"roots.file = 'empty'", "3 r:1: roots.file empty: has no root: three numbers a root are expected"},
         {"roots.file = 'far'", "3 r:1: roots.file far: root 2 is not a finite position"},
         {"surface.file = '.'", "3 r:1: surface.file .: is a directory"},
         {"surface.file = 'two'", "3 r:1: surface.file two: not an STL file: too short"},
-        {"surface.file = 'none'", "3 r:1: surface.file none: No such file or directory"},
         {"surface.file = 'short'",
          "3 r:1: surface.file short: cut short: it announces more faces than it holds"},
         {"roots.count = 2000000000\nroots.distribution = 'Spherical'",
@@ -93,7 +83,6 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
         EXPECT_EQ(FaultOf(text), line) << text;
     Recipe recipe;
     EXPECT_EQ(ReadRecipe("none", &recipe).line, "none: cannot read the recipe: No such file or directory");
-    EXPECT_EQ(ReadRecipe(".", &recipe).kind, kFileFault);
     EXPECT_EQ(ReadRecipe("/dev/zero", &recipe).line, "/dev/zero: cannot read the recipe: File too large");
 }
 
@@ -122,7 +111,6 @@ TEST(Recipes, APrintedRecipeIsReadAgain)
         {"stop.minutes=0.25", ""},
         {"growth.bias", "here: not of the form KEY=VALUE"},
         {"growth.bias=1\nx=2", "here: not of the form KEY=VALUE"},
-        {"growth.stickiness=much", "here: growth.stickiness is \"much\"; allowed: numbers from 1 to 100 (%)"},
         {"grwth.bias=1", "here: unknown key grwth.bias; did you mean growth.bias?"},
     };
     Recipe recipe, again;
