@@ -92,7 +92,6 @@ none.sarkelo.h5: cannot be read: No such file|--resume none.sarkelo.h5
 .: not an aggregate file|--resume .
 kept.sarkelo.h5: exists already|--resume b.sarkelo.h5 --particles 10 -o kept.sarkelo.h5
 five.toml: exists already|$new --save csv:five.toml
-five.toml: exists already|$new --statistics five.toml
 five.toml: exists already|$new --checkpoint-file five.toml
 not a directory|$new --slices 3,0,0,1 five.toml
 holds slices already|$new --slices 3,0,0,1 held
@@ -163,18 +162,6 @@ for signal in INT:130 TERM:143 HUP:129 XCPU:152 USR1:138; do
     ends 0 "" --resume straight.sarkelo.h5 --steps "$taken"
     same signal.sarkelo.h5 straight.sarkelo.h5
 done
-
-# Killed at any moment, --continue goes on from a whole checkpoint until the run is done.
-for seconds in 0.71 0.42 0.13 0.84 0.55; do
-    "$grow" -o killed.sarkelo.h5 --continue --checkpoint 0.0005 --particles 20000 --quiet &
-    sleep $seconds
-    kill -KILL $! 2>/dev/null || true
-    wait $! 2>/dev/null || true
-    [ -e killed.sarkelo.h5 ] || fail "no checkpoint was written"
-done
-ends 0 "" -o killed.sarkelo.h5 --continue --particles 20000
-ends 0 "" -o straight.sarkelo.h5 --force --particles 20000
-same killed.sarkelo.h5 straight.sarkelo.h5
 
 # Each kind of file is saved, the kind taken from the extension or given. Without statistics the report has none.
 files="all/a.pov all/b.wrl all/c.geom all/d.dxf all/e.stl all/f.txt all/g.vtp all/h.ply all/i.csv pov-cones:all/j geom-points:all/k vrml-low:all/l"

@@ -19,8 +19,7 @@ TEST(BatchGrowth, StopsWhereItIsAskedTo)
     StartAfresh();
     particles.particles = 500;
     EXPECT_EQ(GrowFor(particles), kStopReached);
-    EXPECT_EQ(ncells, 500);
-    EXPECT_EQ(growthstate.stepcount, 0);
+    EXPECT_TRUE(ncells == 500 && growthstate.stepcount == 0);
     const long taken = growthstate.steptotal;
     const Outcome grown = TakeOutcome();
     StartAfresh();
@@ -31,8 +30,7 @@ TEST(BatchGrowth, StopsWhereItIsAskedTo)
     StartAfresh();
     steps.steps = taken - 1;
     EXPECT_EQ(GrowFor(steps), kStopReached);
-    EXPECT_EQ(growthstate.steptotal, taken - 1);
-    EXPECT_EQ(ncells, 499);
+    EXPECT_TRUE(growthstate.steptotal == taken - 1 && ncells == 499);
     minutes.minutes = 0.001;
     EXPECT_EQ(GrowFor(minutes), kStopReached);
     EXPECT_GT(ncells, 499);
@@ -40,9 +38,9 @@ TEST(BatchGrowth, StopsWhereItIsAskedTo)
     StartAfresh();
     cells[0].p = {100, 0, 0}; // no walker comes there
     ForgetAggregate();
-    EXPECT_EQ(GrowFor(particles, 123456), kStalled);
+    for (int run = 0; run < 2; run++)
+        EXPECT_EQ(GrowFor(particles, 123456), kStalled);
     EXPECT_EQ(growthstate.steptotal, 123456);
-    EXPECT_EQ(GrowFor(particles, 123456), kStalled);
 }
 
 // What is printed of a run in which so many particles have come in 10 seconds

@@ -19,9 +19,7 @@ key F1 F2
 choose "DLA drawing mode" Off
 choose "Sample constraint surfaces" Cylinder
 choose "Transform constraint surface"
-type_into transform "Scale#1" 0.8
-type_into transform "Scale#2" 0.8
-type_into transform "Scale#3" 1.3
+for axis in 1:0.8 2:0.8 3:1.3; do type_into transform "Scale#${axis%:*}" ${axis#*:}; done
 press transform "Apply"
 press transform "Hide"
 choose "New particle distribution" "Plane (z)"
@@ -36,7 +34,8 @@ select_file "$work/row.txt"
 key F3 # growth pauses
 save_information
 while [ "$(reported "Number of particles")" -lt 400 ]; do
-    key F3 F3
+    key F3
+    key F3
     save_information
 done
 cp info.txt window.info
@@ -47,6 +46,8 @@ select_file "$work/window.vrml"
 choose "Save constraint surface to STL file"
 select_file "$work/window.stl-surface"
 wait_for "the surface" [ -e window.stl-surface ]
+kill "$pid"
+wait "$pid" || true
 
 "$grow" recipe.toml --particles "$(reported "Number of particles")" --quiet -o grown.sarkelo.h5 --save info:grown.info \
     --save vrml:grown.vrml --save stl-surface:grown.stl-surface --save grown.csv
