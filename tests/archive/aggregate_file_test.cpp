@@ -9,7 +9,6 @@
 #include <gtest/gtest.h>
 #include <hdf5.h>
 
-#include "archive/content.h"
 #include "archive/hdf5.h"
 #include "archive/rescue.h"
 #include "base/array.h"
@@ -17,6 +16,7 @@
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
+#include "temporary_file.h"
 
 static const std::string kFile = "a.sarkelo.h5";
 using Change = std::function<void(hid_t)>; // of an aggregate file, as another program could make it
@@ -45,6 +45,16 @@ static std::string WriteSmallAggregate()
     run.fromwindow = true;
     EXPECT_EQ(WriteAggregate(kFile, run).line, "");
     return ReadWhole(kFile);
+}
+
+// The file of a stored run once it has taken the place of the run in the records, byte after byte
+static std::string Content(StoredAggregate stored)
+{
+    const RunRecord run = stored.run;
+    ResumeRun(std::move(stored));
+    std::filesystem::remove("content"); // else it is flushed to the disk
+    EXPECT_EQ(WriteAggregate("content", run).line, "");
+    return ReadWhole("content");
 }
 
 // The content of a file of these bytes, or of its fault the line without the path

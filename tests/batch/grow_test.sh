@@ -150,18 +150,33 @@ cmp race.sarkelo.h5 five.sarkelo.h5
 grep -q "another program has written it meanwhile; the aggregate is kept in $work/rescue" err || fail "$(cat err)"
 rm rescue/*
 
-# Signals: the file is written, and a run that goes on later is the same.
-for signal in INT:130 TERM:143 HUP:129 XCPU:152 USR1:138; do
+# Signals: the file is written, and a run that goes on later is the same, whatever its settings.
+printf '1 2 3\n-4 5 6\n0.1 0 -7\n' >seeds
+flights="growth.walk = 'flights'" ring="roots = {distribution = 'Ring: x axis plane', count = 6, range = 5}" plane="source.type = 'Plane (z)'"
+cylinder="source.type = 'STL surface';surface = {sample = 'Cylinder', scale = [20, 20, 21]}"
+while IFS='|' read -r signal status recipe; do
+    tr ';' '\n' <<<"$recipe" >recipe.toml
     rm -f signal.sarkelo.h5
-    (trap - INT; exec "$grow" -o signal.sarkelo.h5 --quiet --particles 100000000 2>err) &
+    (trap - INT; exec "$grow" recipe.toml -o signal.sarkelo.h5 --quiet --particles 100000000 2>err) &
     sleep 0.3
-    kill -"${signal%:*}" $!
-    finishes "${signal#*:}"
+    kill -"$signal" $!
+    finishes "$status"
     taken=$(of signal.sarkelo.h5 steps)
-    ends 0 "" --steps $((taken / 2)) -o straight.sarkelo.h5 --force
+    [ "$(of signal.sarkelo.h5 particles)" -gt 10 ] || fail "too little grew to compare"
+    ends 0 "" recipe.toml --steps $((taken / 2)) -o straight.sarkelo.h5 --force
     ends 0 "" --resume straight.sarkelo.h5 --steps "$taken"
     same signal.sarkelo.h5 straight.sarkelo.h5
-done
+done <<ROWS
+INT|130|
+TERM|143|$flights
+HUP|129|growth = {stickiness = 50, rotation = 5, bias = 1};roots.file = 'seeds'
+XCPU|152|growth = {branch_length = 0.3, intersection_range = 2};$plane
+USR1|138|growth.launch_scale = 1.5;growth.killing_scale = 5;$flights;$plane;$ring
+INT|130|growth.association = true;$ring;drawing = {thickness_tip = 0.1, mode = 'tubes'}
+INT|130|growth.association = true;$flights;$ring;surface = {sample = 'Box', shift = [0, 0, 1]}
+INT|130|growth.killing_scale = 5;$cylinder
+INT|130|growth.branch_length = 5;$flights;$cylinder
+ROWS
 
 # Each kind of file is saved, the kind taken from the extension or given. Without statistics the report has none.
 files="all/a.pov all/b.wrl all/c.geom all/d.dxf all/e.stl all/f.txt all/g.vtp all/h.ply all/i.csv pov-cones:all/j geom-points:all/k vrml-low:all/l"
