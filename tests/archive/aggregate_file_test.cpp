@@ -10,7 +10,6 @@
 #include <hdf5.h>
 
 #include "archive/hdf5.h"
-#include "archive/rescue.h"
 #include "base/array.h"
 #include "growth/growth_step.h"
 #include "growth/roots.h"
@@ -265,20 +264,4 @@ TEST(AggregateFile, WhateverAUserSetsCanBeReadAgain)
         const std::string whole = ReadWhole(kFile);
         EXPECT_TRUE(Read(whole) == whole);
     }
-}
-
-TEST(AggregateFile, ARescueReplacesNoFileAndGivesEachFoldersReason)
-{
-    const TemporaryDirectory directory;
-    const std::string earlier = WriteSmallAggregate();
-    const RunRecord run = NewRun();
-    std::string path;
-    EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line, "");
-    EXPECT_EQ(path, "a-2.sarkelo.h5");
-    EXPECT_TRUE(ReadWhole(kFile) == earlier && ReadWhole(path).size() > 10000);
-    cells[1].p.x = NAN;
-    EXPECT_EQ(WriteRescue({"missing", "."}, "a", run, &path).line,
-              "Cannot write \"missing\": No such file or directory; Cannot write \"a-3.sarkelo.h5\": "
-              "particle 1: position is not finite");
-    EXPECT_EQ(CountFiles(), 2);
 }

@@ -32,11 +32,9 @@ press settings "Hide"
 choose "Read seeds" # starts the run anew
 select_file "$work/row.txt"
 key F3 # growth pauses
-save_information
-while [ "$(reported "Number of particles")" -lt 400 ]; do
+while save_information; [ "$(reported "Number of particles")" -lt 400 ]; do
     key F3
     key F3
-    save_information
 done
 cp info.txt window.info
 kill -USR1 "$pid"

@@ -11,9 +11,7 @@ fail() { echo "$1" >&2; exit 1; }
 
 PATH=$PATH:/usr/sbin
 [ "$(id -u)" -eq 0 ] || skip "only root starts a cluster of its own"
-for program in munged slurmctld slurmd sbatch scontrol snakemake; do
-    command -v "$program" >/dev/null || skip "no $program"
-done
+type munged slurmctld slurmd sbatch scontrol snakemake >/dev/null || skip "a program is missing"
 cd "$work"
 
 # A cluster of this machine alone

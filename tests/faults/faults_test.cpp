@@ -49,12 +49,10 @@ struct Failure {
 };
 } // namespace
 
-// Most allocations of an action that are tried, most sizes of a disk, and particles before the action
-constexpr long kAllocations = 40;
-constexpr size_t kRooms = 25;
-constexpr int kPrepared = 60;
+constexpr long kAllocations = 40;                              // of an action that are tried at most
+constexpr size_t kRooms = 25;                                  // sizes of a disk that are tried at most
+constexpr int kPrepared = 60;                                  // particles before an action
 static const std::string kWindowGrowth = "growth in a window"; // prints why it stops
-static const std::string kEarlier = "what was there before";
 
 // Twenty roots, a few branches on them, a surface of 16 faces
 static void PrepareRun()
@@ -118,12 +116,6 @@ static void DrawFilm()
     Report(DrawPictures(request));
 }
 
-static void DrawFrames(int count)
-{
-    for (int frame = 0; frame < count; frame++)
-        Guarded<HandleDisplay, kRepeatedCallback>();
-}
-
 static void GrowInWindow()
 {
     for (int i = 0; i < 2000 && ncells < 100; i++)
@@ -135,6 +127,12 @@ static void GrowByBatch(const Recipe &stops)
     RunRecord run;
     if (Grow({stops, {}, 0, true}, &run) != (ncells == stops.particles ? kStopReached : kOutOfMemory))
         abort();
+}
+
+static void DrawFrames(int count)
+{
+    for (int frame = 0; frame < count; frame++)
+        Guarded<HandleDisplay, kRepeatedCallback>();
 }
 
 static std::vector<Action> ListActions(const std::string &aggregate)
@@ -274,7 +272,7 @@ TEST(Faults, NothingIsLostHalfDoneOrHidden)
         const auto tryonce = [&](const std::function<std::string()> &work) {
             for (const auto &entry : fs::directory_iterator("."))
                 fs::remove(entry.path());
-            std::ofstream("saved") << kEarlier;
+            std::ofstream("saved") << "earlier";
             return InAProcess(inputs.path / "answer", [&] {
                 PrepareRun();
                 action.prepare();
@@ -289,12 +287,11 @@ TEST(Faults, NothingIsLostHalfDoneOrHidden)
         });
         long allocations = 0;
         memcpy(&allocations, records.data(), sizeof allocations);
-        State full = {{"", records.substr(sizeof allocations)}};
+        State full = TakeState();
+        full[""] = records.substr(sizeof allocations);
         size_t largest = 0;
-        for (const auto &entry : fs::directory_iterator(".")) {
-            const std::string &content = full[entry.path().filename()] = ReadWhole(entry.path());
-            largest = std::max(largest, content == kEarlier ? 0 : content.size());
-        }
+        for (const auto &[name, content] : full)
+            largest = std::max(largest, name.empty() || content == "earlier" ? 0 : content.size());
         std::vector<Failure> failures;
         for (long k = 1; k <= allocations; k += 1 + allocations / kAllocations)
             for (const bool andallthatfollow : {false, true})

@@ -85,10 +85,7 @@ TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
 
 static std::string Printed(const Recipe &recipe)
 {
-    FILE *file = fopen("printed", "w");
-    PrintRecipe(file, recipe);
-    fclose(file);
-    return ReadWhole("printed");
+    return Written([&](FILE *file) { PrintRecipe(file, recipe); });
 }
 
 // Values and bare words are set, printed with what every key may be, and read as the same recipe.
@@ -115,6 +112,7 @@ TEST(Recipes, APrintedRecipeIsReadAgain)
         EXPECT_EQ(SetInRecipe(assignment, "here", &recipe).line, line);
     const std::string text = Printed(recipe);
     ExpectGolden("recipe.toml", text);
+    std::ofstream("printed") << text;
     ASSERT_EQ(ReadRecipe("printed", &again).line, "");
     EXPECT_EQ(Printed(again), text);
     EXPECT_EQ(again.values, recipe.values);
