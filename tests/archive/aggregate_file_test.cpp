@@ -20,13 +20,6 @@
 static const std::string kFile = "a.sarkelo.h5";
 using Change = std::function<void(hid_t)>; // of an aggregate file, as another program could make it
 
-static RunRecord NewRun()
-{
-    RunRecord run;
-    run.view.aperture = 60;
-    return run;
-}
-
 // A young aggregate of three roots in a box, in the current directory. Returns the file's bytes.
 static std::string WriteSmallAggregate()
 {
@@ -37,10 +30,11 @@ static std::string WriteSmallAggregate()
     RestartFromRoots();
     BuildSample(11);
     Grow(IterateSystem, 300, 10000000);
-    RunRecord run = NewRun();
+    RunRecord run;
     growthstate.steptotal = 1234567890123;
     run.seconds = 0.1;
     run.view.vp = {60, 1, 2};
+    run.view.aperture = 60;
     run.fromwindow = true;
     EXPECT_EQ(WriteAggregate(kFile, run).line, "");
     return ReadWhole(kFile);
@@ -77,7 +71,7 @@ static std::string ReadChanged(const std::string &bytes, const Change &change)
 }
 
 // Cut short, or with a bit flipped anywhere or in its first 8 KB
-TEST(AggregateFile, DamageIsNoticedOrDoesNotMatter)
+TEST(AggregateFile, DamageIsDetectedOrHarmless)
 {
     const TemporaryDirectory directory;
     const std::string whole = WriteSmallAggregate();
@@ -151,7 +145,7 @@ static Change operator+(const Change &first, const Change &second)
 }
 
 // Files whose checksums are right and whose content is not.
-TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
+TEST(AggregateFile, InvalidContentIsRefused)
 {
     const char *parent = "particles/parent", *position = "particles/position", *flow = "particles/flow";
     const Change firstchunk = [=](hid_t file) {
@@ -226,7 +220,7 @@ TEST(AggregateFile, WhatCannotBeIsRefusedInALine)
     }
 }
 
-TEST(AggregateFile, FilesOfFormatOneWereWalkedInSteps)
+TEST(AggregateFile, FormatOneIsRead)
 {
     const TemporaryDirectory directory;
     const char *growth = "parameters/growth";
@@ -239,9 +233,11 @@ TEST(AggregateFile, FilesOfFormatOneWereWalkedInSteps)
 }
 
 // Everything that the panels of a window let a user change while it grows can be read again.
-TEST(AggregateFile, WhateverAUserSetsCanBeReadAgain)
+TEST(AggregateFile, ExtremeSettingsAreReadBack)
 {
     const TemporaryDirectory directory;
+    RunRecord run;
+    run.view.aperture = 60;
     const std::function<void()> changes[] = {
         [] { growthstate.branchlength = 1e308; },
         [] { growthstate.branchlength = 1e308, growthstate.sourcetype = kSourceAxisPlusX; },
@@ -260,7 +256,7 @@ TEST(AggregateFile, WhateverAUserSetsCanBeReadAgain)
         ForgetAggregate();
         for (int k = 0; k < 20000; k++)
             IterateSystem();
-        EXPECT_EQ(WriteAggregate(kFile, NewRun()).line, "");
+        EXPECT_EQ(WriteAggregate(kFile, run).line, "");
         const std::string whole = ReadWhole(kFile);
         EXPECT_TRUE(Read(whole) == whole);
     }

@@ -13,7 +13,7 @@ static GrowthEnd GrowFor(const Recipe &stops, int stallsteps = kStallSteps)
 }
 
 // The loop stops at the very particle and the very step, and leaves what plain steps leave.
-TEST(BatchGrowth, StopsWhereItIsAskedTo)
+TEST(BatchGrowth, StopsWhereAsked)
 {
     Recipe particles, steps, minutes;
     StartAfresh();
@@ -57,7 +57,7 @@ static std::string Reported(int arrived)
     return testing::internal::GetCapturedStdout();
 }
 
-TEST(BatchGrowth, ProgressIsReportedAndWhySoLittle)
+TEST(BatchGrowth, ReportsProgressAndWhyItIsSlow)
 {
     const std::string slow = "\n99 particles in the last 10 s: slow, since ";
     const struct {

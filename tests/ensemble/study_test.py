@@ -4,7 +4,6 @@ grows; a report is made of what has finished."""
 import math
 import os
 import pathlib
-import random
 import subprocess
 import sys
 import tempfile
@@ -65,10 +64,10 @@ assert fault("particles: 10") == "/none: No such file or directory; ./run builds
 os.environ["SARKELO_GROW"] = sys.argv[1]
 
 # Shapes, once more without arrays
-random.seed(1)
-points = [[random.gauss(0, 20) for _ in range(3)] for _ in range(150)]
-parents = [-1, -1] + [random.randrange(k) for k in range(2, 150)]
-array = np.array(points)
+random = np.random.default_rng(1)
+array = random.normal(0, 20, (150, 3))
+points = array.tolist()
+parents = [-1, -1] + [int(random.integers(k)) for k in range(2, 150)]
 pairs = [(max(i, j), math.dist(points[i], points[j])) for i in range(150) for j in range(150)]
 gyration = [(n, math.sqrt(sum(d**2 for last, d in pairs if last < n) / 2) / n) for n in (100, 150)]
 assert np.allclose(measures.gyration(array), gyration, rtol=1e-9)

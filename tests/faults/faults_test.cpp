@@ -209,18 +209,13 @@ static std::string JudgeStop(const Action &action, const std::string &message, V
     return ncells == grown + 1 ? "" : "growth does not go on";
 }
 
-static std::string Of(const State &state, const std::string &name)
-{
-    return state.contains(name) ? state.at(name) : "";
-}
-
 // What is wrong after an action with a failure, or nothing
-static std::string Judge(const Action &action, const Failure &failure, const State &full)
+static std::string Judge(const Action &action, const Failure &failure, State full)
 {
-    const State before = TakeState();
+    State before = TakeState();
     const Vector newest = cells[kPrepared - 1].p;
     const std::string message = ActWith(failure, action);
-    const State after = TakeState();
+    State after = TakeState();
     if (after == full)
         return "";
     if (action.stops)
@@ -228,22 +223,21 @@ static std::string Judge(const Action &action, const Failure &failure, const Sta
     bool named = failure.room == RLIM_INFINITY;
     for (const State &names : {before, full, after})
         for (const auto &[name, ignored] : names) {
-            const std::string found = Of(after, name);
-            if (found != Of(before, name) && found != Of(full, name))
+            if (after[name] != before[name] && after[name] != full[name])
                 return name + " is half done"; // "": the records
             named |=
-                found != Of(full, name) && message.find("Cannot write \"" + name + "\": ") < message.size();
+                after[name] != full[name] && message.find("Cannot write \"" + name + "\": ") < message.size();
         }
     if (message.empty() || !named)
         return "not done, and the user reads \"" + message + "\"";
 
     // What is left of the failure does no harm to a frame and another try.
     HandleDisplay();
-    if (Of(after, "") != Of(before, ""))
+    if (after[""] != before[""])
         return "";
     action.act();
-    const State again = TakeState();
-    const auto is = [&](const auto &file) { return Of(again, file.first) == file.second; };
+    State again = TakeState();
+    const auto is = [&](const auto &file) { return again[file.first] == file.second; };
     return std::all_of(full.begin(), full.end(), is) ? "" : "another try leaves something else";
 }
 

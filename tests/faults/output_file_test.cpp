@@ -31,7 +31,7 @@ static struct stat About(const char *name)
     return about;
 }
 
-TEST(SavedFiles, LinksModeAndOwnerStay)
+TEST(SavedFiles, LinksModeAndOwnerAreKept)
 {
     const TemporaryDirectory directory;
     StartAfresh();

@@ -22,7 +22,7 @@ static std::string FaultOf(const std::string &text)
     return std::to_string(fault.kind) + " " + fault.line;
 }
 
-TEST(Recipes, EachFaultHasALineThatNamesPlaceKeyAndWhatIsAllowed)
+TEST(Recipes, FaultsNamePlaceKeyAndAllowedValues)
 {
     const TemporaryDirectory directory;
     std::ofstream("two") << "0 0 0\n9 9 9\n";
@@ -89,7 +89,7 @@ static std::string Printed(const Recipe &recipe)
 }
 
 // Values and bare words are set, printed with what every key may be, and read as the same recipe.
-TEST(Recipes, APrintedRecipeIsReadAgain)
+TEST(Recipes, PrintedRecipeIsReadBack)
 {
     const TemporaryDirectory directory;
     const std::pair<const char *, const char *> rows[] = {
@@ -118,7 +118,7 @@ TEST(Recipes, APrintedRecipeIsReadAgain)
     EXPECT_EQ(again.values, recipe.values);
 }
 
-TEST(Recipes, AnEmptyRecipeIsAFreshlyStartedProgram)
+TEST(Recipes, EmptyRecipeIsTheDefaultStart)
 {
     StartAfresh();
     InitialiseGrowth();
