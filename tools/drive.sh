@@ -1,5 +1,4 @@
-# Drives the real program on a virtual display as a person would: sourced by tests, and by the scripts that make pictures,
-# with `program` set.
+# Drives the real program on a virtual display as a person would: sourced, with `program` set, by tests and docs/pictures.
 
 title="Diffusion Limited Aggregation"
 work=$(mktemp -d)
@@ -20,28 +19,22 @@ wait_for() {
     shift
     until "$@"; do
         kill -0 "$pid" 2>/dev/null || fail "the program is gone"
-        [ $((SECONDS - since)) -lt 60 ] || fail "waited in vain: $what"
-        sleep 0.1
+        [ $((SECONDS - since)) -lt 60 ] || fail "no $what after 60 s"
+        sleep 0.05
     done
 }
 
 # visible NAME [COUNT]: that many windows of the name (or at least one) are on the display.
 visible() {
-    local found
-    found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | wc -l)
+    local found=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | wc -l)
     if [ $# -gt 1 ]; then [ "$found" -eq "$2" ]; else [ "$found" -gt 0 ]; fi
 }
 
 # Without a window manager, as by default, windows have no frames and the keyboard goes to the one under the pointer.
 start_window_manager() {
     openbox >/dev/null 2>&1 &
-    window_manager=$!
-    trap 'kill "$window_manager" "$virtual_display" 2>/dev/null; rm -rf "$work"' EXIT
-    for _ in $(seq 100); do
-        xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id" && return
-        sleep 0.1
-    done
-    fail "the window manager does not start"
+    pid=$! # ends with the display
+    wait_for "window manager" eval 'xprop -root _NET_SUPPORTING_WM_CHECK | grep -q "window id"'
 }
 
 # Starts the program with the given arguments and waits for its window.
@@ -51,25 +44,24 @@ start() {
     find_window
 }
 
-# Waits for the program's window and moves it to the screen's corner; `left` and `top` are where its picture begins there,
-# behind a window manager's frame.
+# Waits for the program's window and moves it to the screen's corner; its picture begins at `left` and `top`.
 left=0 top=0
 find_window() {
-    wait_for "the window" visible "$title"
+    wait_for "window" visible "$title"
     window=$(xdotool search --onlyvisible --name "$title" | tail -1)
     xdotool windowmove "$window" 0 0
     sleep 0.5
     eval "$(xdotool getwindowgeometry --shell "$window" | sed -n 's/^X=/left=/p; s/^Y=/top=/p')"
 }
 
+# Keys go to the window under the pointer.
 key() {
-    # Keys go to the window under the pointer.
     xdotool mousemove $((left + 20)) $((top + 580)) key "$@"
-    sleep 0.5
+    sleep 0.2
 }
 
+# Saves the window's picture; where a panel covers it, the depth would be another.
 picture() {
-    # Over a panel xwd mixes visuals, and the depth is then another.
     timeout 20 xwd -silent -id "$window" | xwdtopnm 2>/dev/null | pamdepth 255 2>/dev/null >"$1"
 }
 
@@ -78,10 +70,9 @@ colours() {
     pnmcut -left "$2" -right "$3" "$1" | ppmhist -noheader | awk '$5 > 0 && $1 + $2 + $3 > 0' | wc -l
 }
 
-# The menus, which the tests hold against the program: "MENU ID LABEL", or "MENU > SUBMENU LABEL", the main menu last; and how
-# far an entry is from the next, in pixels. sarkelo-view has a tree of its own.
+# The menus: "MENU ID LABEL", or "MENU > SUBMENU LABEL", the main menu last.
 menu_tree=$project/tests/viewer/menu_tree.txt
-entry_height=25
+entry_height=25 # pixels
 
 # labels_in MENU: the labels of a menu's entries, by its number, from top to bottom.
 labels_in() { sed -nE "s/^$1 (> )?[0-9]+ (.*)/\2/p" "$menu_tree"; }
@@ -91,7 +82,6 @@ submenu() {
     awk -v label="$1" '$2 == ">" { id = $3; sub(/^[0-9]+ > [0-9]+ /, ""); if ($0 == label) print id }' "$menu_tree"
 }
 
-# labels_of LABEL: the labels of the menu that an entry opens.
 labels_of() { labels_in "$(submenu "$1")"; }
 
 # choose LABEL...: chooses an entry of the main menu, or of the menu that an entry opens, and so on.
@@ -114,8 +104,8 @@ choose() {
     done
     sleep 0.1
     xdotool click 1
-    wait_for "the menu gone" visible "freeglut menu" 0
-    sleep 0.2
+    wait_for "end of the menu" visible "freeglut menu" 0
+    sleep 0.05
 }
 
 # The panels by their sizes.
@@ -126,15 +116,11 @@ panel() {
     xwininfo -root -tree | awk -v size="${panel_sizes[$1]/ /x}" '/XForm/ && index($0, " " size "+") { print $1; exit }'
 }
 
-# Whether a panel is there and drawn: what is clicked before that reaches the window below.
-has_panel() {
-    local id
-    id=$(panel "$1")
-    [ -n "$id" ] && xwininfo -id "$id" | grep -q IsViewable
-}
+# Whether a panel is drawn: what is clicked before that reaches the window below.
+has_panel() { [ -n "$(panel "$1")" ] && xwininfo -id "$(panel "$1")" | grep -q IsViewable; }
 
-# place PANEL LABEL[#N]: the middle of what bears a label in panel_layout.txt, which the tests hold against the program. A
-# text stands for the input to its right, or the Nth one.
+# place PANEL LABEL[#N]: the middle of the button or input with a label in panel_layout.txt, or of the Nth input to the right
+# of a text.
 place() {
     local number=1
     [ "${2%#*}" = "$2" ] || number=${2##*#}
@@ -148,24 +134,19 @@ place() {
             x = int(at[1] + at[3] / 2)
             y = int(at[2] + at[4] / 2)
         }
-        quoted[2] == label && $1 != "text" { print x, y; labelled = 1 }
-        quoted[2] == label && $1 == "text" { textx = x; texty = y }
-        $1 == "input" { rows[x " " y] = y; columns[x " " y] = x }
-        END {
-            for (input in rows)
-                if (!labelled && textx && (rows[input] - texty) ^ 2 < 144 && columns[input] > textx)
-                    print columns[input], texty
-        }' "$project/tests/toolkit/panel_layout.txt" | sort -n | sed -n "${number}p"
+        $1 != "text" && quoted[2] == label { print x, y; exit }
+        $1 == "text" && quoted[2] == label { textx = x; texty = y }
+        $1 == "input" { rows[x " " y] = y }
+        END { for (input in rows) if (textx && input + 0 > textx && (rows[input] - texty) ^ 2 < 144) print input }
+    ' "$project/tests/toolkit/panel_layout.txt" | sort -n | sed -n "${number}p"
 }
 
 # press PANEL LABEL: clicks at what bears the label.
 press() {
-    local id at
-    at=$(place "$1" "$2")
+    local at=$(place "$1" "$2")
     [ -n "$at" ] || fail "nothing is labelled $2 in $1"
-    wait_for "the panel $1" has_panel "$1"
-    id=$(panel "$1")
-    xdotool mousemove --window "$id" $at click 1
+    wait_for "panel $1" has_panel "$1"
+    xdotool mousemove --window "$(panel "$1")" $at click 1
     sleep 0.2
 }
 
@@ -176,7 +157,7 @@ click_at() {
     id=$(xdotool search --onlyvisible --name "$1" | head -1)
     [ "$y" -ge 0 ] || y=$((y + $(xwininfo -id "$id" | awk '/Height:/ { print $2 }')))
     xdotool mousemove --window "$id" "$2" "$y" click 1
-    wait_for "$1 gone" visible "$1" 0
+    wait_for "end of $1" visible "$1" 0
 }
 
 answer() { click_at Message 200 -23; }
@@ -192,12 +173,12 @@ select_file() {
         click_at FileSelector 250 215
     else
         type_path "$1"
-        wait_for "the file selector gone" visible FileSelector 0
+        wait_for "end of the file selector" visible FileSelector 0
     fi
     sleep 0.2
 }
 type_path() {
-    wait_for "a file selector" visible FileSelector
+    wait_for "file selector" visible FileSelector
     xdotool mousemove --window "$(xdotool search --onlyvisible --name FileSelector | head -1)" 140 302 click 1 key ctrl+e ctrl+u
     xdotool type --delay 5 -- "$1"
     xdotool key Return
@@ -209,29 +190,28 @@ type_into() {
     xdotool key ctrl+e ctrl+u
     [ -z "$3" ] || xdotool type -- "$3"
     xdotool key Tab
-    sleep 0.2
+    sleep 0.05
 }
 
-# value_of NAME: what the program's records, as last written, say (needs the program that shows them).
+# value_of NAME: a record of inspected_sarkelo, as last written by look.
 value_of() { sed -n "s/^$1 //p" records; }
 look() {
     rm -f records
     kill -USR1 "$pid"
-    wait_for "the program's answer" [ -f records ]
+    wait_for "records" [ -f records ]
 }
 
-# expect NAME VALUE: the record has the value now.
-expect() {
-    look
-    [ "$(value_of "$1")" = "$2" ] || fail "$1 is $(value_of "$1"), not $2"
-}
+# expect NAME VALUE: the record gets the value.
+has_value() { look && [ "$(value_of "$1")" = "$2" ]; }
+expect() { wait_for "$1 of $2" has_value "$@"; }
 
-# End of a program that is to end well.
-ends_well() {
+# ends_with STATUS: waits for the program's end.
+ends_with() {
     local status=0
     wait "$pid" || status=$?
-    [ "$status" -eq 0 ] || fail "the program ended with status $status: $(cat stderr.txt)"
+    [ $status -eq "$1" ] || fail "the program ended with status $status, not $1: $(cat stderr.txt)"
 }
+ends_well() { ends_with 0; }
 
 # Saves the simulation information to info.txt.
 save_information() {

@@ -1,5 +1,7 @@
 #include "export/window_capture.h"
 
+#include <regex>
+
 #include <gtest/gtest.h>
 
 #include "fakes/recorder.h"
@@ -22,8 +24,8 @@ TEST(Capture, NumbersSkipExistingFilesAndNamesReplaceThem)
     };
     for (const std::string &name : {numbered("", 1), numbered("", 2), std::string("view.tga")})
         std::ofstream(name) << std::string(1000, 'x');
-    for (const char *name : {"", "", "view", "nnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnnn"})
-        EXPECT_EQ(WindowDump(name, 4, 2, 0, kImageTGA), 1);
+    for (const std::string &name : {std::string(), std::string(), std::string("view"), std::string(40, 'n')})
+        EXPECT_EQ(WindowDump(name.c_str(), 4, 2, 0, kImageTGA), 1);
     EXPECT_EQ(std::filesystem::file_size(numbered("", 2)), 1000U);
     for (const std::string &name :
          {numbered("", 3), numbered("", 4), std::string("view.tga"), std::string(31, 'n')})
@@ -54,10 +56,9 @@ TEST(Capture, FaultsAreReportedOnceUntilCapturesEnd)
     for (int k = 0; k < 2; k++)
         EXPECT_EQ(WindowDump("", 2000000000, 2000000000, 0, kImageTGA), 0);
     EndCaptures();
-    const std::string printed = testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(printed.starts_with("Cannot write \"no/such/directory.tga\": No such file or directory\n"
-                                    "WindowDump - Failed to open file for window dump\n"));
-    // A sanitizer reports the allocation as well.
-    EXPECT_TRUE(printed.ends_with("WindowDump - Failed to allocate memory for image\n"));
-    EXPECT_EQ(std::count(printed.begin(), printed.end(), 'W'), 2);
+    EXPECT_TRUE(
+        std::regex_match(testing::internal::GetCapturedStderr(), // and what a sanitizer prints
+                         std::regex("Cannot write \"no/such/directory.tga\": No such file or directory\n"
+                                    "WindowDump - Failed to open file for window dump\n"
+                                    "[^W]*WindowDump - Failed to allocate memory for image\n")));
 }

@@ -1,5 +1,7 @@
 // A context without a window, in which every call succeeds.
 
+#define GL_GLEXT_PROTOTYPES
+
 #include <EGL/egl.h>
 #include <GL/gl.h>
 #include <GL/glext.h>

@@ -16,13 +16,13 @@ static char display;
 #define FAKE_OBJECT(name)                                                                                    \
     FAKE_ANSWER(FL_OBJECT *, name, (int type, int x, int y, int width, int height, const char *label),       \
                 &objects.emplace_back(), type, x, y, width, height, label)
-
 FAKE_OBJECT(fl_add_box)
 FAKE_OBJECT(fl_add_frame)
 FAKE_OBJECT(fl_add_button)
 FAKE_OBJECT(fl_add_checkbutton)
 FAKE_OBJECT(fl_add_text)
 FAKE_OBJECT(fl_add_input)
+
 FAKE_ANSWER(FL_FORM *, fl_bgn_form, (int type, int width, int height), &forms.emplace_back(), type, width,
             height)
 FAKE(fl_end_form, ())
@@ -49,48 +49,14 @@ FAKE_ANSWER(int, fl_show_choices,
 FAKE(fl_set_cursor, (Window, int cursor), cursor)
 FAKE(fl_update_display, (int))
 
-extern "C" FL_FORM_ATCLOSE fl_set_form_atclose(FL_FORM *, FL_FORM_ATCLOSE callback, void *data)
-{
-    const OwnAllocations own;
-    fakeclose = [=] { return callback(nullptr, data); };
-    return nullptr;
-}
-
-extern "C" void fl_set_input(FL_OBJECT *input, const char *text)
-{
-    const OwnAllocations own;
-    inputs[input] = text;
-}
-
-extern "C" const char *fl_get_input(FL_OBJECT *input)
-{
-    const OwnAllocations own;
-    return inputs[input].c_str();
-}
-
-void SetWindowProperties()
-{
-    Record("SetWindowProperties");
-}
-
-void StartMainLoopTimer(void (*)(), void (*)(), void (*)()) {}
-
-void OwnPanel(FL_FORM *)
-{
-    Record("OwnPanel");
-}
-
-bool IsInputWaiting(bool)
-{
-    return fakeinput;
-}
-
-void WaitForEvent(double seconds, bool panels)
-{
-    Record("WaitForEvent", seconds, panels);
-}
-
-void CloseMenu()
-{
-    Record("CloseMenu");
-}
+FAKE_ANSWER(FL_FORM_ATCLOSE, fl_set_form_atclose, (FL_FORM *, FL_FORM_ATCLOSE callback, void *data),
+            (
+                fakeclose = [=] { return callback(nullptr, data); }, nullptr))
+FAKE_ANSWER(void, fl_set_input, (FL_OBJECT * input, const char *text), void(inputs[input] = text))
+FAKE_ANSWER(const char *, fl_get_input, (FL_OBJECT * input), inputs[input].c_str())
+FAKE(SetWindowProperties, ())
+FAKE(StartMainLoopTimer, (void (*)(), void (*)(), void (*)()))
+FAKE(OwnPanel, (FL_FORM *))
+FAKE_ANSWER(bool, IsInputWaiting, (bool), fakeinput)
+FAKE(WaitForEvent, (double seconds, bool panels), seconds, panels)
+FAKE(CloseMenu, ())

@@ -1,3 +1,5 @@
+#include <map>
+
 #include <GL/glut.h>
 
 #include "fakes/recorder.h"
@@ -34,14 +36,8 @@ FAKE(glutAddMenuEntry, (const char *label, int id), fakemenus.size(), id, label)
 FAKE(glutAddSubMenu, (const char *label, int menu), fakemenus.size(), menu, label)
 FAKE(glutAttachMenu, (int button), fakemenus.size(), button)
 FAKE(glutBitmapCharacter, (void *, int character), character)
+FAKE_ANSWER(int, glutGetModifiers, (), fakemodifiers)
+FAKE_ANSWER(int, glutGet, (GLenum what),
+            (std::map<GLenum, int>{
+                {GLUT_WINDOW_CURSOR, fakecursor}, {GLUT_WINDOW_WIDTH, 800}, {GLUT_WINDOW_HEIGHT, 600}}[what]))
 void *glutBitmap8By13; // the font's name
-
-extern "C" int glutGetModifiers()
-{
-    return fakemodifiers;
-}
-
-extern "C" int glutGet(GLenum what)
-{
-    return what == GLUT_WINDOW_CURSOR ? fakecursor : what == GLUT_WINDOW_WIDTH ? 800 : 600;
-}

@@ -28,6 +28,7 @@ static const bool reset = [] {
             fakemodifiers = fakecursor = fakechoice = fakebutton = 0;
             fakeinput = viewwindow = false;
             fakefile.clear();
+            fakemenus.clear();
             fakeworked = nullptr;
             settingformvisible = stlformvisible = sliceformvisible = 0;
         }
@@ -62,12 +63,4 @@ std::string Text(const Call &call)
         text << (i > 0 ? "," : "") << call.args[i];
     text << call.text << ')';
     return text.str();
-}
-
-unsigned long long Hash(const std::string &text)
-{
-    unsigned long long hash = 14695981039346656037ULL;
-    for (const char c : text)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
-    return hash;
 }

@@ -1,5 +1,4 @@
-// Stand-ins for OpenGL, GLU, GLUT and XForms, linked in their place: they record every call, and answer what a test
-// has set.
+// Stand-ins for OpenGL, GLU, GLUT and XForms, linked in their place: they record calls, and return what a test has set.
 
 #pragma once
 
@@ -17,7 +16,7 @@ struct Call {
     std::string text; // text arguments, joined by "|"
 };
 
-// While one lives, what is allocated is the stand-ins' own: a test of failing allocations leaves it alone.
+// While one lives, allocations are those of stand-ins, which tests of failing memory do not count.
 struct OwnAllocations {
     OwnAllocations() { depth++; }
     ~OwnAllocations() { depth--; }
@@ -31,12 +30,10 @@ void ForgetCalls();
 std::vector<Call> CallsOf(const std::string &name);
 int CountCalls(const std::string &name);
 std::string Text(const Call &call); // as "glClear(16640)"
-unsigned long long Hash(const std::string &text);
 
 template<typename... Values>
 void Record(const char *name, Values... values)
 {
-    const OwnAllocations own;
     calls.push_back({name, {}, ""});
     [[maybe_unused]] bool first = true;
     [[maybe_unused]] const auto add = [&](auto value) {
@@ -48,23 +45,24 @@ void Record(const char *name, Values... values)
     (add(values), ...);
 }
 
-// A function that does nothing but record its call, and answer: FAKE(glPointSize, (GLfloat size), size).
+// A function declared in a toolkit's header that records its call: FAKE(glPointSize, (GLfloat size), size).
 #define FAKE(name, parameters, ...) FAKE_ANSWER(void, name, parameters, void(), __VA_ARGS__)
 #define FAKE_ANSWER(type, name, parameters, answer, ...)                                                     \
-    extern "C" type name parameters                                                                          \
+    type name parameters                                                                                     \
     {                                                                                                        \
+        const OwnAllocations own;                                                                            \
         Record(#name __VA_OPT__(, ) __VA_ARGS__);                                                            \
         return answer;                                                                                       \
     }
 
-// What the stand-ins answer.
+// What the stand-ins return.
 extern unsigned fakelist;                    // the display list made next
 extern int fakemodifiers;                    // that are held
 extern int fakecursor;                       // of the window
 extern std::string fakefile;                 // that is selected; empty: cancelled
 extern int fakechoice;                       // of the buttons of a choice, counted from 1
 extern bool fakeinput;                       // input waits
-extern int fakebutton;                       // state of any button of a panel, and the answer to a question
+extern int fakebutton;                       // state of any button of a panel, and the reply to a question
 extern FL_OBJECT_ *fakeworked;               // the panel's object that the user has worked
 extern std::function<int()> fakeclose;       // closes the panel built last, as the window manager does
 extern std::vector<void (*)(int)> fakemenus; // the handlers of the menus built

@@ -61,30 +61,24 @@ static Records ReadRecords()
     place("direction", camera.vd);
     place("up", camera.vu);
     place("pivot", camera.pr);
-    add("aperture", camera.aperture);
-    add("clipping", camera.nearclip, camera.farclip);
+    add("lens", camera.aperture, camera.nearclip, camera.farclip);
     add("screen", camera.screenwidth, camera.screenheight, camera.stereo);
     add("pointer", interfacestate.button, interfacestate.shift, interfacestate.mousex, interfacestate.mousey);
     add("spin", options.autospin);
-    add("record", options.recordframes);
-    add("dump", options.dumpnext);
-    add("overlays", options.showextras, options.showinfo);
-    add("running", growthstate.running, growthstate.stepcount);
-    add("box count", options.boxcountrequest);
-    add("particles", ncells, std::hex, HashParticles(ncells));
-    add("launches", nseeds);
-    add("roots", growthstate.rootname);
+    add("captures", options.recordframes, options.dumpnext);
+    add("overlays", options.showextras, options.showinfo, options.boxcountrequest);
+    add("running", growthstate.running, growthstate.stepcount, nseeds);
+    add("particles", ncells, std::hex, HashParticles(ncells), growthstate.rootname);
     add("surface", growthstate.surfacename, nstltri, stlmax.x, stlmax.y);
     add("panels", settingformvisible, stlformvisible, sliceformvisible);
     add("open", windowfile, HasUnsavedParticles());
     for (FL_OBJECT *input : PanelInputs())
         add("shown", fl_get_input(input));
-    std::error_code none;
-    for (const auto &entry : std::filesystem::directory_iterator(".", none))
-        if (entry.path().extension() == ".h5") // its size depends on the library
-            add("file", entry.path().filename().string());
-        else
-            add(entry.path().filename().string() + " of", entry.is_regular_file() ? entry.file_size() : 0);
+    std::error_code none; // the directory may be gone
+    for (const auto &entry : std::filesystem::directory_iterator(".", none)) {
+        const bool fixed = entry.is_regular_file() && entry.path().extension() != ".h5";
+        add(entry.path().filename().string() + " of", fixed ? entry.file_size() : 0);
+    }
     return records;
 }
 
@@ -95,16 +89,13 @@ static std::string Shown()
     for (const Call &call : calls)
         if (call.name == "glutSetCursor")
             shown += call.args[0] == GLUT_CURSOR_WAIT ? " [" : "]";
-        else if (call.name == "fl_set_cursor")
-            shown += call.args[0] == double{FL_BUSY_CURSOR} ? "+" : "-";
-        else if (call.name.starts_with("fl_show") || call.name.starts_with("glNew") ||
-                 call.name == "fl_hide_form" || call.name == "glutSetWindowTitle" ||
-                 call.name == "CloseMenu" || call.name == "glutSwapBuffers")
+        else if (call.name == "fl_set_cursor") { // of each panel in turn
+            const char mark = call.args[0] == double{FL_BUSY_CURSOR} ? '+' : '-';
+            shown += shown.ends_with(mark) ? "" : std::string(1, mark);
+        } else if (call.name.starts_with("fl_show") || call.name.starts_with("glNew") ||
+                   call.name == "fl_hide_form" || call.name == "glutSetWindowTitle" ||
+                   call.name == "CloseMenu" || call.name == "glutSwapBuffers")
             shown += ' ' + Text(call);
-    // As many panels as tests have built, of which each program has three.
-    shown.erase(std::unique(shown.begin(), shown.end(),
-                            [](char a, char b) { return a == b && (a == '+' || a == '-'); }),
-                shown.end());
     return shown;
 }
 
@@ -122,7 +113,7 @@ void ActionLog::Do(const std::string &name, const std::function<void()> &act, co
     outcome += Shown();
     const std::string printed = testing::internal::GetCapturedStderr();
     outcome += (printed.empty() ? "" : "\n    ") + printed.substr(0, printed.find_last_not_of('\n') + 1);
-    outcome = std::regex_replace(outcome, std::regex("[0-9]{4}\\.tga"), "N.tga"); // goes on from test to test
+    outcome = std::regex_replace(outcome, std::regex("[0-9]{4}\\.tga"), "N.tga");
     outcome = std::regex_replace(outcome, std::regex("[0-9-]{10} [0-9:]{5}"), "DATE");
     if (outcome != last && !text.empty())
         text += ':' + last + '\n';
