@@ -10,6 +10,7 @@ cd "$work"
 
 fail() {
     echo "line ${BASH_LINENO[*]}: $1" >&2
+    tail -n 80 "$work/stderr.txt" >&2
     exit 1
 }
 
@@ -108,7 +109,6 @@ choose() {
     sleep 0.05
 }
 
-# The panels by their sizes.
 declare -A panel_sizes=([settings]="411 531" [transform]="351 291" [slicing]="421 251")
 
 # panel NAME: prints the panel's window, or nothing while it is hidden.
@@ -209,11 +209,11 @@ expect() { wait_for "$1 of $2" has_value "$@"; }
 ends_with() {
     local status=0
     wait "$pid" || status=$?
-    [ $status -eq "$1" ] || fail "the program ended with status $status, not $1: $(cat stderr.txt)"
+    [ $status -eq "$1" ] || fail "the program ended with status $status, not $1"
 }
 ends_well() { ends_with 0; }
 
-# Saves the simulation information to info.txt.
+# Saves the simulation information to info.txt; reported NAME: a value in it.
 save_information() {
     rm -f "$work/info.txt"
     choose "Save simulation information"
@@ -221,5 +221,4 @@ save_information() {
     wait_for "the information" grep -qs '^Current radius' info.txt
 }
 
-# reported NAME: what the information says of it.
 reported() { sed -n "s/^$1: //p" "$work/info.txt"; }

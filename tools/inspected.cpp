@@ -22,13 +22,6 @@ static std::atomic<int> framesleft = 0; // until the records are written
 
 extern "C" void __lsan_do_leak_check() __attribute__((weak)); // defined under the sanitizers only
 
-// Bytes allocated and not freed.
-static double HeapInUse()
-{
-    const struct mallinfo2 info = mallinfo2();
-    return static_cast<double>(info.uordblks + info.hblkhd);
-}
-
 static void WriteRecords(FILE *file)
 {
     for (const Parameter &parameter : Parameters())
@@ -37,7 +30,7 @@ static void WriteRecords(FILE *file)
     const std::pair<const char *, double> numbers[] = {
         {"ncells", ncells},
         {"placed", double(std::count_if(cells, cells + ncells, isroot))},
-        {"heap", HeapInUse()},
+        {"heap", double(mallinfo2().uordblks + mallinfo2().hblkhd)},
         {"boxcount", options.boxcountrequest},
         {"faces", nstltri},
         {"largestx", stlmax.x},

@@ -10,11 +10,6 @@ export LSAN_OPTIONS=print_suppressions=0:suppressions=$here/leaks.supp
 most_particles=3000
 allowance=60000000 # bytes, for the largest window and aggregate so far
 
-fail() {
-    echo "seed $seed, action $action, line ${BASH_LINENO[*]}: $1" >&2
-    tail -n 80 stderr.txt >&2
-    exit 1
-}
 # pick VALUE...: sets `picked` to one of them.
 pick() {
     shift $((RANDOM % $#))
@@ -37,37 +32,31 @@ look() {
 }
 
 press_keys() {
-    pick a A h H bracketleft bracketright plus minus less greater period w r x F1 F2 F3 F4 F5 Left Right Up Down shift+Left
-    action+=" key $picked"
+    pick a A h bracketleft bracketright plus minus less greater w r x F1 F2 F3 F4 F5 Left Right Up Down shift+Left
+    echo "$number: key $picked"
     key --delay 2 --repeat $((1 + RANDOM % 30)) "$picked"
 }
 choose_entry() {
     local labels entry
-    pick "DLA drawing mode" "Constraint surface drawing mode" "New particle distribution" "Sample constraint surfaces" \
-        "Initial root distribution"
+    pick "DLA drawing mode" "Constraint surface drawing mode" "New particle distribution" "Sample constraint surfaces"
     entry=$picked
     mapfile -t labels < <(labels_of "$entry")
     pick "${labels[@]}"
-    action+=" menu $entry, $picked"
+    echo "$number: menu $entry, $picked"
     choose "$entry" "$picked"
 }
 use_panel() {
-    local entry panel button inputs input
-    pick "Settings|settings|Hide|Random number seed,Bias towards origin,Branch length,Stickiness,Branch thickness,Number of roots" \
-        "Transform constraint surface|transform|Apply|Scale#1,Scale#3,Shift#2,Rotate#3" \
-        "Compute/save slices|slicing|Slice|Plane normal#1,Plane normal#2,Plane normal#3"
-    IFS='|' read -r entry panel button inputs <<<"$picked"
-    IFS=, read -ra inputs <<<"$inputs"
-    choose "$entry"
-    wait_for "$entry" has_panel "$panel"
-    xdotool windowmove "$(panel "$panel")" 0 640
-    pick "${inputs[@]}"
+    local input
+    choose "Settings"
+    wait_for "settings" has_panel settings
+    xdotool windowmove "$(panel settings)" 0 640
+    pick "Random number seed" "Bias towards origin" "Branch length" "Stickiness" "Branch thickness" to "Number of roots"
     input=$picked
     pick 0 1 2 0.5 50 -4 nan 1e308 ""
-    action+=" $panel, $input: $picked"
-    type_into "$panel" "$input" "$picked"
+    echo "$number: $input: $picked"
+    type_into settings "$input" "$picked"
     look
-    press "$panel" "$button"
+    press settings "Hide"
 }
 use_file() {
     local labels entry format file
@@ -76,14 +65,14 @@ use_file() {
     pick "Save DLA as|$picked|saved" "Save DLA as|$picked|no/such/place" "Save simulation information||saved" \
         "Read seeds||roots.txt" "Read seeds||missing" "Read constraint surface from STL file||box.stl"
     IFS='|' read -r entry format file <<<"$picked"
-    action+=" $entry $format: $file"
+    echo "$number: $entry $format: $file"
     choose "$entry" ${format:+"$format"}
     type_path "$work/$file"
     sleep 0.5
 }
 resize() {
     pick "1 1" "100 900" "1600 100"
-    action+=" window of $picked, then hidden"
+    echo "$number: window of $picked, then hidden"
     xdotool windowsize "$window" $picked sleep 0.5 windowsize "$window" 800 600 windowunmap "$window" sleep 0.5 \
         windowmap --sync "$window" sleep 0.5
 }
@@ -96,7 +85,6 @@ rest() {
     held=$(value_of heap)
 }
 
-action=0
 start
 choose "Sample constraint surfaces" "Box"
 choose "Save constraint surface to STL file"
@@ -105,12 +93,10 @@ rest
 first_files=$files first_held=$held
 seq 300 | awk '{ print $1 % 7 * 3, $1 % 11 * 3, $1 % 13 * 3 }' >roots.txt
 for ((number = 1; SECONDS < seconds; number++)); do
-    action=$number
     RANDOM=$((seed * 7919 + number * 10473)) # the same actions, however many numbers those before drew
     : $RANDOM
     pick press_keys press_keys choose_entry use_panel use_panel use_file use_file resize
     $picked
-    echo "$action"
     look
     [ "$(value_of ncells)" -lt $most_particles ] || key F4
     rm -f ./*.tga slice_*.txt

@@ -153,6 +153,7 @@ TEST(Idle, LongFramesAreThinnedForMovementAndBrokenOffForInput)
     KeepFramesQuick();
     fakeclock += 10;
     options.dlamode = kAggregateTubes; // lines while the camera moves
+    DrawFrame(cost);
     ZoomIn();
     const double moved = fakeclock;
     const int drawn = DrawFrame(cost);

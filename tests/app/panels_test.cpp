@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "golden.h"
-#include "growth/growth_step.h"
-#include "growth/roots.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
 #include "viewer/action_log.h"
@@ -49,10 +47,6 @@ TEST(Panels, MatchExpectedChanges)
     const auto work = [&](const char *name, FL_OBJECT *object) { log.Do(name, [=] { Work(object); }); };
     ShowPanels();
     growthstate.roottype = kRootRingZ;
-    for (FL_OBJECT *input : {settingform->nroots, settingform->rootrange}) {
-        log.Do("6", [=] { Type(input, "6"); });
-        Grow(IterateSystem, 50, 1000000);
-    }
     fakebutton = 1;
     work("association", settingform->association);
     log.Do("more roots than memory holds", [] { Type(settingform->nroots, "1e308"); });

@@ -78,6 +78,5 @@ struct RegisteredCallbacks {
     void (*passivemotion)(int, int);
     void (*visibility)(int);
     void (*idle)();
-    void (*menustatus)(int, int, int);
 };
 extern RegisteredCallbacks registered;

@@ -64,8 +64,7 @@ static Records ReadRecords()
     add("lens", camera.aperture, camera.nearclip, camera.farclip);
     add("screen", camera.screenwidth, camera.screenheight, camera.stereo);
     add("pointer", interfacestate.button, interfacestate.shift, interfacestate.mousex, interfacestate.mousey);
-    add("spin", options.autospin);
-    add("captures", options.recordframes, options.dumpnext);
+    add("spin and captures", options.autospin, options.recordframes, options.dumpnext);
     add("overlays", options.showextras, options.showinfo, options.boxcountrequest);
     add("running", growthstate.running, growthstate.stepcount, nseeds);
     add("particles", ncells, std::hex, HashParticles(ncells), growthstate.rootname);
