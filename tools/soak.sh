@@ -102,7 +102,6 @@ for ((number = 1; SECONDS < seconds; number++)); do
     rm -f ./*.tga slice_*.txt
 done
 rest
-echo "at rest: $held bytes, $first_held at first"
 [ "$files" -eq "$first_files" ] || fail "$files open files, $first_files at first"
 [ "$held" -le $((first_held + allowance)) ] || fail "memory grows from $first_held to $held bytes"
 key q

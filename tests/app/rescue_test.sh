@@ -2,9 +2,7 @@
 # rescue_test.sh SARKELO SARKELO-VIEW SARKELO-GROW: signals in every state of the window and a lost display keep the aggregate in
 # a file, from which growth goes on exactly.
 set -eu
-program=$1
-view=$2
-grow=$3
+program=$1 view=$2 grow=$3
 . "$(dirname "$0")/../../tools/drive.sh"
 printf 'solid s\nouter loop\nvertex 1 2\n' >bad.stl
 

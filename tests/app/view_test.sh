@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
 # view_test.sh SARKELO-VIEW SARKELO-GROW: pictures without a display; then the window with files under a window manager.
 set -eu
-program=$1
-grow=$2
+program=$1 grow=$2
 . "$(dirname "$0")/../../tools/drive.sh"
 menu_tree=$project/tests/viewer/view_menu_tree.txt
 virtual=$DISPLAY

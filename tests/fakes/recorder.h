@@ -47,12 +47,12 @@ void Record(const char *name, Values... values)
 
 // A function declared in a toolkit's header that records its call: FAKE(glPointSize, (GLfloat size), size).
 #define FAKE(name, parameters, ...) FAKE_ANSWER(void, name, parameters, void(), __VA_ARGS__)
-#define FAKE_ANSWER(type, name, parameters, answer, ...)                                                     \
+#define FAKE_ANSWER(type, name, parameters, result, ...)                                                     \
     type name parameters                                                                                     \
     {                                                                                                        \
         const OwnAllocations own;                                                                            \
         Record(#name __VA_OPT__(, ) __VA_ARGS__);                                                            \
-        return answer;                                                                                       \
+        return result;                                                                                       \
     }
 
 // What the stand-ins return.

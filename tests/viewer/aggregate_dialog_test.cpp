@@ -1,4 +1,4 @@
-// Opening and saving aggregate files in the window, with the stand-ins' answers.
+// Opening and saving aggregate files in the window, by the stand-ins.
 
 #include "viewer/aggregate_dialog.h"
 
