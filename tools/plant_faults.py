@@ -76,7 +76,8 @@ def prepare(copy):
     listed = subprocess.check_output(["git", "ls-files", "-co", "--exclude-standard"], text=True).split("\n")
     wanted = {copy / file: pathlib.Path(file) for file in listed if os.path.isfile(file)}
     there = {path for path in copy.rglob("*") if path.is_file() and copy / "build" not in path.parents}
-    changed = [path for path in wanted if path not in there or path.read_bytes() != wanted[path].read_bytes()]
+    changed = [path for path in wanted if path not in there or path.read_bytes() != wanted[path].read_bytes()
+               or path.stat().st_mode != wanted[path].stat().st_mode]
     record = copy / "build" / "sound.json"
     if changed or there - set(wanted) or not record.is_file():
         print("builds and tests without a fault, in", copy, flush=True)

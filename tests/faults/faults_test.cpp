@@ -213,7 +213,7 @@ static std::string JudgeStop(const Action &action, const std::string &message, V
 static std::string Judge(const Action &action, const Failure &failure, State full)
 {
     State before = TakeState();
-    const Vector newest = cells[kPrepared - 1].p;
+    const Vector newest = cells[ncells - 1].p;
     const std::string message = ActWith(failure, action);
     State after = TakeState();
     if (after == full)
