@@ -172,7 +172,7 @@ static Fault ReadSaves(const Arguments &given, Command *command)
         else if (kind == kinds.end())
             wrong = "unknown extension \"" + extension + "\"";
         if (!wrong.empty())
-            return {kRequestFault, "--save " + save + ": " + wrong + "; " + ListKinds()};
+            return {kRequestFault, "--save " + save + ": " + wrong.append("; ") + ListKinds()};
         command->saves.push_back({&*kind, path});
     }
     return {};
