@@ -63,10 +63,12 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
     app.add_option("--save", given.saves, "Also save the aggregate in another format; " + ListKinds())
         ->allow_extra_args(false)
         ->type_name("[KIND:]FILE");
-    app.add_option("--slices", given.slices, "Cut the aggregate into N slices across a direction, written to a folder")
+    app.add_option("--slices", given.slices,
+                   "Cut the aggregate into N slices across a direction, written to a folder")
         ->expected(2)
         ->type_name("N,X,Y,Z DIR");
-    app.add_option("--statistics", given.statistics, "Measure the aggregate and write a JSON file")->type_name("FILE");
+    app.add_option("--statistics", given.statistics, "Measure the aggregate and write a JSON file")
+        ->type_name("FILE");
     app.add_flag("--force", given.force, "Overwrite files that exist");
     app.add_flag("--quiet", given.quiet, "Print no progress");
     app.add_flag("--print-recipe", given.printrecipe, "Print the recipe with every parameter, and exit");
