@@ -89,6 +89,7 @@ fails 3 <<ROWS
 none.sarkelo.h5: cannot be read: No such file|--resume none.sarkelo.h5
 .: not an aggregate file|--resume .
 kept.sarkelo.h5: exists already|--resume b.sarkelo.h5 --particles 10 -o kept.sarkelo.h5
+kept.sarkelo.h5: exists already|--resume b.sarkelo.h5 --particles 10 --checkpoint-file kept.sarkelo.h5
 five.toml: exists already|$new --save csv:five.toml
 five.toml: exists already|$new --checkpoint-file five.toml
 not a directory|$new --slices 3,0,0,1 five.toml
