@@ -78,6 +78,9 @@ TEST(Recipes, FaultsNamePlaceKeyAndAllowedValues)
     };
     for (const auto &[text, line] : rows)
         EXPECT_EQ(FaultOf(text), line) << text;
+    const std::string seed = "\n[growth]\nseed = 5";
+    std::string comment(4097 - seed.size(), '#');
+    EXPECT_EQ(FaultOf(comment.append(seed)), FaultOf(seed)); // one byte more than is read at a time
     Recipe recipe;
     EXPECT_EQ(ReadRecipe("none", &recipe).line, "none: cannot read the recipe: No such file or directory");
     EXPECT_EQ(ReadRecipe("/dev/zero", &recipe).line, "/dev/zero: cannot read the recipe: File too large");
