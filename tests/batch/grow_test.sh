@@ -129,10 +129,10 @@ same job.sarkelo.h5 five.sarkelo.h5
 # A checkpoint is removed once the output is written; not so the output under another name, and files that this run did not write.
 ends 0 "" five.toml -o link/linked.sarkelo.h5 --checkpoint-file linked.sarkelo.h5 --checkpoint 0.00001
 same linked.sarkelo.h5 five.sarkelo.h5
-for checkpoint in "notes.txt 0" "part 0.00001"; do
+for checkpoint in "notes.txt 0" "own.sarkelo.h5 0.00001"; do
     ends 0 "" five.toml -o other.sarkelo.h5 --checkpoint-file ${checkpoint% *} --checkpoint ${checkpoint#* } --force
 done
-[ "$(cat notes.txt)" = precious ] && [ ! -e part ] || fail "a checkpoint of another name"
+[ "$(cat notes.txt)" = precious ] && [ ! -e own.sarkelo.h5 ] || fail "a checkpoint of another name"
 ends 0 "" --resume other.sarkelo.h5 -o later.sarkelo.h5 --checkpoint-file other.sarkelo.h5 --checkpoint 0.00001 --particles 9000 --force
 [ -e other.sarkelo.h5 ] && [ -e later.sarkelo.h5 ] || fail "the file that was continued is gone"
 
