@@ -10,7 +10,7 @@
 #include "analysis/box_grid.h"
 #include "base/array.h"
 #include "geom/elementary.h"
-#include "growth/growth_step.h"
+#include "growth/aggregate.h"
 #include "growth/state.h"
 
 // Ratio of a level's edge to the next level's.

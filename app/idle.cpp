@@ -7,8 +7,10 @@
 #include <GL/glut.h>
 
 #include "app/panels.h"
+#include "base/processors.h"
 #include "geom/clock.h"
-#include "growth/flights.h"
+#include "growth/growth_step.h"
+#include "growth/parallel_growth.h"
 #include "growth/state.h"
 #include "toolkit/callback.h"
 #include "toolkit/control_panel.h"
@@ -18,7 +20,9 @@
 #include "viewer/display.h"
 #include "viewer/statistics.h"
 
-constexpr int kMovesPerCall = 100;
+// Growth of an idle call: steps, or the time of flights in seconds.
+constexpr int kStepsPerCall = 100;
+constexpr double kSecondsPerCall = 0.005;
 // Seconds after a redisplay from which the panels are polled.
 constexpr double kPanelDelay = 0.02;
 // The longest sleep, in seconds. Timers of the panels can be late by so much.
@@ -81,8 +85,11 @@ static void Grow()
     const Clock::time_point start = Clock::now();
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
-    for (int left = kMovesPerCall; left > 0 && growthstate.running;)
-        left -= WalkUntilStick(left);
+    if (growthstate.walk == kWalkFlights)
+        GrowFlights({.seconds = kSecondsPerCall}, AvailableProcessors());
+    else
+        for (int left = kStepsPerCall; left > 0 && growthstate.running;)
+            left -= IterateUntilStick(left);
     if (!growthstate.running)
         fprintf(stderr, "Out of memory: growth stopped at %d particles\n", ncells);
     windowrun.seconds += std::chrono::duration<double>(Clock::now() - start).count();

@@ -13,7 +13,7 @@
 
 #include "base/end_signals.h"
 #include "base/output_file.h"
-#include "growth/growth_step.h"
+#include "growth/aggregate.h"
 #include "search/neighbour_search.h"
 
 namespace

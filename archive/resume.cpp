@@ -4,7 +4,7 @@
 #include <type_traits>
 
 #include "archive/aggregate_file.h"
-#include "growth/growth_step.h"
+#include "growth/aggregate.h"
 #include "growth/parameters.h"
 
 void ResumeRun(StoredAggregate stored)

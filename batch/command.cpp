@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "archive/aggregate_file.h"
+#include "base/processors.h"
 #include "growth/parameters.h"
 #include "growth/state.h"
 #include "recipe/arguments.h"
@@ -16,6 +17,7 @@
 #include "recipe/recipe_reader.h"
 
 constexpr std::int64_t kDefaultParticles = 100000;
+constexpr int kMostThreads = 1024;
 
 namespace
 {
@@ -25,6 +27,7 @@ struct Arguments {
     std::string particles, steps, minutes, seed;
     std::vector<std::string> sets, saves, slices;
     double checkpoint = 10;
+    int threads = 0;
     bool continues = false, force = false, quiet = false, printrecipe = false;
 };
 } // namespace
@@ -56,6 +59,10 @@ bool ReadCommand(int argc, char **argv, Command *command, Fault *fault)
         ->type_name("FILE");
     app.add_flag("--continue", given.continues,
                  "Continue from the output or its checkpoint if there is one, else start");
+    app.add_option(
+           "--threads", given.threads,
+           "Threads for flights; as many as there are processors if missing. The aggregate is the same")
+        ->type_name("N");
     app.add_option("--checkpoint", given.checkpoint, "Minutes between checkpoints; 10 if missing, 0 for none")
         ->type_name("M");
     app.add_option("--checkpoint-file", given.checkpointfile, "Where checkpoints go; the output if missing")
@@ -97,6 +104,10 @@ static Fault Interpret(const Arguments &given, Command *command)
     command->statistics = given.statistics;
     if (!given.recipe.empty())
         command->inputs.push_back(given.recipe);
+    if (given.threads < 0 || given.threads > kMostThreads)
+        return {kRequestFault, "--threads: a number from 1 to " + std::to_string(kMostThreads) +
+                                   " is expected, or 0 for as many as there are processors"};
+    command->threads = given.threads > 0 ? given.threads : AvailableProcessors();
     if (!(given.checkpoint >= 0))
         return {kRequestFault, "--checkpoint: minutes from 0 on are expected"};
     if (!given.resume.empty() && given.printrecipe)

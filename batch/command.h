@@ -29,6 +29,7 @@ struct Command {
     std::string output; // never empty
     std::string checkpoint;
     double checkpointminutes; // between checkpoints; 0: no checkpoints
+    int threads;
     std::vector<SaveRequest> saves;
     std::optional<SliceRequest> slices;
     std::string statistics;

@@ -22,6 +22,7 @@ struct GrowthPlan {
     std::function<Fault(const RunRecord &)> checkpoint; // writes a checkpoint
     double checkpointminutes;                           // between checkpoints; 0: no checkpoints
     bool quiet;
+    int threads = 1; // for flights
     int stallsteps = kStallSteps;
 };
 

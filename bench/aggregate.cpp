@@ -4,7 +4,7 @@
 #include <ctime>
 
 #include "growth/deferred_flows.h"
-#include "growth/flights.h"
+#include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/roots.h"
 #include "growth/state.h"
@@ -39,7 +39,7 @@ long GrowOn(int particles, long most)
     long steps = 0;
     while (ncells < particles && steps < most) {
         for (int left = kStepsPerCall; left > 0;)
-            left -= WalkUntilStick(left);
+            left -= IterateUntilStick(left);
         steps += kStepsPerCall;
     }
     return steps;

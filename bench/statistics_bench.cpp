@@ -9,7 +9,7 @@
 #include "analysis/box_count.h"
 #include "app/idle.h"
 #include "base/array.h"
-#include "growth/growth_step.h"
+#include "growth/aggregate.h"
 #include "growth/roots.h"
 #include "growth/state.h"
 

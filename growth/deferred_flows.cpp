@@ -30,6 +30,7 @@ struct {
     std::vector<Junction> junctions;
     std::vector<double> amounts; // the amounts of the list being added
     std::size_t capacity = 0;    // number of deferred flows that memory is reserved for
+    double largest = 0;          // flow of the particles to which flows were added last
 } deferred;
 } // namespace
 
@@ -41,11 +42,11 @@ constexpr std::size_t kParticlesPerDeferred = 32;
 constexpr int kParticlesAtOnce = 8;
 
 static void MakeRoom();
-static double AddDeferredFlows(int from);
-static void CountLists(int from);
+static void AddDeferredFlows(int from, int end);
+static void CountLists(int from, int end);
 static int MergeLists(int a, int b);
 static void ReadList(int first);
-static int AddList(int particle, double *largest);
+static int AddList(int particle);
 
 DeferredFlows::DeferredFlows()
 {
@@ -86,10 +87,8 @@ void AddFlowOfNewest()
     double largest = 0;
     if (!deferred.exist)
         largest = AddFlow(cells[ncells - 1].parent);
-    else if (static_cast<std::size_t>(ncells - deferred.from) >= deferred.capacity) {
+    else if (AreManyFlowsDeferred(ncells))
         SettleFlows();
-        MakeRoom();
-    }
     if (!IsLargestFlowKnown(ncells - 1))
         SettleFlows();
     UpdateLargestFlow(largest);
@@ -105,25 +104,49 @@ void SettleFlows()
 {
     if (!deferred.exist || deferred.from == ncells)
         return;
-    double largest = 0;
-    if (ExtendPathTables(ncells, false))
-        largest = AddDeferredFlows(deferred.from);
-    else
-        for (int i = deferred.from; i < ncells; i++)
-            largest = std::max(largest, AddFlowWithoutTables(cells[i].parent));
-    deferred.from = ncells;
-    RaiseLargestFlow(largest);
+    AddDeferredFlowsBefore(ncells);
+    FinishDeferredFlows(ncells);
+}
+
+bool AreFlowsDeferred()
+{
+    return deferred.exist;
+}
+
+bool AreManyFlowsDeferred(int count)
+{
+    return deferred.exist && static_cast<std::size_t>(count - deferred.from) >= deferred.capacity;
+}
+
+void AddDeferredFlowsBefore(int end)
+{
+    deferred.largest = 0;
+    const bool hastables = ExtendPathTables(end, false);
+    for (int from = deferred.from; from < end;) {
+        const int next = static_cast<int>(std::min<std::size_t>(end, from + deferred.capacity));
+        if (hastables)
+            AddDeferredFlows(from, next);
+        for (; from < next; from++)
+            if (!hastables)
+                deferred.largest = std::max(deferred.largest, AddFlowWithoutTables(cells[from].parent));
+    }
+}
+
+void FinishDeferredFlows(int end)
+{
+    deferred.from = end;
+    RaiseLargestFlow(deferred.largest);
+    MakeRoom();
 }
 
 // Adds the deferred flows. Every particle receives the same shares in the same order as if they were added one by
-// one. Returns the largest flow that results.
-static double AddDeferredFlows(int from)
+// one.
+static void AddDeferredFlows(int from, int end)
 {
-    CountLists(from);
+    CountLists(from, end);
     deferred.shares.clear();
     deferred.junctions.clear();
-    double largest = 0;
-    for (int i = from; i < ncells; i++) {
+    for (int i = from; i < end; i++) {
         int first = i - from; // first share of the list that is carried towards the root
         deferred.shares.push_back({1.0 / PathLength(cells[i].parent), -1});
         for (int at = cells[i].parent; at >= 0;) {
@@ -142,16 +165,15 @@ static double AddDeferredFlows(int from)
                 lists = 1;
             }
             ReadList(first);
-            at = AddList(at, &largest);
+            at = AddList(at);
         }
     }
-    return largest;
 }
 
 // Sets `visited` of every particle on the deferred paths to the number of lists that will arrive there.
-static void CountLists(int from)
+static void CountLists(int from, int end)
 {
-    for (int i = from; i < ncells; i++) {
+    for (int i = from; i < end; i++) {
         int at = cells[i].parent;
         while (at >= 0 && cells[at].visited++ == 0)
             at = cells[at].parent;
@@ -185,7 +207,7 @@ static void ReadList(int first)
 
 // Adds the amounts to a particle and its ancestors, up to the particle where another list joins, which is returned;
 // -1 after the root.
-static int AddList(int particle, double *largest)
+static int AddList(int particle)
 {
     while (particle >= 0 && cells[particle].visited == 1) {
         int at[kParticlesAtOnce];
@@ -202,7 +224,7 @@ static int AddList(int particle, double *largest)
                 sum += amount;
         for (int k = 0; k < count; k++) {
             cells[at[k]].weight = sums[k];
-            *largest = std::max(*largest, sums[k]);
+            deferred.largest = std::max(deferred.largest, sums[k]);
         }
     }
     return particle;

@@ -21,5 +21,18 @@ void AddFlowOfNewest();
 // Adds all deferred flows now.
 void SettleFlows();
 
+// For growth on several threads, on which particles are added while another thread adds flows:
+
+// Whether a DeferredFlows exists.
+bool AreFlowsDeferred();
+
+// Whether so many flows of the first `count` particles are deferred that they should be added.
+bool AreManyFlowsDeferred(int count);
+
+// Adds the deferred flows of the particles before `end`. Meanwhile, other particles may be added to cells, if the array
+// does not move, but nothing else of this file may be called; then FinishDeferredFlows has to be.
+void AddDeferredFlowsBefore(int end);
+void FinishDeferredFlows(int end);
+
 // Discards the tables of the particles' paths and all deferred flows.
 void ForgetFlows();

@@ -3,100 +3,195 @@
 #include <algorithm>
 #include <cmath>
 
-#include "growth/generators.h"
-#include "growth/growth_step.h"
+#include "growth/refusal.h"
+#include "growth/sources.h"
 #include "growth/state.h"
 #include "growth/walker.h"
-#include "search/neighbour_search.h"
 
 // Shortest flight, in branch lengths; where there is less room, the walker takes a step.
 constexpr double kShortestFlight = 2;
+// Shortest flight that is mirrored at the launch sphere, in branch lengths; shorter ones end before it. Near the sphere
+// walkers then take steps, and a step that would leave the sphere is not made: mirrored flights find the way along the
+// sphere too easily.
+constexpr double kShortestMirrored = 6;
 // Longest flight of a walker that is mirrored at the launch sphere, in launch radii: on this scale the sphere is
 // nearly flat.
 constexpr double kLongestFlight = 0.15;
 // Largest drift of a flight, in its radii. Drift shifts the mean end of a flight by this much; its further effect on
 // the distribution of the ends, which is neglected, is of the order of its square.
 constexpr double kLargestDrift = 0.05;
+// Least square of a direction's part across the way outward, from which the azimuth of a return is taken.
+constexpr double kLeastSideways = 1e-6;
 
-static double FlightRadius();
-static double KnownFreeRadius();
-static void Fly(double radius);
-static void MirrorAtLaunchSphere();
-static Vector DrawDirection();
+static void Launch(Walk *walk);
+static double LaunchRadiusOf(const Walk &walk);
+static double FlightRadius(const Walk &walk);
+static void Fly(double radius, Walk *walk);
+static void MirrorAtLaunchSphere(Walk *walk);
+static void Step(Walk *walk);
+static void LookAround(Walk *walk);
+static void ComeBack(double distance, Walk *walk);
+static void CountSteps(double steps, Walk *walk);
 
-int WalkUntilStick(int most)
+void StartWalk(int number, int seen, double reach, SearchNotes *notes, Walk *walk)
 {
-    if (growthstate.walk != kWalkFlights)
-        return IterateUntilStick(most);
-    const int count = ncells;
-    int made = 0;
-    for (; made < most && ncells == count; made++)
-        IterateFlights();
-    return made;
+    if (notes != nullptr)
+        notes->Clear();
+    walk->searcher = {number, seen, 0, notes};
+    walk->draws = Stream(growthstate.seed, number);
+    walk->reach = reach;
+    walk->iscontained = !WalkersMayLeave() && growthstate.sourcetype != kSourceInfinity;
+    walk->partner = -1;
+    walk->steps = 0;
+    walk->launches = 0;
+    walk->launched.clear();
+    walk->left = 0;
 }
 
-void IterateFlights()
+bool ContinueWalk(int moves, Walk *walk)
 {
-    const double radius = IsLaunchDue() ? 0 : FlightRadius();
-    if (radius >= kShortestFlight * growthstate.branchlength)
-        Fly(radius);
+    for (; moves > 0 && walk->partner < 0; moves--) {
+        if (walk->left == 0)
+            Launch(walk);
+        const double radius = FlightRadius(*walk);
+        if (radius >= kShortestFlight * growthstate.branchlength)
+            Fly(radius, walk);
+        else
+            Step(walk);
+    }
+    return walk->partner >= 0;
+}
+
+static void Launch(Walk *walk)
+{
+    walk->pos = LaunchPosition(growthstate.sourcetype, LaunchRadiusOf(*walk), &walk->draws);
+    if (walk->launched.size() < kSeedRing)
+        walk->launched.push_back(walk->pos);
     else
-        IterateSystem();
+        walk->launched[walk->launches % kSeedRing] = walk->pos;
+    walk->launches++;
+    walk->left = kWalkerLife;
+    walk->free = FreeRadius(walk->pos, &walk->searcher);
+}
+
+static double LaunchRadiusOf(const Walk &walk)
+{
+    return growthstate.launchscale * walk.reach;
 }
 
 // Radius of the longest flight there is room for: it stays within the free ball, drift included.
-static double FlightRadius()
+static double FlightRadius(const Walk &walk)
 {
-    const double free = KnownFreeRadius();
-    const double radius = WalkersMayLeave() ? free : std::min(free, kLongestFlight * LaunchRadius());
-    if (!(growthstate.bias > 0))
-        return radius;
-    // A flight of radius r counts as many steps as its radius has branch lengths, squared, and drifts by slope r^2.
-    const double slope = DriftLength() / (growthstate.branchlength * growthstate.branchlength);
-    const double slowed = std::min(radius, kLargestDrift / slope);
-    return std::min(slowed, free / (1 + slope * slowed));
-}
-
-// Beyond the aggregate the free radius is at least the distance to its bounding sphere, less a branch length, even
-// outside of the clearance map.
-static double KnownFreeRadius()
-{
-    const double distance = Modulus(growthstate.pos);
-    const bool isbeyond = distance > AggregateReach();
-    const double way = isbeyond ? distance - growthstate.radius - growthstate.branchlength : 0;
-    return isbeyond && WalkersMayLeave() ? way : std::max(way, FreeRadius());
+    double radius = walk.free;
+    if (walk.iscontained)
+        radius = std::min(radius, kLongestFlight * LaunchRadiusOf(walk));
+    if (growthstate.bias > 0) {
+        // A flight of radius r counts as many steps as its radius has branch lengths, squared, and drifts by slope r^2.
+        const double slope = DriftLength() / (growthstate.branchlength * growthstate.branchlength);
+        const double slowed = std::min(radius, kLargestDrift / slope);
+        radius = std::min(slowed, walk.free / (1 + slope * slowed));
+    }
+    if (walk.iscontained && radius < kShortestMirrored * growthstate.branchlength)
+        radius = std::min(radius, LaunchRadiusOf(walk) - Modulus(walk.pos));
+    return radius;
 }
 
 // Makes a flight. A walker whose life ends during it is abandoned: it can have met no particle on the way.
-static void Fly(double radius)
+static void Fly(double radius, Walk *walk)
 {
     const double lengths = radius / growthstate.branchlength;
-    const double left = WalkersMayLeave() ? HUGE_VAL : kWalkerLife - growthstate.stepcount % kWalkerLife;
-    const double steps = std::min(std::round(lengths * lengths), left);
-    CountSteps(static_cast<int>(std::min<double>(steps, kWalkerLife)));
-    DriftBy(steps * DriftLength(), &growthstate.pos);
-    growthstate.pos = growthstate.pos + radius * DrawDirection();
-    if (!WalkersMayLeave())
-        MirrorAtLaunchSphere();
+    const double steps = std::min(std::round(lengths * lengths), walk->iscontained ? walk->left : HUGE_VAL);
+    CountSteps(steps, walk);
+    DriftBy(steps * DriftLength(), walk->searcher.number, &walk->draws, &walk->pos);
+    walk->pos = walk->pos + radius * DrawDirection(&walk->draws);
+    if (walk->iscontained)
+        MirrorAtLaunchSphere(walk);
+    LookAround(walk);
 }
 
-static void MirrorAtLaunchSphere()
+static void MirrorAtLaunchSphere(Walk *walk)
 {
-    const double distance = Modulus(growthstate.pos);
-    if (distance > LaunchRadius())
-        growthstate.pos = (2 * LaunchRadius() / distance - 1) * growthstate.pos;
+    const double distance = Modulus(walk->pos);
+    if (distance > LaunchRadiusOf(*walk))
+        walk->pos = (2 * LaunchRadiusOf(*walk) / distance - 1) * walk->pos;
 }
 
-// Draws a uniformly random point of the unit sphere: G. Marsaglia, "Choosing a Point from the Surface of a Sphere",
-// Ann. Math. Stat. 43 (1972) 645. Made of operations that give the same bits on every machine.
-static Vector DrawDirection()
+// Takes a step, which may lead to the place of the particle.
+static void Step(Walk *walk)
 {
-    double u = 0, v = 0, square = 0;
+    CountSteps(1, walk);
+    const Vector undo = walk->pos;
+    const double freebefore = walk->free;
+    const Vector moved = undo + DrawStep(&walk->draws);
+    if (walk->iscontained && IsOutside(moved, LaunchRadiusOf(*walk)))
+        return;
+    walk->pos = moved;
+    DriftBy(DriftLength(), walk->searcher.number, &walk->draws, &walk->pos);
+    LookAround(walk);
+    if (walk->free >= 0)
+        return;
+    const int partner = FindPartnerNear(walk->pos, &walk->searcher);
+    if (partner < 0 || walk->draws.Uniform() > growthstate.stickiness * kPercent)
+        return;
+    if (IsRefused(walk->pos, partner)) {
+        walk->pos = undo;
+        walk->free = freebefore;
+        return;
+    }
+    walk->partner = partner;
+}
+
+// Finds the free radius after a move. Beyond the aggregate it is at least the distance to its bounding sphere, less a
+// branch length. A walker far outside comes back or is abandoned.
+static void LookAround(Walk *walk)
+{
+    const double squared = DotProduct(walk->pos, walk->pos);
+    if (!(squared > walk->reach * walk->reach)) {
+        walk->free = FreeRadius(walk->pos, &walk->searcher);
+        return;
+    }
+    const double distance = std::sqrt(squared);
+    if (growthstate.sourcetype == kSourceInfinity) {
+        ComeBack(distance, walk);
+        return;
+    }
+    walk->free = distance - walk->reach + growthstate.branchlength;
+    if (walk->iscontained)
+        walk->free = std::max(walk->free, FreeRadius(walk->pos, &walk->searcher));
+    else if (distance > growthstate.killingscale * LaunchRadiusOf(*walk))
+        walk->left = 0;
+}
+
+// Moves a walker that is outside of the sphere of all places where it can stick to where Brownian motion first reaches
+// that sphere, or ends its life if it never does. The chance to return is R/r, for the sphere's radius R and a distance
+// r from its centre. The cosine u of the angle between both places, seen from the centre, follows from the exterior
+// Poisson kernel, of which the density of u is proportional to (r^2 + R^2 - 2 r R u)^(-3/2): the inverse square root of
+// that expression, 1 over the distance of both places, is uniform (J. D. Jackson, Classical Electrodynamics, section 2.6,
+// has the kernel).
+static void ComeBack(double distance, Walk *walk)
+{
+    const double r = distance, radius = walk->reach;
+    if (walk->draws.Uniform() * r >= radius) {
+        walk->left = 0;
+        return;
+    }
+    const double farthest = 1 / (r + radius), nearest = 1 / (r - radius);
+    const double s = farthest + walk->draws.Uniform() * (nearest - farthest);
+    const double u = std::clamp((r * r + radius * radius - 1 / (s * s)) / (2 * r * radius), -1.0, 1.0);
+    const Vector outward = (1 / r) * walk->pos;
+    Vector sideways;
     do {
-        u = 2 * DrawUniform() - 1;
-        v = 2 * DrawUniform() - 1;
-        square = u * u + v * v;
-    } while (square >= 1);
-    const double lateral = 2 * std::sqrt(1 - square);
-    return {lateral * u, lateral * v, 1 - 2 * square};
+        sideways = DrawDirection(&walk->draws);
+        sideways = sideways - DotProduct(sideways, outward) * outward;
+    } while (!(DotProduct(sideways, sideways) > kLeastSideways));
+    Normalise(&sideways);
+    walk->pos = radius * (u * outward + std::sqrt(1 - u * u) * sideways);
+    walk->free = FreeRadius(walk->pos, &walk->searcher);
+}
+
+static void CountSteps(double steps, Walk *walk)
+{
+    walk->steps += static_cast<long>(std::min<double>(steps, kWalkerLife));
+    if (walk->iscontained)
+        walk->left -= static_cast<int>(steps);
 }

@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <new>
+#include <vector>
 
-#include "base/large_pages.h"
 #include "growth/state.h"
 
 // Tables by particle, filled for the first particles: the path length as PathLength returns it, and the ancestor
 // kStrides generations up, or -1.
-static LargeVector<int> lengths, ancestors;
+static std::vector<int> lengths, ancestors;
 // A path is followed by so many interleaved walks, whose memory accesses do not wait for each other.
 constexpr int kStrides = 8;
 
@@ -22,7 +22,7 @@ struct KnownLargest {
 } // namespace
 static KnownLargest known = {-1, 0};
 
-static void Append(LargeVector<int> *list, int number);
+static void Append(std::vector<int> *list, int number);
 
 double AddFlow(int partner)
 {
@@ -86,7 +86,7 @@ bool ExtendPathTables(int count, bool withancestors)
 }
 
 // Appends a number; a full vector's capacity grows by an eighth.
-static void Append(LargeVector<int> *list, int number)
+static void Append(std::vector<int> *list, int number)
 {
     if (list->size() == list->capacity())
         list->reserve(list->size() / 8 * 9 + 1000);
@@ -95,8 +95,8 @@ static void Append(LargeVector<int> *list, int number)
 
 void ForgetPaths()
 {
-    lengths = LargeVector<int>();
-    ancestors = LargeVector<int>();
+    lengths = std::vector<int>();
+    ancestors = std::vector<int>();
     known.count = -1;
 }
 
@@ -123,7 +123,20 @@ void UpdateLargestFlow(double newest)
     if (IsLargestFlowKnown(ncells - 1))
         growthstate.maxweight = std::max(growthstate.maxweight, newest);
     else
-        for (int i = 0; i < ncells; i++)
-            growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+        FindLargestFlow();
+    KeepLargestFlow();
+}
+
+void FindLargestFlow()
+{
+    if (IsLargestFlowKnown(ncells))
+        return;
+    for (int i = 0; i < ncells; i++)
+        growthstate.maxweight = std::max(growthstate.maxweight, cells[i].weight);
+    KeepLargestFlow();
+}
+
+void KeepLargestFlow()
+{
     known = {ncells, growthstate.maxweight};
 }

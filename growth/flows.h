@@ -30,3 +30,9 @@ void UpdateLargestFlow(double newest);
 
 // Raises growthstate.maxweight to the new flow of a particle, if that is larger.
 void RaiseLargestFlow(double flow);
+
+// Raises growthstate.maxweight to the largest flow of any particle, unless that is known.
+void FindLargestFlow();
+
+// States that growthstate.maxweight is still the largest flow after particles without flow were added.
+void KeepLargestFlow();

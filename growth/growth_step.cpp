@@ -2,51 +2,24 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdio>
-#include <cstdlib>
-#include <new>
-#include <vector>
 
-#include "base/array.h"
+#include "growth/aggregate.h"
 #include "growth/deferred_flows.h"
 #include "growth/generators.h"
+#include "growth/refusal.h"
 #include "growth/sources.h"
 #include "growth/state.h"
 #include "growth/walker.h"
 #include "search/neighbour_search.h"
-#include "surface/surface.h"
-#include "surface/surface_index.h"
-
-namespace
-{
-// What growthstate.radius was when it was last known to be the largest of the first `count` particles.
-struct KnownRadius {
-    int count;
-    double radius;
-};
-} // namespace
-static KnownRadius knownradius = {-1, 0};
-
-static unsigned aggregatenumber = 0;
 
 // The parts of the growth step, in the order of their execution.
+static bool IsLaunchDue();
 static void LaunchWalker();
 static int WalkFreely(int most);
+static void CountSteps(int steps);
 static bool MoveWalker(Vector *pos);
-static void MoveAtRandom(Vector *pos);
-static bool IsOutside(Vector pos);
 static void Rotate(Vector *pos);
 static void MeetAggregate(Vector undo);
-static bool MeetsBranch(int partner);
-static bool CutsSurface(int partner);
-static bool PokesThroughGap();
-static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection);
-static bool IsNearEdge(const Triangle &t);
-static bool Stick(int partner);
-static void UpdateRadius();
-
-static void StopGrowth();
-static void Explain(const char *rejection);
 
 void IterateSystem()
 {
@@ -106,13 +79,12 @@ static int WalkFreely(int most)
 // Moves a walker by a step. Returns false, with the walker unmoved, if the step would leave the launch sphere.
 static inline bool MoveWalker(Vector *pos)
 {
-    const Vector undo = *pos;
-    MoveAtRandom(pos);
-    if (IsOutside(*pos) && !WalkersMayLeave()) {
-        *pos = undo;
+    RunDraws draws;
+    const Vector moved = *pos + DrawStep(&draws);
+    if (IsOutside(moved, LaunchRadius()) && !WalkersMayLeave())
         return false;
-    }
-    DriftBy(DriftLength(), pos);
+    *pos = moved;
+    DriftBy(DriftLength(), ncells, &draws, pos);
     if (growthstate.rotation != 0)
         Rotate(pos);
     return true;
@@ -127,55 +99,39 @@ static void MeetAggregate(Vector undo)
     if (partner < 0 || r > growthstate.stickiness * kPercent)
         return;
 
-    if (MeetsBranch(partner) || CutsSurface(partner) || PokesThroughGap() || !Stick(partner)) {
+    if (IsRefused(growthstate.pos, partner) || !AddParticle(growthstate.pos, partner)) {
         growthstate.pos = undo;
         return;
     }
+    AddToNeighbourIndex();
     AddFlowOfNewest();
     UpdateRadius();
     growthstate.stepcount = 0;
 }
 
-void ForgetAggregate()
+// Whether the walker's life is over, or none has been launched yet.
+static bool IsLaunchDue()
 {
-    DropNeighbourIndex();
-    knownradius.count = -1;
-    ForgetFlows();
-    aggregatenumber++;
+    if (WalkersMayLeave())
+        return growthstate.stepcount == 0 ||
+               Modulus(growthstate.pos) > growthstate.killingscale * LaunchRadius();
+    return growthstate.stepcount % kWalkerLife == 0;
 }
 
-unsigned AggregateNumber()
-{
-    return aggregatenumber;
-}
-
-// Before the launch count overflows, it is reduced to one with the same place in the ring, and the ring full.
 static void LaunchWalker()
 {
     GetNewParticle(&growthstate.pos, growthstate.sourcetype, LaunchRadius());
-    seeds[nseeds % kSeedRing] = growthstate.pos;
-    if (nseeds == INT_MAX)
-        nseeds = kSeedRing + nseeds % kSeedRing;
-    nseeds++;
+    RecordLaunch(growthstate.pos);
 }
 
-static inline void MoveAtRandom(Vector *pos)
+// Counts so many steps of the walker, at most kWalkerLife. Before it overflows, the count is reduced modulo
+// kWalkerLife, which does not change when a launch is due.
+static void CountSteps(int steps)
 {
-    Vector step;
-    step.x = DrawUniform() - 0.5;
-    step.y = DrawUniform() - 0.5;
-    step.z = DrawUniform() - 0.5;
-    Normalise(&step);
-    *pos = *pos + growthstate.branchlength * step;
-}
-
-// Whether pos is outside of the launch sphere. Compared by squares unless within rounding of the limit.
-static bool IsOutside(Vector pos)
-{
-    const double limit = LaunchRadius();
-    const double squared = DotProduct(pos, pos);
-    constexpr double kRounding = 1e-9;
-    return !(squared < (1 - kRounding) * limit * limit && limit > 0) && std::sqrt(squared) > limit;
+    if (growthstate.stepcount > INT_MAX - steps)
+        growthstate.stepcount %= kWalkerLife;
+    growthstate.stepcount += steps;
+    growthstate.steptotal += steps;
 }
 
 static void Rotate(Vector *pos)
@@ -187,103 +143,4 @@ static void Rotate(Vector *pos)
         theta = FindSineCosine(known * kDegreesToRadians);
     }
     *pos = ArbitraryRotate(*pos, theta, Vector{0, 0, 1});
-}
-
-// Whether the line of the new branch comes too near to the line of another branch.
-static bool MeetsBranch(int partner)
-{
-    if (!(growthstate.intersectrange > 0))
-        return false;
-    const double tolerance = growthstate.intersectrange * kPercent * growthstate.branchlength;
-    for (int i = 0; i < ncells; i++) {
-        if (i == partner || cells[i].parent < 0)
-            continue;
-        Vector pa, pb;
-        double mua, mub;
-        if (LineLineIntersect(growthstate.pos, cells[partner].p, cells[i].p, cells[cells[i].parent].p, &pa,
-                              &pb, &mua, &mub) &&
-            VectorLength(pa, pb) < tolerance) {
-            Explain("*** Self intersection\n");
-            return true;
-        }
-    }
-    return false;
-}
-
-// Whether the new branch crosses a face of the constraint surface.
-static bool CutsSurface(int partner)
-{
-    const auto crosses = [](int face, Vector p1, Vector p2) {
-        Vector hit;
-        return LinePlaneIntersect(face, &hit, p1, p2) != 0;
-    };
-    return IsRefused(cells[partner].p, 0, crosses, "*** Cuts constraint surface\n");
-}
-
-// Whether the walker is within a branch length of an edge of a face and on the outer side of that face: it
-// may have come through the gap between two faces.
-static bool PokesThroughGap()
-{
-    const auto isbeyond = [](int face, Vector pos, Vector) {
-        const Triangle &t = stltri[face];
-        return DotProduct(pos - t.midpoint, t.n) > 0 && IsNearEdge(t);
-    };
-    return IsRefused(growthstate.pos, growthstate.branchlength, isbeyond, "*** Gap poke through\n");
-}
-
-// Whether the test holds for a face within `reach` of the segment from the walker to `end`, which refuses the walker;
-// so does lack of memory.
-static bool IsRefused(Vector end, double reach, FaceTest test, const char *rejection)
-{
-    const FaceSearch found = FindFaceNear(growthstate.pos, end, reach, test);
-    if (found == FaceSearch::kFound)
-        Explain(rejection);
-    if (found == FaceSearch::kOutOfMemory)
-        StopGrowth();
-    return found != FaceSearch::kNone;
-}
-
-static bool IsNearEdge(const Triangle &t)
-{
-    for (int edge = 0; edge < 3; edge++) {
-        Vector closest;
-        double mu;
-        const double distance = PointLine3D(growthstate.pos, t.p[edge], t.p[(edge + 1) % 3], &closest, &mu);
-        if (mu >= 0 && mu <= 1 && distance < growthstate.branchlength)
-            return true;
-    }
-    return false;
-}
-
-// Makes the walker a particle. Returns false, growth stopped, when there is no memory for it.
-static bool Stick(int partner)
-{
-    if (!AppendToArray(&cells, &ncells, Particle{growthstate.pos, 0, partner, 0})) {
-        StopGrowth();
-        return false;
-    }
-    AddToNeighbourIndex();
-    return true;
-}
-
-// Raises the radius to the largest distance of any particle. Where it already was that before this stick, only the
-// new particle can raise it.
-static void UpdateRadius()
-{
-    const bool waslargest = knownradius.count == ncells - 1 && knownradius.radius == growthstate.radius;
-    for (int i = waslargest ? ncells - 1 : 0; i < ncells; i++)
-        growthstate.radius = std::max(growthstate.radius, Modulus(cells[i].p));
-    knownradius = {ncells, growthstate.radius};
-}
-
-// Stops growth for lack of memory; the user may try again.
-static void StopGrowth()
-{
-    growthstate.running = 0;
-}
-
-static void Explain(const char *rejection)
-{
-    if (options.debug)
-        fputs(rejection, stderr);
 }

@@ -13,10 +13,3 @@ void IterateSystem();
 
 // Repeats IterateSystem, only faster, until a particle has stuck or `most` steps are taken. Returns their number.
 int IterateUntilStick(int most);
-
-// Discards everything that growth has derived from the particles. Call after replacing the particles of cells rather
-// than appending to them.
-void ForgetAggregate();
-
-// Number of calls of ForgetAggregate, which identifies the present aggregate.
-unsigned AggregateNumber();

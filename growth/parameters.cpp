@@ -50,7 +50,7 @@ static const Parameter kParameters[] = {
      "The space over which several roots are placed."},
     {"roots", "distribution", &growthstate.roottype, kRootOrigin, kRootOrigin, kRootRingZ, kLimited, "",
      "How several roots are placed.", RootTypeName},
-    {"source", "type", &growthstate.sourcetype, kSourceSphere, kSourceSphere, kSourceSurface, kLimited, "",
+    {"source", "type", &growthstate.sourcetype, kSourceSphere, kSourceSphere, kSourceInfinity, kLimited, "",
      "Where walkers start.", SourceName},
     {"drawing", "thickness_tip", &growthstate.thickto, 0.01, 0, kInfinity, kSignDropped, "length",
      "The radius of a branch through which nothing flows."},
@@ -115,9 +115,19 @@ bool IsAllowed(const Parameter &parameter, double value)
 
 const char *FindContradiction(std::span<const double> values)
 {
-    if (values[ParameterIndex(&growthstate.walk)] == int{kWalkFlights} &&
-        values[ParameterIndex(&growthstate.rotation)] != 0)
+    const auto value = [values](const void *field) { return values[ParameterIndex(field)]; };
+    const bool flies = value(&growthstate.walk) == int{kWalkFlights};
+    if (flies && value(&growthstate.rotation) != 0)
         return "growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can";
+    if (value(&growthstate.sourcetype) != int{kSourceInfinity})
+        return nullptr;
+    if (!flies)
+        return "source.type is \"Infinity\", from where only flights come; growth.walk must be \"flights\"";
+    if (value(&growthstate.bias) != 0)
+        return "source.type is \"Infinity\", from where walkers cannot drift; growth.bias must be 0";
+    if (value(&growthstate.launchscale) != 1 || value(&growthstate.killingscale) != 1)
+        return "source.type is \"Infinity\", with which growth.launch_scale and growth.killing_scale have no "
+               "effect";
     return nullptr;
 }
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "growth/aggregate.h"
 #include "growth/flows.h"
-#include "growth/growth_step.h"
 #include "growth/state.h"
 
 Replay::Replay() : allcells(ncells), maxweight(growthstate.maxweight)

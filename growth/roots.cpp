@@ -6,8 +6,8 @@
 
 #include "base/array.h"
 #include "base/memory.h"
+#include "growth/aggregate.h"
 #include "growth/generators.h"
-#include "growth/growth_step.h"
 #include "growth/parameters.h"
 #include "growth/root_distributions.h"
 #include "growth/state.h"

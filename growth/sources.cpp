@@ -1,7 +1,10 @@
 #include "growth/sources.h"
 
-#include "growth/generators.h"
+#include <climits>
+#include <cmath>
+
 #include "growth/state.h"
+#include "growth/walker.h"
 #include "surface/surface.h"
 
 namespace
@@ -43,26 +46,65 @@ static const Source kSources[] = {
     {"Hemisphere (y)", kCentred, kHalf, kCentred},
     {"Hemisphere (z)", kCentred, kCentred, kHalf},
     {"STL surface", kCentred, kCentred, kCentred},
+    {"Infinity", kCentred, kCentred, kCentred}, // its directions are uniform: LaunchPosition
 };
 
 static const Source &FindSource(int sourcetype);
-static double DrawComponent(Component component, double lateral);
+template<typename Draws>
+static Vector DrawLaunch(int sourcetype, double launchradius, Draws *draws);
+template<typename Draws>
+static double DrawComponent(Component component, double lateral, Draws *draws);
 
 Vector *GetNewParticle(Vector *p, int sourcetype, double launchradius)
 {
+    RunDraws draws;
+    *p = DrawLaunch(sourcetype, launchradius, &draws);
+    return p;
+}
+
+Vector LaunchPosition(int sourcetype, double launchradius, Stream *draws)
+{
+    if (sourcetype == kSourceInfinity)
+        return launchradius * DrawDirection(draws);
+    return DrawLaunch(sourcetype, launchradius, draws);
+}
+
+// G. Marsaglia, "Choosing a Point from the Surface of a Sphere", Ann. Math. Stat. 43 (1972) 645.
+Vector DrawDirection(Stream *draws)
+{
+    double u = 0, v = 0, square = 0;
+    do {
+        u = 2 * draws->Uniform() - 1;
+        v = 2 * draws->Uniform() - 1;
+        square = u * u + v * v;
+    } while (square >= 1);
+    const double lateral = 2 * std::sqrt(1 - square);
+    return {lateral * u, lateral * v, 1 - 2 * square};
+}
+
+template<typename Draws>
+static Vector DrawLaunch(int sourcetype, double launchradius, Draws *draws)
+{
     Vector d;
     if (sourcetype == kSourceSurface && nstltri > 0) {
-        d = stltri[DrawInteger() % nstltri].midpoint;
+        d = stltri[draws->Integer() % nstltri].midpoint;
     } else {
         const Source &source = FindSource(sourcetype);
         const double lateral = 0.1 * growthstate.branchlength;
-        d.x = DrawComponent(source.x, lateral);
-        d.y = DrawComponent(source.y, lateral);
-        d.z = DrawComponent(source.z, lateral);
+        d.x = DrawComponent(source.x, lateral, draws);
+        d.y = DrawComponent(source.y, lateral, draws);
+        d.z = DrawComponent(source.z, lateral, draws);
     }
     Normalise(&d);
-    *p = launchradius * d;
-    return p;
+    return launchradius * d;
+}
+
+void RecordLaunch(Vector pos)
+{
+    seeds[nseeds % kSeedRing] = pos;
+    if (nseeds == INT_MAX)
+        nseeds = kSeedRing + nseeds % kSeedRing;
+    nseeds++;
 }
 
 const char *SourceName(int sourcetype)
@@ -77,26 +119,27 @@ void HandleSourceMenu(int id)
 
 static const Source &FindSource(int sourcetype)
 {
-    return kSources[sourcetype >= kSourceSphere && sourcetype <= kSourceSurface ? sourcetype : 0];
+    return kSources[sourcetype >= kSourceSphere && sourcetype <= kSourceInfinity ? sourcetype : 0];
 }
 
-static double DrawComponent(Component component, double lateral)
+template<typename Draws>
+static double DrawComponent(Component component, double lateral, Draws *draws)
 {
     switch (component) {
     case kCentred:
-        return DrawUniform() - 0.5;
+        return draws->Uniform() - 0.5;
     case kLateral:
-        return (DrawUniform() - 0.5) * lateral;
+        return (draws->Uniform() - 0.5) * lateral;
     case kPlus:
         return 1;
     case kMinus:
         return -1;
     case kSide:
-        return DrawUniform() < 0.5 ? -1 : 1;
+        return draws->Uniform() < 0.5 ? -1 : 1;
     case kWide:
-        return 2 * DrawUniform() - 1;
+        return 2 * draws->Uniform() - 1;
     case kHalf:
-        return 0.5 * DrawUniform();
+        return 0.5 * draws->Uniform();
     }
     return 0;
 }

@@ -47,11 +47,12 @@ enum SourceType {
     kSourceHemisphereX,
     kSourceHemisphereY,
     kSourceHemisphereZ,
-    kSourceSurface
+    kSourceSurface,
+    kSourceInfinity // of flights alone, and not in the menus
 };
 
 // How walkers move.
-enum Walk { kWalkSteps, kWalkFlights };
+enum WalkType { kWalkSteps, kWalkFlights };
 
 // How roots are placed.
 enum RootType {
@@ -85,7 +86,7 @@ struct GrowthState {
     int roottype;          // RootType
     char rootname[128];    // name of the root distribution, or the path of the seed file
     int association;       // nonzero: a particle attaches only to its own class, index mod nroots
-    int walk;              // Walk
+    int walk;              // WalkType
     double launchscale;    // radius of the launch sphere, in units of AggregateReach()
     double killingscale;   // where walkers are abandoned, in launch radii; 1: they stay within the sphere
     double intersectrange; // self-intersection tolerance, percent of the branch length; 0 is off

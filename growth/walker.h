@@ -1,11 +1,12 @@
-// The walker of the global records (growthstate.pos): where it starts, how long it lives and how it drifts.
+// The rules of a walker, whichever way it walks: where it starts, how long it lives, how it steps and drifts.
 //
-// All functions are called in the loop of steps, so they are inline.
+// Draws is a source of random numbers with Uniform(), in [0, 1), and Integer(), from 0 to 2^31 - 1. All functions are
+// called in the loop of steps, so they are inline.
 
 #pragma once
 
 #include <algorithm>
-#include <climits>
+#include <cmath>
 
 #include "growth/generators.h"
 #include "growth/state.h"
@@ -14,6 +15,12 @@
 constexpr int kWalkerLife = 10000;
 
 constexpr double kPercent = 0.01;
+
+// Draws from the two generators of the run.
+struct RunDraws {
+    static double Uniform() { return DrawUniform(); }
+    static int Integer() { return DrawInteger(); }
+};
 
 // Radius of the sphere about the origin that holds all places where a walker can stick, with a branch length to
 // spare.
@@ -35,48 +42,52 @@ inline bool WalkersMayLeave()
     return growthstate.killingscale > 1;
 }
 
-// Whether the walker's life is over, or none has been launched yet.
-inline bool IsLaunchDue()
-{
-    if (WalkersMayLeave())
-        return growthstate.stepcount == 0 ||
-               Modulus(growthstate.pos) > growthstate.killingscale * LaunchRadius();
-    return growthstate.stepcount % kWalkerLife == 0;
-}
-
-// Counts so many steps of the walker, at most kWalkerLife. Before it overflows, the count is reduced modulo
-// kWalkerLife, which does not change when a launch is due.
-inline void CountSteps(int steps)
-{
-    if (growthstate.stepcount > INT_MAX - steps)
-        growthstate.stepcount %= kWalkerLife;
-    growthstate.stepcount += steps;
-    growthstate.steptotal += steps;
-}
-
 // How far the walker drifts in a step.
 inline double DriftLength()
 {
     return growthstate.branchlength * growthstate.bias * kPercent;
 }
 
-// Moves a walker by a length away from a root, or from a point mixed from the roots' coordinates. Away, although the panel
-// says towards (kept).
-inline void DriftBy(double length, Vector *pos)
+// A step of a branch length in a random direction, which is drawn in a cube: directions towards its corners are more
+// frequent (kept).
+template<typename Draws>
+Vector DrawStep(Draws *draws)
 {
-    const int nplaced = std::min(growthstate.nroots, ncells);
+    Vector step;
+    step.x = draws->Uniform() - 0.5;
+    step.y = draws->Uniform() - 0.5;
+    step.z = draws->Uniform() - 0.5;
+    Normalise(&step);
+    return growthstate.branchlength * step;
+}
+
+// Whether pos is outside of the launch sphere. Compared by squares unless within rounding of the limit.
+inline bool IsOutside(Vector pos, double launchradius)
+{
+    const double squared = DotProduct(pos, pos);
+    constexpr double kRounding = 1e-9;
+    return !(squared < (1 - kRounding) * launchradius * launchradius && launchradius > 0) &&
+           std::sqrt(squared) > launchradius;
+}
+
+// Moves a walker that will be particle `number` by a length away from a root, or from a point mixed from the roots'
+// coordinates. Away, although the panel says towards (kept).
+template<typename Draws>
+void DriftBy(double length, int number, Draws *draws, Vector *pos)
+{
+    const int nplaced = std::min(growthstate.nroots, number);
     if (!(growthstate.bias > 0) || nplaced < 1)
         return;
 
     Vector target; // what it moves away from
     if (growthstate.association) {
-        const int root = ncells % growthstate.nroots;
+        const int root = number % growthstate.nroots;
         if (root >= nplaced)
             return;
         target = cells[root].p;
     } else {
-        const auto draw = [nplaced] {
-            const int drawn = DrawInteger();
+        const auto draw = [=] {
+            const int drawn = draws->Integer();
             return nplaced == 1 ? 0 : drawn % nplaced;
         };
         target.x = cells[draw()].p.x;

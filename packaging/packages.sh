@@ -1,6 +1,6 @@
 # Debian packages that the project needs, and their installation. Sourced by run and check.
 
-BUILD_PACKAGES="g++ cmake ninja-build libforms-dev freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri libx11-dev libxpm-dev libegl-dev libpng-dev libmpfr-dev libhdf5-dev libtomlplusplus-dev libcli11-dev nlohmann-json3-dev x11-utils dpkg-dev file"
+BUILD_PACKAGES="g++ cmake ninja-build libforms-dev freeglut3-dev libglu1-mesa-dev libgl1-mesa-dri libx11-dev libxpm-dev libegl-dev libpng-dev libmpfr-dev librandom123-dev libhdf5-dev libtomlplusplus-dev libcli11-dev nlohmann-json3-dev x11-utils dpkg-dev file"
 DISPLAY_PACKAGES="xvfb x11-apps netpbm xdotool"
 ENSEMBLE_PACKAGES="snakemake python3-yaml python3-pandas python3-tables python3-h5py python3-matplotlib"
 CLUSTER_PACKAGES="slurm-wlm munge"

@@ -8,18 +8,27 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 #include <vector>
 
-#include "base/chunked_vector.h"
-#include "base/large_pages.h"
+#include "base/shared.h"
 #include "search/cube_grid.h"
+
+// A bit of the map that was not set when a walker looked. Bits are only ever set.
+struct UnsetBit {
+    const uint64_t *word;
+    uint64_t bit; // all bits of the word if it is the place of a block that did not exist
+
+    [[nodiscard]] bool IsSet() const { return (LoadShared(word) & bit) != 0; }
+};
 
 // Space is cut into cubes at several scales, with a corner at the origin; each scale's edge is twice that of the next
 // finer one. Each scale has two levels, one with a near reach and one with a far reach. A cube's bit is set on a
 // level when a particle lies in it or in a cube that comes nearer to it than the level's reach; so every particle is
 // at least the reach away from a point in a cube whose bit is not set. The bounds depend only on the particles, the
-// extent and the smallest edge, not on when the map was made.
+// extent and the smallest edge, not on when the map was made. While one thread marks particles, others may look up
+// clearances.
 class ClearanceMap
 {
 public:
@@ -28,7 +37,7 @@ public:
     {
         constexpr double kIndices = 1.15; // all scales' tables together, in tables of the finest
         const double along = 2 * extent / (kBrickEdge * edge) + 2;
-        return kIndices * sizeof(uint32_t) * along * along * along / kBricks;
+        return kIndices * sizeof(uint64_t) * along * along * along / kBricks;
     }
 
     // Starts an empty map of the cube from -extent to extent whose smallest cubes have the given edge.
@@ -38,12 +47,11 @@ public:
         inverse = 1 / edge;
         scales.clear();
         blocks = BlockPool();
-        last = 0;
         iscomplete = true;
         Extend(wantedextent);
     }
 
-    // Extends the map. Returns false if that is impossible because a particle was marked beyond its borders.
+    // Extends the map; nobody may look up clearances meanwhile. Returns false if that is impossible because a particle was marked beyond its borders.
     bool Extend(double wantedextent)
     {
         if (!iscomplete)
@@ -74,28 +82,32 @@ public:
     }
 
     // Lower bound on the distance from p to any particle, 0 if unknown: the reach of the coarsest unmarked level. A
-    // place marked on one level is marked on all coarser ones.
-    double Clearance(Vector p)
+    // place marked on one level is marked on all coarser ones. The look-up starts at *scale, the scale of the last
+    // result, because walkers move little in between. If the result is not 0, *reason is the bit that it rests on.
+    double Clearance(Vector p, int *scale, UnsetBit *reason) const
     {
         if (!Covers(p))
             return 0;
         const Vector c = inverse * p;
         const Cube cube = {Floor(c.x), Floor(c.y), Floor(c.z)};
-        const auto clearlevels = [&](int s) {
-            return scales[s].ClearLevels(cube >> scales[s].shift, blocks);
+        const auto clearlevels = [&](int s, UnsetBit *unset) {
+            return scales[s].ClearLevels(cube >> scales[s].shift, unset);
         };
-        // Walkers move little between two calls, so the search starts at the scale of the last result.
-        int s = last;
-        int levels = clearlevels(s);
+        int s = *scale;
+        int levels = clearlevels(s, reason);
         if (levels == 0) {
             while (levels == 0 && s > 0)
-                levels = clearlevels(--s);
+                levels = clearlevels(--s, reason);
         } else {
             const int top = static_cast<int>(scales.size()) - 1;
-            for (int above = levels; above == kLevels && s < top && (above = clearlevels(s + 1)) > 0; s++)
+            UnsetBit unset;
+            for (int above = levels; above == kLevels && s < top && (above = clearlevels(s + 1, &unset)) > 0;
+                 s++) {
                 levels = above;
+                *reason = unset;
+            }
         }
-        last = s;
+        *scale = s;
         return levels == 0 ? 0 : scales[s].distances[levels - 1];
     }
 
@@ -121,23 +133,29 @@ private:
         std::array<Words, kBrickEdge> marked;
     };
     // The bricks of a block lie together in memory.
-    template<typename Part>
-    using Block = std::array<Part, kBricks>;
+    struct Block {
+        std::array<Brick, kBricks> marked;  // a particle lies within the level's reach
+        std::array<Bits, kBricks> occupied; // a particle lies in the cube
+    };
     static int InBlock(Cube brick) { return (brick.z & 1) * 4 + (brick.y & 1) * 2 + (brick.x & 1); }
 
-    // The blocks of all scales; the first is empty and represents all blocks that do not exist.
-    struct BlockPool {
-        BlockPool() { Add(); }
-
-        uint32_t Add()
+    // The blocks of all scales. They never move.
+    class BlockPool
+    {
+    public:
+        Block *Add()
         {
-            marked.push_back({});
-            occupied.push_back({});
-            return static_cast<uint32_t>(marked.size() - 1);
+            if (count == chunks.size() * kChunk)
+                chunks.push_back(std::make_unique<Block[]>(kChunk));
+            Block *const block = &chunks.back()[count % kChunk];
+            count++;
+            return block;
         }
 
-        ChunkedVector<Block<Brick>> marked;  // a particle lies within the level's reach
-        ChunkedVector<Block<Bits>> occupied; // a particle lies in the cube
+    private:
+        static constexpr std::size_t kChunk = 64;
+        std::vector<std::unique_ptr<Block[]>> chunks; // all full except the last
+        std::size_t count = 0;
     };
 
     // Masks of the cubes that an occupied cube marks: those that come nearer to it than each level's reach.
@@ -195,7 +213,7 @@ private:
         void Cover(double cubes)
         {
             const int before = fromorigin;
-            const LargeVector<uint32_t> indexbefore = std::move(index);
+            const std::vector<uint64_t> indexbefore = std::move(index);
             fromorigin = static_cast<int>((cubes + Stencil::kReach + 1) / kBlockEdge) + 1;
             index.assign(8 * static_cast<std::size_t>(fromorigin) * fromorigin * fromorigin, 0);
             const auto row = 2 * static_cast<std::ptrdiff_t>(before);
@@ -212,7 +230,7 @@ private:
             for (int z = -end; z < end; z++)
                 for (int y = -end; y < end; y++)
                     for (int x = -end; x < end; x++)
-                        if (finer.index[finer.IndexOf({x, y, z})] != 0)
+                        if (finer.FindBlock({x, y, z}) != nullptr)
                             OccupyFromFiner(finer, {kBlockEdge * x, kBlockEdge * y, kBlockEdge * z}, pool);
         }
 
@@ -222,30 +240,43 @@ private:
             for (int z = corner.z; z < corner.z + kBlockEdge; z++)
                 for (int y = corner.y; y < corner.y + kBlockEdge; y++)
                     for (int x = corner.x; x < corner.x + kBlockEdge; x++)
-                        if (finer.IsOccupied({x, y, z}, *pool))
+                        if (finer.IsOccupied({x, y, z}))
                             Occupy({x >> 1, y >> 1, z >> 1}, pool);
         }
 
         static std::array<int, kLevels> SquaredReaches(int steps) { return {steps == 0 ? 1 : 5, 9}; }
 
         // Number of levels on which the cube is not marked. A cube marked on the near level is marked on the far one.
-        [[nodiscard]] int ClearLevels(Cube c, const BlockPool &pool) const
+        // *unset becomes the bit of the farther of those levels.
+        [[nodiscard]] int ClearLevels(Cube c, UnsetBit *unset) const
         {
-            const Brick &brick = pool.marked[index[IndexOf(c >> 4)]][InBlock(c >> 3)];
-            const Words &words = brick.marked[c.z & 7];
-            return ((words[0] & Bit(c)) == 0 ? 1 : 0) + ((words[1] & Bit(c)) == 0 ? 1 : 0);
+            const uint64_t &place = index[IndexOf(c >> 4)];
+            const auto *const block = reinterpret_cast<const Block *>(LoadShared(&place));
+            if (block == nullptr) {
+                *unset = {&place, ~uint64_t{0}};
+                return kLevels;
+            }
+            const Words &words = block->marked[InBlock(c >> 3)].marked[c.z & 7];
+            const uint64_t bit = Bit(c);
+            for (int level = kLevels - 1; level >= 0; level--) {
+                *unset = {&words[level], bit};
+                if (!unset->IsSet())
+                    return level + 1;
+            }
+            return 0;
         }
 
-        [[nodiscard]] bool IsOccupied(Cube c, const BlockPool &pool) const
+        [[nodiscard]] bool IsOccupied(Cube c) const
         {
-            return (pool.occupied[index[IndexOf(c >> 4)]][InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
+            const Block *const block = FindBlock(c >> 4);
+            return block != nullptr && (block->occupied[InBlock(c >> 3)][c.z & 7] & Bit(c)) != 0;
         }
 
         // Records a particle in the cube, which may be outside of the map. Returns false if it had one before.
         bool Occupy(Cube c, BlockPool *pool)
         {
             if (Contains(c >> 4)) {
-                uint64_t &word = pool->occupied[BlockAt(c >> 4, pool)][InBlock(c >> 3)][c.z & 7];
+                uint64_t &word = BlockAt(c >> 4, pool)->occupied[InBlock(c >> 3)][c.z & 7];
                 if ((word & Bit(c)) != 0)
                     return false;
                 word |= Bit(c);
@@ -267,10 +298,10 @@ private:
                     continue;
                 if (brick == nullptr || (z & 7) == 0) {
                     const Cube at = {(corner.x >> 3) + column % 2, (corner.y >> 3) + column / 2, z >> 3};
-                    brick = Contains(at >> 1) ? &pool->marked[BlockAt(at >> 1, pool)][InBlock(at)] : nullptr;
+                    brick = Contains(at >> 1) ? &BlockAt(at >> 1, pool)->marked[InBlock(at)] : nullptr;
                 }
                 for (int level = 0; brick != nullptr && level < kLevels; level++)
-                    brick->marked[z & 7][level] |= words[level];
+                    SetBits(&brick->marked[z & 7][level], words[level]);
             }
         }
 
@@ -280,13 +311,25 @@ private:
             return inside(block.x) && inside(block.y) && inside(block.z);
         }
 
-        // The index in the pool of the block at this place, which is added if there is none.
-        uint32_t BlockAt(Cube block, BlockPool *pool)
+        static void SetBits(uint64_t *word, uint64_t bits)
         {
-            uint32_t &number = index[IndexOf(block)];
-            if (number == 0)
-                number = pool->Add();
-            return number;
+            if ((*word & bits) != bits)
+                StoreShared(word, *word | bits);
+        }
+
+        // The block at a place, nullptr if there is none.
+        [[nodiscard]] Block *FindBlock(Cube block) const
+        {
+            return reinterpret_cast<Block *>(index[IndexOf(block)]);
+        }
+
+        // The block at a place, which is added if there is none.
+        Block *BlockAt(Cube block, BlockPool *pool)
+        {
+            uint64_t &place = index[IndexOf(block)];
+            if (place == 0)
+                StoreShared(&place, reinterpret_cast<uint64_t>(pool->Add()));
+            return reinterpret_cast<Block *>(place);
         }
 
         [[nodiscard]] std::size_t IndexOf(Cube block) const
@@ -300,7 +343,7 @@ private:
         std::array<double, kLevels> distances; // distance to any particle that an unmarked cube guarantees
         Stencil stencil;
         int fromorigin = 0;          // number of blocks from the origin to the border
-        LargeVector<uint32_t> index; // by place of a block in space: its index in the pool, or 0
+        std::vector<uint64_t> index; // by place of a block in space: its address, or 0
     };
 
     [[nodiscard]] bool Covers(Vector p) const
@@ -316,6 +359,5 @@ private:
     double extent = 0;
     double edge = 0; // of the smallest cubes
     double inverse = 0;
-    int last = 0;           // scale of the last clearance found
     bool iscomplete = true; // no particle was marked beyond the borders
 };

@@ -8,7 +8,6 @@
 
 #include "growth/state.h"
 #include "growth/walker.h"
-#include "search/clearance_map.h"
 #include "search/cube_lists.h"
 
 // Initial minimum of the scan: larger than any squared distance in an aggregate.
@@ -27,6 +26,9 @@ constexpr double kMapEdge = 1.03;
 // doubled until they fit.
 constexpr double kMapBytes = 1e6;
 constexpr double kMapBytesPerParticle = 1;
+// Where particles are added one by one, the lists have room for these more: a share of the particles, and some.
+constexpr int kSpareShare = 8;
+constexpr int kSpareParticles = 1024;
 
 // The scan -----------------------------------------------------------------------------------------------
 
@@ -38,11 +40,14 @@ static int Classes()
 
 namespace
 {
+// The scan of a walker at `pos` over the first `seen` particles
 struct Scan {
-    Vector pos = growthstate.pos;
+    Vector pos;
+    int seen;
+    int number; // of the particle that the walker will become
     double reach2 = growthstate.branchlength * growthstate.branchlength;
     int classes = Classes();
-    int wanted = ncells % classes;
+    int wanted = number % classes;
     double dmin = kFarAway;
     int partner = -1;
 
@@ -103,21 +108,21 @@ struct NeighbourIndex {
     double mapedge = 0;       // edge of their smallest cubes
     bool mapschecked = false; // no particle was added since extent and edge were checked
 
+    // Of the walker of steps: what it found last, and the scale of its last clearance
     FreeBall ball = {{0, 0, 0}, -1};
-    // The position last looked up in a map and its free radius, valid while isasked is true.
-    Vector asked = {0, 0, 0};
-    double answer = 0;
-    bool isasked = false;
+    int scale = 0;
 };
 } // namespace
 
 static NeighbourIndex neighbourindex;
+static unsigned searchnumber = 0;
 
 static bool IsCurrent();
 static bool NewestIsUnmoved();
-static bool Prepare();
 static void Build();
 static void Insert(int i);
+static int WithSpare(int particles);
+static void MakeLists(int capacity);
 static void List(int i);
 static bool IsFinite(Vector p);
 static bool MapsFit();
@@ -127,23 +132,24 @@ static int MapCount();
 static double MapExtent();
 static double MapEdge();
 static ClearanceMap *MapOf(int i);
-static double AskMap(Vector pos);
-static int ScanAll();
-static int NewestWithinReach(int below);
-static int PartnerInOrder(int newest);
+static bool IsWithinBox(Vector p, const SearchNotes &notes, double margin);
+static int ScanAll(Scan scan);
+static int NewestWithinReach(const Scan &scan, int below);
+static int PartnerInOrder(const Scan &scan, int newest);
 
 int FindPartner()
 {
     const Vector pos = growthstate.pos;
     if (CurrentFreeBall().Contains(pos))
         return -1;
-    if (!Prepare() || !neighbourindex.lists.Holds(pos))
-        return ScanAll();
-
-    if (AskMap(pos) >= 0)
-        return -1;
-    const int newest = NewestWithinReach(ncells);
-    return growthstate.branchlength >= 1 ? newest : PartnerInOrder(newest);
+    PrepareSearch();
+    Searcher searcher = {ncells, ncells, neighbourindex.scale};
+    const double free = FreeRadius(pos, &searcher);
+    neighbourindex.scale = searcher.scale;
+    if (free < 0)
+        return FindPartnerNear(pos, &searcher);
+    neighbourindex.ball = {pos, free * free};
+    return -1;
 }
 
 FreeBall CurrentFreeBall()
@@ -151,41 +157,97 @@ FreeBall CurrentFreeBall()
     return IsCurrent() ? neighbourindex.ball : FreeBall{{0, 0, 0}, -1};
 }
 
-double FreeRadius()
+double FreeRadius(Vector p, Searcher *searcher)
 {
-    const Vector pos = growthstate.pos;
-    if (IsCurrent() && neighbourindex.isasked && pos.x == neighbourindex.asked.x &&
-        pos.y == neighbourindex.asked.y && pos.z == neighbourindex.asked.z)
-        return neighbourindex.answer;
-    return Prepare() && neighbourindex.lists.Holds(pos) ? AskMap(pos) : -1;
-}
-
-// The free radius at a point from its map, -1 without a map. A radius of 0 or more becomes the index's free ball.
-static double AskMap(Vector pos)
-{
-    ClearanceMap *map = MapOf(ncells);
-    if (map == nullptr)
+    if (!neighbourindex.usable || !neighbourindex.lists.Holds(p) || neighbourindex.maps.empty())
         return -1;
-    const double free = map->Clearance(pos) - growthstate.branchlength;
-    neighbourindex.asked = pos;
-    neighbourindex.answer = free;
-    neighbourindex.isasked = true;
-    if (free >= 0)
-        neighbourindex.ball = {pos, free * free};
-    return free;
+    UnsetBit reason;
+    const double clearance = MapOf(searcher->number)->Clearance(p, &searcher->scale, &reason);
+    if (clearance > 0 && searcher->notes != nullptr)
+        searcher->notes->bits.push_back(reason);
+    return clearance - growthstate.branchlength;
 }
 
-void AddToNeighbourIndex()
+int FindPartnerNear(Vector p, Searcher *searcher)
+{
+    const Scan scan = {p, searcher->seen, searcher->number};
+    if (searcher->notes != nullptr) {
+        searcher->notes->searched.push_back(p);
+        MinMaxXYZ(&searcher->notes->min, &searcher->notes->max, p);
+    }
+    if (!neighbourindex.usable || !neighbourindex.lists.Holds(p))
+        return ScanAll(scan);
+    const int newest = NewestWithinReach(scan, scan.number);
+    return growthstate.branchlength >= 1 ? newest : PartnerInOrder(scan, newest);
+}
+
+void SearchNotes::Clear()
+{
+    bits.clear();
+    searched.clear();
+    min = {HUGE_VAL, HUGE_VAL, HUGE_VAL};
+    max = {-HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
+}
+
+// A particle at a distance of 1 or more never keeps the scan from a particle within a branch length below 1.
+bool StillHold(const SearchNotes &notes, int seen)
+{
+    for (const UnsetBit &bit : notes.bits)
+        if (bit.IsSet())
+            return false;
+    const double reach = kMargin * std::max(growthstate.branchlength, 1.0);
+    for (int i = seen; i < ncells; i++) {
+        const Vector p = cells[i].p;
+        if (!IsWithinBox(p, notes, reach))
+            continue;
+        for (const Vector place : notes.searched)
+            if (DotProduct(place - p, place - p) < reach * reach)
+                return false;
+    }
+    return true;
+}
+
+static bool IsWithinBox(Vector p, const SearchNotes &notes, double margin)
+{
+    const auto within = [margin](double at, double min, double max) {
+        return at > min - margin && at < max + margin;
+    };
+    return within(p.x, notes.min.x, notes.max.x) && within(p.y, notes.min.y, notes.max.y) &&
+           within(p.z, notes.min.z, notes.max.z);
+}
+
+unsigned SearchNumber()
+{
+    return searchnumber;
+}
+
+bool ReserveSearch(int particles)
+{
+    if (!PrepareSearch() || neighbourindex.maps.empty())
+        return false;
+    try {
+        if (neighbourindex.lists.Capacity() < particles)
+            MakeLists(particles);
+        return true;
+    } catch (const std::bad_alloc &) {
+        neighbourindex = NeighbourIndex();
+        return false;
+    }
+}
+
+bool AddToNeighbourIndex()
 {
     if (!neighbourindex.usable || neighbourindex.count != ncells - 1) {
         DropNeighbourIndex();
-        return;
+        return false;
     }
     try {
         neighbourindex.array = cells;
         Insert(ncells - 1);
+        return neighbourindex.usable && (neighbourindex.mapschecked = MapsFit());
     } catch (const std::bad_alloc &) {
         DropNeighbourIndex();
+        return false;
     }
 }
 
@@ -194,11 +256,11 @@ void DropNeighbourIndex()
     neighbourindex.array = nullptr;
     neighbourindex.count = -1;
     neighbourindex.ball.radius2 = -1;
-    neighbourindex.isasked = false;
 }
 
 void FreeNeighbourIndex()
 {
+    searchnumber++;
     neighbourindex = NeighbourIndex();
 }
 
@@ -216,8 +278,7 @@ static bool NewestIsUnmoved()
            same(p.z, neighbourindex.newest.z);
 }
 
-// Makes the index current. Returns false if the aggregate cannot be indexed or memory does not suffice.
-static bool Prepare()
+bool PrepareSearch()
 {
     try {
         if (!IsCurrent() || !NewestIsUnmoved())
@@ -240,7 +301,8 @@ static void Build()
     neighbourindex.usable =
         growthstate.branchlength >= kShortestBranch && growthstate.branchlength <= kLongestBranch;
     if (neighbourindex.usable) {
-        neighbourindex.lists.Start(growthstate.branchlength, ncells);
+        neighbourindex.lists.Start(growthstate.branchlength, WithSpare(ncells));
+        neighbourindex.lists.Reserve(WithSpare(ncells));
         neighbourindex.maps.clear();
         for (int i = 0; i < ncells && neighbourindex.usable; i++)
             Insert(i);
@@ -254,14 +316,12 @@ static void Build()
 static void Insert(int i)
 {
     const Vector p = cells[i].p;
-    neighbourindex.usable = neighbourindex.usable && (!IsFinite(p) || neighbourindex.lists.Holds(p));
+    if (IsFinite(p) && !neighbourindex.lists.Holds(p))
+        neighbourindex.usable = false;
     if (!neighbourindex.usable)
         return;
-    if (neighbourindex.lists.IsFull()) {
-        neighbourindex.lists.Start(growthstate.branchlength, i);
-        for (int k = 0; k < i; k++)
-            List(k);
-    }
+    if (i >= neighbourindex.lists.Capacity())
+        MakeLists(WithSpare(i));
     List(i);
     if (ClearanceMap *map = MapOf(i); map != nullptr)
         map->Mark(p);
@@ -269,7 +329,23 @@ static void Insert(int i)
     neighbourindex.newest = p;
     neighbourindex.mapschecked = false;
     neighbourindex.ball.radius2 = -1;
-    neighbourindex.isasked = false;
+}
+
+static int WithSpare(int particles)
+{
+    return particles + particles / kSpareShare + kSpareParticles;
+}
+
+// Makes room in the lists; long lists are made anew with more slots.
+static void MakeLists(int capacity)
+{
+    if (neighbourindex.lists.AreLong(capacity)) {
+        neighbourindex.lists.Start(growthstate.branchlength, capacity);
+        neighbourindex.lists.Reserve(capacity);
+        for (int i = 0; i < neighbourindex.count; i++)
+            List(i);
+    }
+    neighbourindex.lists.Reserve(capacity);
 }
 
 // Adds a particle to the lists. One whose position is not finite can never be a partner and is left out.
@@ -292,7 +368,8 @@ static bool MapsFit()
 static void MakeMaps()
 {
     neighbourindex.ball.radius2 = -1;
-    neighbourindex.isasked = false;
+    neighbourindex.scale = 0;
+    searchnumber++;
     const bool islarger = MapExtent() >= neighbourindex.mapextent;
     neighbourindex.mapextent = MapExtent();
     const bool covers = neighbourindex.mapextent / growthstate.branchlength < kFarthestCube;
@@ -355,21 +432,19 @@ static ClearanceMap *MapOf(int i)
     return &neighbourindex.maps[i % neighbourindex.maps.size()];
 }
 
-static int ScanAll()
+static int ScanAll(Scan scan)
 {
-    Scan scan;
-    for (int i = ncells - 1; i >= 0; i--)
+    for (int i = scan.seen - 1; i >= 0; i--)
         if (scan.IsEligible(i) && scan.Visit(i))
             return scan.partner;
     return -1;
 }
 
 // The newest eligible particle nearer than a branch length whose index is below `below`, or -1. With a branch length
-// of 1 or more and `below` = ncells, it is the partner: its signed differences are below the branch length, hence
+// of 1 or more and `below` above all indices, it is the partner: its signed differences are below the branch length, hence
 // below its square, hence below the scan's minimum so far, so the scan does not pass it over.
-static int NewestWithinReach(int below)
+static int NewestWithinReach(const Scan &scan, int below)
 {
-    const Scan scan;
     int newest = -1;
     neighbourindex.lists.VisitNear(scan.pos, [&](int i) {
         if (i > newest && i < below && scan.SquaredDistance(i) < scan.reach2 && scan.IsEligible(i))
@@ -382,10 +457,9 @@ static int NewestWithinReach(int below)
 // itself passed over, has a squared distance below one of its signed differences. Until the scan stops, every
 // squared distance that counts is at least the branch length's square; so a particle whose differences do not
 // exceed that is never passed over. Where these two facts do not decide, all particles are scanned.
-static int PartnerInOrder(int newest)
+static int PartnerInOrder(const Scan &scan, int newest)
 {
-    const Scan scan;
-    for (int i = newest; i >= 0; i = NewestWithinReach(i)) {
+    for (int i = newest; i >= 0; i = NewestWithinReach(scan, i)) {
         const double difference = scan.LargestDifference(i);
         if (difference <= scan.reach2)
             return i;
@@ -399,7 +473,7 @@ static int PartnerInOrder(int newest)
             return !passedover;
         });
         if (!searched || (contested && !passedover))
-            return ScanAll();
+            return ScanAll(scan);
         if (!contested)
             return i;
     }

@@ -66,6 +66,7 @@ struct SurfaceIndex {
 
 static SurfaceIndex surfaceindex;
 
+static void BuildIfOutdated();
 static void Build();
 template<typename Test>
 static bool Search(const Box &wanted, Test test);
@@ -86,9 +87,7 @@ FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test)
     if (nstltri <= 0)
         return FaceSearch::kNone;
     try {
-        if (surfaceindex.array != stltri || surfaceindex.count != nstltri ||
-            surfaceindex.surface != SurfaceNumber())
-            Build();
+        BuildIfOutdated();
         const Vector ends[] = {p1, p2};
         const Box wanted = BoxOf(ends, 2, reach);
         const auto holds = [=](int face) { return test(face, p1, p2); };
@@ -97,6 +96,29 @@ FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test)
         surfaceindex = SurfaceIndex();
         return FaceSearch::kOutOfMemory;
     }
+}
+
+// Divides all nodes, since a search divides those that it is the first to reach.
+bool PrepareFaceSearch()
+{
+    if (nstltri <= 0)
+        return true;
+    try {
+        BuildIfOutdated();
+        for (std::size_t n = 0; n < surfaceindex.nodes.size(); n++)
+            FamilyOf(static_cast<int>(n));
+        return true;
+    } catch (const std::bad_alloc &) {
+        surfaceindex = SurfaceIndex();
+        return false;
+    }
+}
+
+static void BuildIfOutdated()
+{
+    if (surfaceindex.array != stltri || surfaceindex.count != nstltri ||
+        surfaceindex.surface != SurfaceNumber())
+        Build();
 }
 
 static void Build()

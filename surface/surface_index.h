@@ -12,3 +12,7 @@ enum class FaceSearch { kNone, kFound, kOutOfMemory };
 // along each axis; other faces may be tested, too. With reach 0 these include all faces that the segment can cross;
 // with p1 = p2, all faces with an edge within reach of the point. Call UpdateSTL after changing faces.
 FaceSearch FindFaceNear(Vector p1, Vector p2, double reach, FaceTest test);
+
+// Makes FindFaceNear ready to be called by several threads, until a face changes. Returns false if memory does not
+// suffice.
+bool PrepareFaceSearch();

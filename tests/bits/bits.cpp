@@ -7,7 +7,8 @@
 #include "analysis/box_count.h"
 #include "analysis/dimension.h"
 #include "export/model.h"
-#include "growth/flights.h"
+#include "growth/growth_step.h"
+#include "growth/parallel_growth.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "surface/samples.h"
@@ -56,8 +57,10 @@ static void Grow(const Run &run)
     if (run.sample != 0)
         BuildSample(run.sample);
     TransformSTL(run.scale, {0, 0, 0}, run.rotate);
+    if (growthstate.walk == kWalkFlights)
+        GrowFlights({.particles = run.particles}, 1);
     while (ncells < run.particles)
-        WalkUntilStick(1000);
+        IterateUntilStick(1000);
 }
 
 static void PrintFiles()

@@ -1,0 +1,411 @@
+#include "growth/parallel_growth.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "growth/aggregate.h"
+#include "growth/deferred_flows.h"
+#include "growth/flights.h"
+#include "growth/flows.h"
+#include "growth/parameters.h"
+#include "growth/sources.h"
+#include "growth/state.h"
+#include "growth/walker.h"
+#include "surface/surface.h"
+#include "surface/surface_index.h"
+
+int repeatedwalks = 0;
+
+// Particles below which one thread is used.
+constexpr int kFewParticles = 5000;
+// Numbers ahead of the next particle that walks may have, for each thread.
+constexpr int kWalksAhead = 16;
+// Moves of a walk after which its thread looks whether the round is over.
+constexpr int kMovesAtOnce = 64;
+// Steps of a walk after which its thread looks whether growth has to stop.
+constexpr long kStepsPerLook = 1000000;
+// Particles there is room for in a round: this share of the aggregate more, and some.
+constexpr int kRoomShare = 8;
+constexpr int kLeastRoom = 4096;
+// The time between two calls of poll, and the longest sleep of a thread that has nothing to do.
+constexpr std::chrono::milliseconds kPollInterval(10);
+constexpr std::chrono::microseconds kNap(200);
+
+namespace
+{
+using Clock = std::chrono::steady_clock;
+using Lock = std::unique_lock<std::mutex>;
+
+enum class Stage {
+    kFree,
+    kPaused, // under way, but no thread is at it
+    kWalking,
+    kFound // the place of its particle
+};
+
+struct Slot {
+    Stage stage = Stage::kFree;
+    Walk walk;
+    SearchNotes notes;
+    long nextlook; // steps after which its thread looks whether growth has to stop
+};
+
+// What walks under way depend on besides the particles that were there when they started
+struct Basis {
+    unsigned aggregate, surface, search;
+    int count;
+    std::vector<double> parameters;
+    bool operator==(const Basis &) const = default;
+};
+
+// What the threads share. The mutex guards all of it but the limits, which do not change, and what is atomic. The
+// records are those of the thread that adds particles; the others know them by `count` to `steptotal`.
+struct Team {
+    GrowthLimits limits;
+    int room = 0;                         // particles at which the round has to end
+    Clock::time_point deadline, nextpoll; // of the calling thread
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<Slot> slots;
+    int ahead = 1;      // numbers from `count` on that walks may have
+    int count = 0;      // ncells
+    double reach = 0;   // AggregateReach()
+    long steptotal = 0; // growthstate.steptotal
+    int next = 0;       // the lowest number that no walk has had yet
+    int helped = -1;    // the last number that two walks had
+    bool isadding = false;
+    bool isaddingflows = false;
+    std::optional<GrowthStop> stop; // why growth stops
+
+    std::atomic<bool> isover = false; // the round ends
+    std::atomic<int> publiccount = 0; // `count`, for a look without the mutex
+};
+} // namespace
+
+static Team team;
+static Basis basis;
+
+static bool IsOneEnough();
+static int PrepareRound(int threads);
+static Basis PresentBasis();
+static void RunRound(int threads);
+static void Work(bool iscaller);
+static void WorkUntilOver(bool iscaller, Lock *lock);
+static void Poll(Lock *lock);
+static Slot *TakeWalk();
+static Slot *FindSlot(Stage stage);
+static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock);
+static bool Continue(Slot *slot, bool iscaller);
+static void AddFoundParticles(Lock *lock);
+static bool IsOutdated(const Slot &slot);
+static void Restart(Slot *slot, int number);
+static bool AddToRecords(const Walk &walk);
+static void UpdateShared();
+static void AddFlows(Lock *lock);
+static void EndRound(std::optional<GrowthStop> stop);
+
+GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
+{
+    team.limits = limits;
+    team.nextpoll = Clock::now() + kPollInterval;
+    team.deadline =
+        team.nextpoll + std::chrono::microseconds(std::lround(1e6 * std::min(limits.seconds, 1e9)));
+    team.stop.reset();
+    while (!team.stop) {
+        if (!growthstate.running)
+            return GrowthStop::kNoMemory;
+        if (ncells >= limits.particles)
+            return GrowthStop::kReached;
+        RunRound(PrepareRound(threads));
+        basis = PresentBasis();
+    }
+    if (team.stop == GrowthStop::kNoMemory)
+        growthstate.running = 0;
+    return *team.stop;
+}
+
+// Before a round --------------------------------------------------------------------------------------------
+
+// Whether walks cannot be made ahead of their turn, or would have to be repeated too often.
+static bool IsOneEnough()
+{
+    return ncells < std::max(kFewParticles, growthstate.nroots) || growthstate.intersectrange > 0 ||
+           options.debug != 0;
+}
+
+// Makes what the threads read ready for a round, and keeps the walks that are under way if they are still true. Returns
+// the number of threads.
+static int PrepareRound(int threads)
+{
+    PrepareSearch();
+    team.room = INT_MAX;
+    if (threads > 1 && !IsOneEnough()) {
+        team.room =
+            static_cast<int>(std::min<long>(INT_MAX, long{ncells} + ncells / kRoomShare + kLeastRoom));
+        if (!ReserveParticles(team.room) || !ReserveSearch(team.room) || !PrepareFaceSearch())
+            threads = 1;
+    } else {
+        threads = 1;
+    }
+    team.ahead = threads == 1 ? 1 : kWalksAhead * threads;
+    team.slots.resize(std::max<std::size_t>(team.slots.size(), team.ahead + threads));
+    if (basis != PresentBasis()) {
+        for (Slot &slot : team.slots)
+            slot.stage = Stage::kFree;
+        team.next = ncells;
+    }
+    for (Slot &slot : team.slots)
+        if (slot.stage == Stage::kWalking) // its thread had no memory
+            slot.stage = Stage::kFree;
+    team.helped = -1;
+    team.isadding = team.isaddingflows = false;
+    team.isover = false;
+    UpdateShared();
+    return threads;
+}
+
+static Basis PresentBasis()
+{
+    Basis present = {AggregateNumber(), SurfaceNumber(), SearchNumber(), ncells, {}};
+    for (const Parameter &parameter : Parameters())
+        if (FindGroup(parameter.group).affectsgrowth)
+            present.parameters.push_back(ParameterValue(parameter));
+    return present;
+}
+
+static void RunRound(int threads)
+{
+    if (threads > 1 && AreFlowsDeferred() && !IsLargestFlowKnown(ncells)) {
+        SettleFlows();
+        FindLargestFlow();
+    }
+    {
+        std::vector<std::jthread> others;
+        try {
+            for (int i = 1; i < threads; i++)
+                others.emplace_back(Work, false);
+        } catch (const std::system_error &) {
+            // the threads that there are have to do
+        }
+        Work(true);
+    }
+    if (threads > 1 && AreFlowsDeferred())
+        KeepLargestFlow();
+}
+
+// A thread of the round -------------------------------------------------------------------------------------
+
+static void Work(bool iscaller)
+{
+    Lock lock(team.mutex);
+    try {
+        WorkUntilOver(iscaller, &lock);
+    } catch (const std::bad_alloc &) {
+        if (!lock.owns_lock())
+            lock.lock();
+        EndRound(GrowthStop::kNoMemory);
+    }
+}
+
+static void WorkUntilOver(bool iscaller, Lock *lock)
+{
+    while (!team.isover) {
+        if (iscaller && !team.isadding && Clock::now() >= team.nextpoll)
+            Poll(lock);
+        else if (!team.isadding && FindSlot(Stage::kFound) != nullptr)
+            AddFoundParticles(lock);
+        else if (team.ahead > 1 && !team.isaddingflows && AreManyFlowsDeferred(team.count))
+            AddFlows(lock);
+        else if (Slot *const slot = TakeWalk(); slot != nullptr)
+            ContinueTaken(slot, iscaller, lock);
+        else
+            team.changed.wait_for(*lock, kNap);
+    }
+}
+
+static void Poll(Lock *lock)
+{
+    team.isadding = true;
+    lock->unlock();
+    const bool goeson = Clock::now() < team.deadline && (!team.limits.poll || team.limits.poll());
+    lock->lock();
+    team.isadding = false;
+    team.nextpoll = std::min(Clock::now() + kPollInterval, team.deadline);
+    if (!goeson)
+        EndRound(GrowthStop::kPause);
+}
+
+// Takes a walk that is paused, or starts one of the next number. When all numbers ahead are taken, the next particle's
+// is walked a second time, in case the system has put its thread aside. Returns nullptr if there is nothing to walk.
+static Slot *TakeWalk()
+{
+    Slot *taken = nullptr;
+    for (Slot &slot : team.slots)
+        if (slot.stage == Stage::kPaused &&
+            (taken == nullptr || slot.walk.searcher.number < taken->walk.searcher.number))
+            taken = &slot;
+    if (taken == nullptr) {
+        const int end = std::min({team.limits.particles, team.room, team.count + team.ahead});
+        int number = team.next;
+        if (number < end)
+            team.next++;
+        else if (team.ahead > 1 && !team.isadding && team.helped < team.count)
+            number = team.helped = team.count;
+        else
+            return nullptr;
+        taken = &*std::find_if(team.slots.begin(), team.slots.end(),
+                               [](const Slot &slot) { return slot.stage == Stage::kFree; });
+        Restart(taken, number);
+    }
+    taken->stage = Stage::kWalking;
+    return taken;
+}
+
+// Starts a walk anew among the particles that have been added.
+static void Restart(Slot *slot, int number)
+{
+    StartWalk(number, team.count, team.reach, team.ahead > 1 ? &slot->notes : nullptr, &slot->walk);
+    slot->nextlook = std::min(team.limits.stallsteps, kStepsPerLook);
+}
+
+// The slot of the next particle's walk, if that is at this stage; else nullptr.
+static Slot *FindSlot(Stage stage)
+{
+    for (Slot &slot : team.slots)
+        if (slot.stage == stage && slot.walk.searcher.number == team.count)
+            return &slot;
+    return nullptr;
+}
+
+static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock)
+{
+    const Walk &walk = slot->walk;
+    lock->unlock();
+    const bool isfound = Continue(slot, iscaller);
+    lock->lock();
+    slot->stage = isfound ? Stage::kFound : Stage::kPaused;
+    if (walk.searcher.number < team.count)
+        slot->stage = Stage::kFree;
+    else if (!isfound && walk.searcher.number == team.count) {
+        if (walk.steps >= team.limits.stallsteps)
+            EndRound(GrowthStop::kStalled);
+        if (walk.steps > team.limits.steps - team.steptotal)
+            EndRound(GrowthStop::kReached);
+    }
+    if (!growthstate.running) // no memory for the index of the surface
+        EndRound(GrowthStop::kNoMemory);
+}
+
+// Continues a walk until it has found a place, or its thread has to look after something else. Returns whether it has.
+static bool Continue(Slot *slot, bool iscaller)
+{
+    Walk &walk = slot->walk;
+    while (!ContinueWalk(kMovesAtOnce, &walk)) {
+        if (walk.steps >= slot->nextlook) {
+            slot->nextlook = walk.steps + kStepsPerLook;
+            return false;
+        }
+        if (team.isover || team.publiccount > walk.searcher.number ||
+            (iscaller && Clock::now() >= team.nextpoll))
+            return false;
+    }
+    return true;
+}
+
+// Adds the particles whose walks have found their places, as far as the next one that has not.
+static void AddFoundParticles(Lock *lock)
+{
+    team.isadding = true;
+    for (Slot *slot; !team.isover && (slot = FindSlot(Stage::kFound)) != nullptr;) {
+        if (slot->walk.steps > team.limits.steps - team.steptotal) {
+            EndRound(GrowthStop::kReached);
+            break;
+        }
+        lock->unlock();
+        const bool isoutdated = IsOutdated(*slot);
+        const bool isprepared = isoutdated || AddToRecords(slot->walk);
+        lock->lock();
+        UpdateShared();
+        if (isoutdated) {
+            Restart(slot, team.count);
+            slot->stage = Stage::kPaused;
+            break;
+        }
+        if (!growthstate.running)
+            EndRound(GrowthStop::kNoMemory);
+        else if (ncells >= team.limits.particles)
+            EndRound(GrowthStop::kReached);
+        else if (!isprepared || ncells >= team.room)
+            EndRound(std::nullopt);
+    }
+    team.isadding = false;
+    team.changed.notify_all();
+}
+
+// Whether a particle that was added after the walk had started may have changed it.
+static bool IsOutdated(const Slot &slot)
+{
+    const Walk &walk = slot.walk;
+    if (walk.searcher.seen == ncells)
+        return false;
+    return (repeatedwalks > 0 && walk.searcher.number % repeatedwalks == 0) ||
+           walk.reach != AggregateReach() || !StillHold(slot.notes, walk.searcher.seen);
+}
+
+// Adds the particle that a walk has found a place for. Returns false if the search has to be prepared again, or memory
+// does not suffice.
+static bool AddToRecords(const Walk &walk)
+{
+    if (!AddParticle(walk.pos, walk.partner))
+        return false;
+    UpdateRadius();
+    const bool isprepared = AddToNeighbourIndex();
+    if (team.ahead == 1 || !AreFlowsDeferred())
+        AddFlowOfNewest();
+    for (long i = 0; i < walk.launches; i++)
+        RecordLaunch(walk.launched[i % kSeedRing]);
+    growthstate.pos = walk.pos;
+    growthstate.stepcount = 0;
+    growthstate.steptotal += walk.steps;
+    return isprepared;
+}
+
+// Brings what the threads know of the records up to date, and frees the slots of particles that have been added.
+static void UpdateShared()
+{
+    team.count = ncells;
+    team.publiccount = ncells;
+    team.reach = AggregateReach();
+    team.steptotal = growthstate.steptotal;
+    team.next = std::max(team.next, team.count);
+    for (Slot &slot : team.slots)
+        if (slot.stage != Stage::kWalking && slot.walk.searcher.number < team.count)
+            slot.stage = Stage::kFree;
+}
+
+static void AddFlows(Lock *lock)
+{
+    team.isaddingflows = true;
+    const int end = team.count;
+    lock->unlock();
+    AddDeferredFlowsBefore(end);
+    lock->lock();
+    FinishDeferredFlows(end);
+    team.isaddingflows = false;
+}
+
+// Ends the round; growth stops if there is a reason to.
+static void EndRound(std::optional<GrowthStop> stop)
+{
+    team.isover = true;
+    if (!team.stop)
+        team.stop = stop;
+}
