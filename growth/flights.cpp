@@ -10,10 +10,11 @@
 
 // Shortest flight, in branch lengths; where there is less room, the walker takes a step.
 constexpr double kShortestFlight = 2;
-// Shortest flight that is mirrored at the launch sphere, in branch lengths; shorter ones end before it. Near the sphere
-// walkers then take steps, and a step that would leave the sphere is not made: mirrored flights find the way along the
-// sphere too easily.
-constexpr double kShortestMirrored = 6;
+// Walkers are mirrored so far within the launch sphere, in branch lengths. Steps that would leave it are not made, so
+// near it a walker moves less along the sphere. Integrated over the depth, what is missing is a layer of this thickness
+// without such moves: with u the part of a step along the radius, uniform in -1..1, the mean of (1 - u^2) / 2 over the
+// steps that are not made at depth d, those with u < -d, integrated over d = 0..1 and divided by the mean over all, 1/3.
+constexpr double kMirrorDepth = 3.0 / 16;
 // Longest flight of a walker that is mirrored at the launch sphere, in launch radii: on this scale the sphere is
 // nearly flat.
 constexpr double kLongestFlight = 0.15;
@@ -41,6 +42,8 @@ void StartWalk(int number, int seen, double reach, SearchNotes *notes, Walk *wal
     walk->draws = Stream(growthstate.seed, number);
     walk->reach = reach;
     walk->iscontained = !WalkersMayLeave() && growthstate.sourcetype != kSourceInfinity;
+    walk->shortestflight =
+        growthstate.walk == kWalkFlights ? kShortestFlight * growthstate.branchlength : HUGE_VAL;
     walk->partner = -1;
     walk->steps = 0;
     walk->launches = 0;
@@ -54,7 +57,7 @@ bool ContinueWalk(int moves, Walk *walk)
         if (walk->left == 0)
             Launch(walk);
         const double radius = FlightRadius(*walk);
-        if (radius >= kShortestFlight * growthstate.branchlength)
+        if (radius >= walk->shortestflight)
             Fly(radius, walk);
         else
             Step(walk);
@@ -91,8 +94,6 @@ static double FlightRadius(const Walk &walk)
         const double slowed = std::min(radius, kLargestDrift / slope);
         radius = std::min(slowed, walk.free / (1 + slope * slowed));
     }
-    if (walk.iscontained && radius < kShortestMirrored * growthstate.branchlength)
-        radius = std::min(radius, LaunchRadiusOf(walk) - Modulus(walk.pos));
     return radius;
 }
 
@@ -109,11 +110,13 @@ static void Fly(double radius, Walk *walk)
     LookAround(walk);
 }
 
+// Puts a walker that is beyond the mirror at its image by inversion, which corrects for the curvature of the sphere.
 static void MirrorAtLaunchSphere(Walk *walk)
 {
-    const double distance = Modulus(walk->pos);
-    if (distance > LaunchRadiusOf(*walk))
-        walk->pos = (2 * LaunchRadiusOf(*walk) / distance - 1) * walk->pos;
+    const double mirror = LaunchRadiusOf(*walk) - kMirrorDepth * growthstate.branchlength;
+    const double squared = DotProduct(walk->pos, walk->pos);
+    if (squared > mirror * mirror)
+        walk->pos = (mirror * mirror / squared) * walk->pos;
 }
 
 // Takes a step, which may lead to the place of the particle.

@@ -20,7 +20,8 @@ struct Walk {
     Searcher searcher; // with the number of the particle
     Stream draws;      // of the particle
     double reach;      // AggregateReach() when the walk started
-    bool iscontained;  // walkers stay within the launch sphere, and live kWalkerLife steps
+    bool iscontained;             // walkers stay within the launch sphere, and live kWalkerLife steps
+    double shortestflight;        // with less room the walker takes a step; infinite for growth.walk "steps"
     int partner;       // the particle that the walker at pos sticks to; -1 while none is found
     long steps;        // of all walkers; a flight of r branch lengths counts as r^2, at most kWalkerLife
     long launches;     // walkers
