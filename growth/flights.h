@@ -17,14 +17,14 @@
 // The search for the place of one particle: walkers are launched, one after the other, until one sticks. What it finds
 // follows from the seed, the particle's number and the particles before it. Rotation must be 0.
 struct Walk {
-    Searcher searcher; // with the number of the particle
-    Stream draws;      // of the particle
-    double reach;      // AggregateReach() when the walk started
-    bool iscontained;             // walkers stay within the launch sphere, and live kWalkerLife steps
-    double shortestflight;        // with less room the walker takes a step; infinite for growth.walk "steps"
-    int partner;       // the particle that the walker at pos sticks to; -1 while none is found
-    long steps;        // of all walkers; a flight of r branch lengths counts as r^2, at most kWalkerLife
-    long launches;     // walkers
+    Searcher searcher;     // with the number of the particle
+    Stream draws;          // of the particle
+    double reach;          // AggregateReach() when the walk started
+    bool iscontained;      // walkers stay within the launch sphere, and live kWalkerLife steps
+    double shortestflight; // with less room the walker takes a step; infinite for growth.walk "steps"
+    int partner;           // the particle that the walker at pos sticks to; -1 while none is found
+    long steps;            // of all walkers; a flight of r branch lengths counts as r^2, at most kWalkerLife
+    long launches;         // walkers
     std::vector<Vector> launched; // the latest launch positions, in a ring like seeds
 
     // The present walker

@@ -26,7 +26,7 @@ int repeatedwalks = 0;
 // Particles below which one thread is used.
 constexpr int kFewParticles = 5000;
 // Numbers ahead of the next particle that walks may have, for each thread.
-constexpr int kWalksAhead = 16;
+constexpr int kWalksAhead = 8;
 // Moves of a walk after which its thread looks whether the round is over.
 constexpr int kMovesAtOnce = 64;
 // Steps of a walk after which its thread looks whether growth has to stop.
@@ -43,15 +43,8 @@ namespace
 using Clock = std::chrono::steady_clock;
 using Lock = std::unique_lock<std::mutex>;
 
-enum class Stage {
-    kFree,
-    kPaused, // under way, but no thread is at it
-    kWalking,
-    kFound // the place of its particle
-};
-
+// A walk with its notes
 struct Slot {
-    Stage stage = Stage::kFree;
     Walk walk;
     SearchNotes notes;
     long nextlook; // steps after which its thread looks whether growth has to stop
@@ -60,7 +53,7 @@ struct Slot {
 // What walks under way depend on besides the particles that were there when they started
 struct Basis {
     unsigned aggregate, surface, search;
-    int count;
+    int count, ahead;
     std::vector<double> parameters;
     bool operator==(const Basis &) const = default;
 };
@@ -74,13 +67,16 @@ struct Team {
 
     std::mutex mutex;
     std::condition_variable changed;
-    std::vector<Slot> slots;
-    int ahead = 1;      // numbers from `count` on that walks may have
-    int count = 0;      // ncells
-    double reach = 0;   // AggregateReach()
-    long steptotal = 0; // growthstate.steptotal
-    int next = 0;       // the lowest number that no walk has had yet
-    int helped = -1;    // the last number that two walks had
+    std::vector<Slot> slots; // each in one of the three lists that follow, or with a thread
+    std::vector<Slot *> unused;
+    std::vector<Slot *> paused; // walks under way
+    std::vector<Slot *> found;  // walks that have found a place, by number modulo `ahead`, or nullptr
+    int ahead = 1;              // numbers from `count` on that walks may have
+    int count = 0;              // ncells
+    double reach = 0;           // AggregateReach()
+    long steptotal = 0;         // growthstate.steptotal
+    int next = 0;               // the lowest number that no walk has had yet
+    int helped = -1;            // the last number that two walks had
     bool isadding = false;
     bool isaddingflows = false;
     std::optional<GrowthStop> stop; // why growth stops
@@ -95,13 +91,15 @@ static Basis basis;
 
 static bool IsOneEnough();
 static int PrepareRound(int threads);
+static void DropWalks(int threads);
 static Basis PresentBasis();
 static void RunRound(int threads);
 static void Work(bool iscaller);
 static void WorkUntilOver(bool iscaller, Lock *lock);
 static void Poll(Lock *lock);
 static Slot *TakeWalk();
-static Slot *FindSlot(Stage stage);
+static bool IsSettled(const Walk &walk);
+static Slot *FoundNext();
 static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock);
 static bool Continue(Slot *slot, bool iscaller);
 static void AddFoundParticles(Lock *lock);
@@ -115,9 +113,9 @@ static void EndRound(std::optional<GrowthStop> stop);
 GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
 {
     team.limits = limits;
-    team.nextpoll = Clock::now() + kPollInterval;
-    team.deadline =
-        team.nextpoll + std::chrono::microseconds(std::lround(1e6 * std::min(limits.seconds, 1e9)));
+    const Clock::time_point now = Clock::now();
+    team.deadline = now + std::chrono::microseconds(std::lround(1e6 * std::min(limits.seconds, 1e9)));
+    team.nextpoll = std::min(now + kPollInterval, team.deadline);
     team.stop.reset();
     while (!team.stop) {
         if (!growthstate.running)
@@ -125,7 +123,7 @@ GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
         if (ncells >= limits.particles)
             return GrowthStop::kReached;
         RunRound(PrepareRound(threads));
-        basis = PresentBasis();
+        basis = team.stop == GrowthStop::kNoMemory ? Basis() : PresentBasis();
     }
     if (team.stop == GrowthStop::kNoMemory)
         growthstate.running = 0;
@@ -156,15 +154,8 @@ static int PrepareRound(int threads)
         threads = 1;
     }
     team.ahead = threads == 1 ? 1 : kWalksAhead * threads;
-    team.slots.resize(std::max<std::size_t>(team.slots.size(), team.ahead + threads));
-    if (basis != PresentBasis()) {
-        for (Slot &slot : team.slots)
-            slot.stage = Stage::kFree;
-        team.next = ncells;
-    }
-    for (Slot &slot : team.slots)
-        if (slot.stage == Stage::kWalking) // its thread had no memory
-            slot.stage = Stage::kFree;
+    if (basis != PresentBasis())
+        DropWalks(threads);
     team.helped = -1;
     team.isadding = team.isaddingflows = false;
     team.isover = false;
@@ -172,9 +163,21 @@ static int PrepareRound(int threads)
     return threads;
 }
 
+static void DropWalks(int threads)
+{
+    team.slots.resize(team.ahead + threads);
+    team.unused.clear();
+    for (Slot &slot : team.slots)
+        team.unused.push_back(&slot);
+    team.paused.clear();
+    team.paused.reserve(team.slots.size());
+    team.found.assign(team.ahead, nullptr);
+    team.next = ncells;
+}
+
 static Basis PresentBasis()
 {
-    Basis present = {AggregateNumber(), SurfaceNumber(), SearchNumber(), ncells, {}};
+    Basis present = {AggregateNumber(), SurfaceNumber(), SearchNumber(), ncells, team.ahead, {}};
     for (const Parameter &parameter : Parameters())
         if (FindGroup(parameter.group).affectsgrowth)
             present.parameters.push_back(ParameterValue(parameter));
@@ -220,7 +223,7 @@ static void WorkUntilOver(bool iscaller, Lock *lock)
     while (!team.isover) {
         if (iscaller && !team.isadding && Clock::now() >= team.nextpoll)
             Poll(lock);
-        else if (!team.isadding && FindSlot(Stage::kFound) != nullptr)
+        else if (!team.isadding && FoundNext() != nullptr)
             AddFoundParticles(lock);
         else if (team.ahead > 1 && !team.isaddingflows && AreManyFlowsDeferred(team.count))
             AddFlows(lock);
@@ -247,26 +250,41 @@ static void Poll(Lock *lock)
 // is walked a second time, in case the system has put its thread aside. Returns nullptr if there is nothing to walk.
 static Slot *TakeWalk()
 {
-    Slot *taken = nullptr;
-    for (Slot &slot : team.slots)
-        if (slot.stage == Stage::kPaused &&
-            (taken == nullptr || slot.walk.searcher.number < taken->walk.searcher.number))
-            taken = &slot;
-    if (taken == nullptr) {
-        const int end = std::min({team.limits.particles, team.room, team.count + team.ahead});
-        int number = team.next;
-        if (number < end)
-            team.next++;
-        else if (team.ahead > 1 && !team.isadding && team.helped < team.count)
-            number = team.helped = team.count;
-        else
-            return nullptr;
-        taken = &*std::find_if(team.slots.begin(), team.slots.end(),
-                               [](const Slot &slot) { return slot.stage == Stage::kFree; });
-        Restart(taken, number);
+    while (!team.paused.empty()) {
+        const auto first =
+            std::min_element(team.paused.begin(), team.paused.end(), [](const Slot *a, const Slot *b) {
+                return a->walk.searcher.number < b->walk.searcher.number;
+            });
+        Slot *const slot = *first;
+        team.paused.erase(first);
+        if (!IsSettled(slot->walk))
+            return slot;
+        team.unused.push_back(slot);
     }
-    taken->stage = Stage::kWalking;
-    return taken;
+    const int end = std::min({team.limits.particles, team.room, team.count + team.ahead});
+    int number = team.next;
+    if (number < end)
+        team.next++;
+    else if (team.ahead > 1 && !team.isadding && team.helped < team.count)
+        number = team.helped = team.count;
+    else
+        return nullptr;
+    Slot *const slot = team.unused.back();
+    team.unused.pop_back();
+    Restart(slot, number);
+    return slot;
+}
+
+// Whether a walk's particle has been added, or another walk has found its place.
+static bool IsSettled(const Walk &walk)
+{
+    return walk.searcher.number < team.count || team.found[walk.searcher.number % team.ahead] != nullptr;
+}
+
+// The walk that has found the place of the next particle, or nullptr.
+static Slot *FoundNext()
+{
+    return team.found[team.count % team.ahead];
 }
 
 // Starts a walk anew among the particles that have been added.
@@ -276,30 +294,22 @@ static void Restart(Slot *slot, int number)
     slot->nextlook = std::min(team.limits.stallsteps, kStepsPerLook);
 }
 
-// The slot of the next particle's walk, if that is at this stage; else nullptr.
-static Slot *FindSlot(Stage stage)
-{
-    for (Slot &slot : team.slots)
-        if (slot.stage == stage && slot.walk.searcher.number == team.count)
-            return &slot;
-    return nullptr;
-}
-
 static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock)
 {
     const Walk &walk = slot->walk;
     lock->unlock();
     const bool isfound = Continue(slot, iscaller);
     lock->lock();
-    slot->stage = isfound ? Stage::kFound : Stage::kPaused;
-    if (walk.searcher.number < team.count)
-        slot->stage = Stage::kFree;
-    else if (!isfound && walk.searcher.number == team.count) {
-        if (walk.steps >= team.limits.stallsteps)
-            EndRound(GrowthStop::kStalled);
-        if (walk.steps > team.limits.steps - team.steptotal)
-            EndRound(GrowthStop::kReached);
-    }
+    if (IsSettled(walk))
+        team.unused.push_back(slot);
+    else if (isfound)
+        team.found[walk.searcher.number % team.ahead] = slot;
+    else
+        team.paused.push_back(slot);
+    if (!isfound && walk.searcher.number == team.count && walk.steps >= team.limits.stallsteps)
+        EndRound(GrowthStop::kStalled);
+    if (!isfound && walk.searcher.number == team.count && walk.steps > team.limits.steps - team.steptotal)
+        EndRound(GrowthStop::kReached);
     if (!growthstate.running) // no memory for the index of the surface
         EndRound(GrowthStop::kNoMemory);
 }
@@ -324,7 +334,7 @@ static bool Continue(Slot *slot, bool iscaller)
 static void AddFoundParticles(Lock *lock)
 {
     team.isadding = true;
-    for (Slot *slot; !team.isover && (slot = FindSlot(Stage::kFound)) != nullptr;) {
+    for (Slot *slot; !team.isover && (slot = FoundNext()) != nullptr;) {
         if (slot->walk.steps > team.limits.steps - team.steptotal) {
             EndRound(GrowthStop::kReached);
             break;
@@ -333,12 +343,16 @@ static void AddFoundParticles(Lock *lock)
         const bool isoutdated = IsOutdated(*slot);
         const bool isprepared = isoutdated || AddToRecords(slot->walk);
         lock->lock();
-        UpdateShared();
+        if (isoutdated || growthstate.running)
+            team.found[slot->walk.searcher.number % team.ahead] = nullptr;
         if (isoutdated) {
             Restart(slot, team.count);
-            slot->stage = Stage::kPaused;
+            team.paused.push_back(slot);
             break;
         }
+        UpdateShared();
+        if (growthstate.running)
+            team.unused.push_back(slot);
         if (!growthstate.running)
             EndRound(GrowthStop::kNoMemory);
         else if (ncells >= team.limits.particles)
@@ -378,7 +392,7 @@ static bool AddToRecords(const Walk &walk)
     return isprepared;
 }
 
-// Brings what the threads know of the records up to date, and frees the slots of particles that have been added.
+// Brings what the threads know of the records up to date.
 static void UpdateShared()
 {
     team.count = ncells;
@@ -386,9 +400,6 @@ static void UpdateShared()
     team.reach = AggregateReach();
     team.steptotal = growthstate.steptotal;
     team.next = std::max(team.next, team.count);
-    for (Slot &slot : team.slots)
-        if (slot.stage != Stage::kWalking && slot.walk.searcher.number < team.count)
-            slot.stage = Stage::kFree;
 }
 
 static void AddFlows(Lock *lock)
