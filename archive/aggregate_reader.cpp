@@ -15,7 +15,7 @@
 
 static Fault ReadAll(const std::string &path, StoredAggregate *stored);
 static void ReadContent(hid_t file, StoredAggregate *stored);
-static void ReadParameters(hid_t file, int version, StoredAggregate *stored);
+static void ReadParameters(hid_t file, StoredAggregate *stored);
 static void ReadParticles(hid_t file, StoredAggregate *stored);
 static void ReadSurfaceAndRoots(hid_t file, StoredAggregate *stored);
 static void ReadWalk(hid_t file, StoredAggregate *stored);
@@ -62,13 +62,13 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     Require(H5Aexists(file, "format") > 0 && ReadText(file, "format") == kFormatName,
             "an HDF5 file, but of another program");
     const int version = ReadNumber<int>(file, "format_version");
-    Require(version >= 1, "format_version is out of range");
-    Require(version <= kFormatVersion, "written by a newer program, in format " + std::to_string(version) +
-                                           "; this one reads up to " + std::to_string(kFormatVersion));
+    Require(version == kFormatVersion, "written by another version of the program, in format " +
+                                           std::to_string(version) + "; this one reads format " +
+                                           std::to_string(kFormatVersion));
     const auto steps = ReadNumber<uint64_t>(file, "steps");
     stored->run.seconds = ReadNumber<double>(file, "seconds");
     Require(stored->run.seconds >= 0, "seconds is out of range");
-    ReadParameters(file, version, stored);
+    ReadParameters(file, stored);
     ReadParticles(file, stored);
     CheckParticles(stored->particles.get(), stored->count);
     Require(ReadNumber<int>(file, "particles") == stored->count,
@@ -89,25 +89,14 @@ static void ReadContent(hid_t file, StoredAggregate *stored)
     ReadCamera(file, stored);
 }
 
-// The first format version whose files have a parameter
-static int FirstVersionWith(const Parameter &parameter)
-{
-    const auto is = [&](const void *field) { return &parameter == &ParameterOf(field); };
-    if (is(&growthstate.launchscale) || is(&growthstate.killingscale))
-        return kVersionWithKilling;
-    return is(&growthstate.walk) ? kVersionWithWalk : 1;
-}
-
 // Reads all parameters into stored->values; throws if a value is not allowed.
-static void ReadParameters(hid_t file, int version, StoredAggregate *stored)
+static void ReadParameters(hid_t file, StoredAggregate *stored)
 {
     const Hdf5Object parameters = OpenGroup(file, "parameters");
     for (const Parameter &parameter : Parameters()) {
         const Hdf5Object group = OpenGroup(parameters, parameter.group);
         double value = 0;
-        if (version < FirstVersionWith(parameter))
-            value = parameter.standard;
-        else if (std::holds_alternative<int *>(parameter.field))
+        if (std::holds_alternative<int *>(parameter.field))
             value = ReadNumber<int>(group, parameter.key);
         else
             value = ReadNumber<double>(group, parameter.key);

@@ -6,11 +6,7 @@
 #include "surface/surface.h"
 
 constexpr const char *kFormatName = "sarkelo aggregate";
-constexpr int kFormatVersion = 3;
-// The format versions that added growth.walk, and growth.launch_scale and growth.killing_scale. Runs in older files
-// had the defaults.
-constexpr int kVersionWithWalk = 2;
-constexpr int kVersionWithKilling = 3;
+constexpr int kFormatVersion = 4;
 // Short enough for a std::string that allocates no memory
 constexpr const char *kNoMemory = "out of memory";
 

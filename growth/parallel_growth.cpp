@@ -4,9 +4,9 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <exception>
 #include <mutex>
 #include <optional>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -22,9 +22,8 @@
 #include "surface/surface_index.h"
 
 int repeatedwalks = 0;
+int fewparticles = 5000;
 
-// Particles below which one thread is used.
-constexpr int kFewParticles = 5000;
 // Numbers ahead of the next particle that walks may have, for each thread.
 constexpr int kWalksAhead = 8;
 // Moves of a walk after which its thread looks whether the round is over.
@@ -135,7 +134,7 @@ GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
 // Whether walks cannot be made ahead of their turn, or would have to be repeated too often.
 static bool IsOneEnough()
 {
-    return ncells < std::max(kFewParticles, growthstate.nroots) || growthstate.intersectrange > 0 ||
+    return ncells < std::max(fewparticles, growthstate.nroots) || growthstate.intersectrange > 0 ||
            options.debug != 0;
 }
 
@@ -195,8 +194,8 @@ static void RunRound(int threads)
         try {
             for (int i = 1; i < threads; i++)
                 others.emplace_back(Work, false);
-        } catch (const std::system_error &) {
-            // the threads that there are have to do
+        } catch (const std::exception &) {
+            // without memory or permission for more, the threads that there are have to do
         }
         Work(true);
     }

@@ -36,3 +36,6 @@ GrowthStop GrowFlights(const GrowthLimits &limits, int threads);
 // For tests: of walks made ahead of their turn, those whose number is a multiple of this are repeated whether or not
 // they have to be; 0: none of them.
 extern int repeatedwalks;
+
+// Number of particles below which one thread is used; tests lower it.
+extern int fewparticles;

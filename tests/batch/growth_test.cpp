@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "batch/progress.h"
+#include "growth/aggregate.h"
 #include "growth/growth_step.h"
 #include "growth/scenario.h"
 

@@ -8,9 +8,9 @@
 
 #include "golden.h"
 #include "growth/deferred_flows.h"
-#include "growth/flights.h"
 #include "growth/flows.h"
 #include "growth/generators.h"
+#include "growth/parallel_growth.h"
 #include "growth/replay.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
@@ -19,24 +19,30 @@
 TEST(GrowthStep, LargeRunsHaveTheirHashes)
 {
     const struct {
-        GrowthStep step;
-        bool defers;
+        bool flies, defers;
+        int threads;
         double branchlength;
         int particles;
         unsigned long long hash;
-    } rows[] = {{IterateSystem, false, 1, 20000, 0xb4129258beabd5deULL},
-                {IterateSystem, true, 0.4, 2000, 0xa3bedc2db5d4cba5ULL},
-                {IterateFlights, false, 1, 20000, 0xd13b4d878d870dd3ULL},
-                {IterateFlights, true, 1, 20000, 0xd13b4d878d870dd3ULL}};
+    } rows[] = {{false, false, 1, 1, 20000, 0xb4129258beabd5deULL},
+                {false, true, 1, 0.4, 2000, 0xa3bedc2db5d4cba5ULL},
+                {true, false, 1, 1, 20000, 0},
+                {true, true, 2, 1, 20000, 0}};
     for (const auto &row : rows) {
-        StartWith({{&growthstate.branchlength, row.branchlength}});
+        StartWith({{&growthstate.branchlength, row.branchlength}, {&growthstate.walk, double(row.flies)}});
         std::optional<DeferredFlows> flows;
         if (row.defers)
             flows.emplace();
-        Grow(row.step, row.particles / 2, LONG_MAX);
+        const auto grow = [&](int particles) {
+            if (row.flies)
+                GrowFlights({.particles = particles}, row.threads);
+            else
+                Grow(IterateSystem, particles, LONG_MAX);
+        };
+        grow(row.particles / 2);
         SettleFlows();
         const unsigned long long half = HashParticles(row.particles / 2);
-        Grow(row.step, row.particles, LONG_MAX);
+        grow(row.particles);
         flows.reset();
         EXPECT_EQ(HashParticles(ncells), row.hash) << std::hex << HashParticles(ncells);
         {
@@ -61,39 +67,6 @@ TEST(Generators, DrawAsTheLibraryDoes)
         SeedGenerators(seed);
         for (int i = 0; i < 20000; i++)
             ASSERT_TRUE(DrawUniform() == drand48() && DrawInteger() == rand()) << seed << ", draw " << i;
-    }
-}
-
-static double NearestPartner()
-{
-    double nearest = HUGE_VAL;
-    const int classes = growthstate.association ? growthstate.nroots : 1;
-    for (int i = ncells % classes; i < ncells; i += classes)
-        nearest = std::min(nearest, VectorLength(cells[i].p, growthstate.pos));
-    return nearest;
-}
-
-// The free ball around a walker holds no partner, and growth does not depend on when the neighbour search was built.
-TEST(Flights, FollowFromTheRecordsAlone)
-{
-    GrowthState &g = growthstate;
-    const std::vector<Setting> variants[] = {{{&g.bias, 1}},
-                                             {{&g.branchlength, 0.3}},
-                                             {{&g.association, 1}, {&g.nroots, 3}, {&g.roottype, kRootRingX}},
-                                             {{&g.launchscale, 2}, {&g.killingscale, 10}}};
-    for (const auto &variant : variants) {
-        Outcome outcomes[2];
-        for (const bool frees : {false, true}) {
-            StartWith(variant);
-            for (long move = 0; ncells < 2500; move++) {
-                if (frees && move % 2999 == 0)
-                    FreeNeighbourIndex();
-                ASSERT_TRUE(move % 500 != 0 || FreeRadius() <= NearestPartner() - g.branchlength);
-                IterateFlights();
-            }
-            outcomes[frees] = TakeOutcome();
-        }
-        EXPECT_EQ(Difference(outcomes[0], outcomes[1]), "") << "variant " << &variant - variants;
     }
 }
 
