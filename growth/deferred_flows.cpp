@@ -36,8 +36,8 @@ struct {
 
 // Most flows that are deferred at a time: kLeastDeferred, or one for every kParticlesPerDeferred particles of a
 // larger aggregate.
-constexpr std::size_t kLeastDeferred = 65536;
-constexpr std::size_t kParticlesPerDeferred = 32;
+constexpr std::size_t kLeastDeferred = 4096;
+constexpr std::size_t kParticlesPerDeferred = 16;
 // Number of particles of a path to which a list is added at once.
 constexpr int kParticlesAtOnce = 8;
 
