@@ -164,7 +164,7 @@ static int GrowAndWrite(const Command &command, Start *start)
     OwnFile &checkpoint = command.checkpoint == command.output ? output : separate;
     const long before = growthstate.steptotal;
     const GrowthPlan plan = {command.recipe, [&](const RunRecord &run) { return checkpoint.Write(run); },
-                             command.checkpointminutes, command.quiet, command.threads};
+                             command.checkpointminutes, command.quiet, kStallSteps, command.threads};
     const GrowthEnd end = Grow(plan, &start->run);
     // With --continue, the output of a run that was already finished is not written again.
     const bool unchanged =

@@ -22,8 +22,8 @@ struct GrowthPlan {
     std::function<Fault(const RunRecord &)> checkpoint; // writes a checkpoint
     double checkpointminutes;                           // between checkpoints; 0: no checkpoints
     bool quiet;
-    int threads = 1; // for flights
     int stallsteps = kStallSteps;
+    int threads = 1; // for flights
 };
 
 // Grows the run in the global records, and adds its growth time to run->seconds.

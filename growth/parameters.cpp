@@ -24,7 +24,7 @@ static const ParameterGroup kGroups[] = {
 
 static const Parameter kParameters[] = {
     {"growth", "seed", &growthstate.seed, 12345, 0, INT_MAX, kSignDropped, "",
-     "Both random generators start from it at every restart."},
+     "All random numbers follow from it; a restart starts them anew."},
     {"growth", "bias", &growthstate.bias, 0.1, 0, 1, kLimited, "% of the branch length",
      "How far a walker drifts away from a root at each step."},
     {"growth", "branch_length", &growthstate.branchlength, 1, 0.01, kInfinity, kLimited, "length",

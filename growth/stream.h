@@ -11,7 +11,7 @@
 #include <Random123/philox.h>
 
 // What a stream is for. Streams for different purposes never share a draw.
-enum StreamPurpose { kStreamOfGrowth = 0 };
+enum StreamPurpose { kStreamOfGrowth, kStreamOfProbes };
 
 class Stream
 {

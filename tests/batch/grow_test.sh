@@ -46,7 +46,7 @@ ends 0 "" --print-recipe
 mv out printed.toml
 ends 0 "" --help
 words=$(grep -ohE -- '--[a-z-]+|^(# )?[a-z_]+ =' out printed.toml | tr -d '#= ' | sort -u)
-[ "$(wc -l <<<"$words")" -eq 44 ] || fail "$(wc -l <<<"$words") options and keys"
+[ "$(wc -l <<<"$words")" -eq 45 ] || fail "$(wc -l <<<"$words") options and keys"
 for word in $words; do grep -qE -- "^\|.*$word\b" "$tests/../../docs/recipes.md" || fail "$word is not documented"; done
 [ "$(of whole.sarkelo.h5 bias_unit parameters/growth)" = "b'% of the branch length'" ]
 [ "$(of whole.sarkelo.h5 walk_name parameters/growth)" = "b'steps'" ]

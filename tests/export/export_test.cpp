@@ -88,7 +88,7 @@ TEST_F(Exports, InformationMatchesExpectedText)
     std::string text = Written(WriteInformation);
     StartAfresh();
     growthstate.bias = 1e-5;
-    growthstate.sourcetype = 18;
+    growthstate.sourcetype = 19;
     stats = {};
     text += Written(WriteInformation);
     ExpectGolden("../export/expected/information.txt", text);
