@@ -2,7 +2,7 @@
 """Grows one aggregate of a study, or continues it, and writes its row: every parameter, every statistic, and what
 ensemble/measures.py finds of its shape.
 
-    grow.py STUDY.yaml RUN
+    grow.py STUDY.yaml RUN [THREADS]
 """
 import json
 import os
@@ -55,7 +55,7 @@ def main():
         path.parent.mkdir(parents=True, exist_ok=True)
     program = studies.grow_program()
     grow([program, *run.arguments(), "-o", str(aggregate), "--checkpoint-file", str(checkpoint), "--checkpoint",
-          str(CHECKPOINT_MINUTES), "--continue", "--force", "--quiet", "--statistics", str(statistics)])
+          str(CHECKPOINT_MINUTES), "--threads", sys.argv[3] if len(sys.argv) > 3 else "1", "--continue", "--force", "--quiet", "--statistics", str(statistics)])
     if study.pictures and run.seed == study.seeds[0]:
         picture = study.output / "pictures" / f"{run.name}.png"
         picture.parent.mkdir(exist_ok=True)

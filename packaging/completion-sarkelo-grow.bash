@@ -1,13 +1,13 @@
 # Completion of the options of sarkelo-grow, the kinds that it saves, and the keys of recipes.
 _sarkelo_grow() {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
-    local options="-h --help --version -o --output --particles --steps --minutes --seed --set --resume --continue --checkpoint
-        --checkpoint-file --save --slices --statistics --force --quiet --print-recipe"
+    local options="-h --help --version -o --output --particles --steps --minutes --seed --set --resume --continue --threads
+        --checkpoint --checkpoint-file --save --slices --statistics --force --quiet --print-recipe"
     local kinds="pov-sweep: pov-cones: geom: vrml: vrml-caps: vrml-low: vrml-medium: vrml-high: dxf: geom-points: stl: stl-surface:
         vtp: ply: csv: info:"
     compopt -o default
     case $before in
-    --particles | --steps | --minutes | --seed | --checkpoint) COMPREPLY=() ;;
+    --particles | --steps | --minutes | --seed | --threads | --checkpoint) COMPREPLY=() ;;
     --save) COMPREPLY=($(compgen -W "$kinds" -- "$word")) ;;
     --set)
         compopt -o nospace

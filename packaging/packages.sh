@@ -5,7 +5,7 @@ DISPLAY_PACKAGES="xvfb x11-apps netpbm xdotool"
 ENSEMBLE_PACKAGES="snakemake python3-yaml python3-pandas python3-tables python3-h5py python3-matplotlib"
 CLUSTER_PACKAGES="slurm-wlm munge"
 MACHINE_PACKAGES="clang-14 g++-aarch64-linux-gnu qemu-user"
-CHECK_PACKAGES="libgtest-dev libbenchmark-dev libasan8 libubsan1 openbox admesh clang-format-14 clang-tidy-14 povray openscenegraph prusa-slicer python3-ezdxf python3-vtk9 python3-meshio python3-h5py python3-matplotlib python3-pil lintian desktop-file-utils appstream man-db"
+CHECK_PACKAGES="libgtest-dev libbenchmark-dev libasan8 libubsan1 libtsan2 openbox admesh clang-format-14 clang-tidy-14 povray openscenegraph prusa-slicer python3-ezdxf python3-vtk9 python3-meshio python3-h5py python3-matplotlib python3-pil lintian desktop-file-utils appstream man-db"
 
 # Installs those of the given packages that are missing: as root or through sudo. Where neither works, prints the one
 # line to run and ends the script.
