@@ -104,8 +104,8 @@ static void ReadParameters(hid_t file, StoredAggregate *stored)
                                              NumberText(value) + "; allowed: " + AllowedNumbers(parameter));
         stored->values.push_back(value);
     }
-    if (const char *contradiction = FindContradiction(stored->values))
-        throw Hdf5Fault(contradiction);
+    if (const auto contradiction = FindContradiction(stored->values))
+        throw Hdf5Fault(contradiction->reason);
 }
 
 static bool CanBe(const Parameter &parameter, double value)

@@ -6,6 +6,7 @@
 #include <condition_variable>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -88,6 +89,7 @@ struct Team {
 static Team team;
 static Basis basis;
 
+static GrowthStop GrowInRounds(const GrowthLimits &limits, int threads);
 static bool IsOneEnough();
 static int PrepareRound(int threads);
 static void DropWalks(int threads);
@@ -111,6 +113,21 @@ static void EndRound(std::optional<GrowthStop> stop);
 
 GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
 {
+    GrowthStop stop = GrowthStop::kNoMemory;
+    try {
+        stop = GrowInRounds(limits, threads);
+    } catch (const std::bad_alloc &) {
+        // no memory for a round
+    }
+    if (stop == GrowthStop::kNoMemory) {
+        basis = {};
+        growthstate.running = 0;
+    }
+    return stop;
+}
+
+static GrowthStop GrowInRounds(const GrowthLimits &limits, int threads)
+{
     team.limits = limits;
     const Clock::time_point now = Clock::now();
     team.deadline = now + std::chrono::microseconds(std::lround(1e6 * std::min(limits.seconds, 1e9)));
@@ -122,10 +139,8 @@ GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
         if (ncells >= limits.particles)
             return GrowthStop::kReached;
         RunRound(PrepareRound(threads));
-        basis = team.stop == GrowthStop::kNoMemory ? Basis() : PresentBasis();
+        basis = PresentBasis();
     }
-    if (team.stop == GrowthStop::kNoMemory)
-        growthstate.running = 0;
     return *team.stop;
 }
 
@@ -142,7 +157,6 @@ static bool IsOneEnough()
 // the number of threads.
 static int PrepareRound(int threads)
 {
-    PrepareSearch();
     team.room = INT_MAX;
     if (threads > 1 && !IsOneEnough()) {
         team.room =
@@ -152,6 +166,8 @@ static int PrepareRound(int threads)
     } else {
         threads = 1;
     }
+    if (!PrepareSearch()) // without it, walks would know no free space and go other ways
+        throw std::bad_alloc();
     team.ahead = threads == 1 ? 1 : kWalksAhead * threads;
     if (basis != PresentBasis())
         DropWalks(threads);

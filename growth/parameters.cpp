@@ -113,22 +113,30 @@ bool IsAllowed(const Parameter &parameter, double value)
     return ruled == value || (std::isnan(ruled) && std::isnan(value));
 }
 
-const char *FindContradiction(std::span<const double> values)
+std::optional<Contradiction> FindContradiction(std::span<const double> values)
 {
     const auto value = [values](const void *field) { return values[ParameterIndex(field)]; };
     const bool flies = value(&growthstate.walk) == int{kWalkFlights};
     if (flies && value(&growthstate.rotation) != 0)
-        return "growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can";
+        return Contradiction{
+            "growth.rotation",
+            "growth.rotation is not 0, and flights cannot be turned; growth.walk \"steps\" can"};
     if (value(&growthstate.sourcetype) != int{kSourceInfinity})
-        return nullptr;
+        return std::nullopt;
     if (!flies)
-        return "source.type is \"Infinity\", from where only flights come; growth.walk must be \"flights\"";
+        return Contradiction{
+            "source.type",
+            "source.type is \"Infinity\", from where only flights come; growth.walk must be \"flights\""};
     if (value(&growthstate.bias) != 0)
-        return "source.type is \"Infinity\", from where walkers cannot drift; growth.bias must be 0";
-    if (value(&growthstate.launchscale) != 1 || value(&growthstate.killingscale) != 1)
-        return "source.type is \"Infinity\", with which growth.launch_scale and growth.killing_scale have no "
-               "effect";
-    return nullptr;
+        return Contradiction{
+            "source.type",
+            "source.type is \"Infinity\", from where walkers cannot drift; growth.bias must be 0"};
+    for (const double *scale : {&growthstate.launchscale, &growthstate.killingscale})
+        if (value(scale) != 1)
+            return Contradiction{
+                "source.type",
+                "source.type is \"Infinity\"; growth.launch_scale and growth.killing_scale must be 1"};
+    return std::nullopt;
 }
 
 void SetParameter(const Parameter &parameter, double value)

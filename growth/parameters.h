@@ -50,8 +50,13 @@ double ParameterValue(const Parameter &parameter);
 // Whether a parameter can have this value: its rule does not change it.
 bool IsAllowed(const Parameter &parameter, double value);
 
-// Why these values, of Parameters() row by row, cannot go together; nullptr if they can.
-const char *FindContradiction(std::span<const double> values);
+// A parameter whose value does not go together with the others, by its name in a recipe, and why.
+struct Contradiction {
+    const char *name, *reason;
+};
+
+// The contradiction between these values, of Parameters() row by row, if any.
+std::optional<Contradiction> FindContradiction(std::span<const double> values);
 
 // Sets a parameter to a number as changed by the parameter's rule.
 void SetParameter(const Parameter &parameter, double value);

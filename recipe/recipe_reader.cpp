@@ -228,8 +228,8 @@ Fault CheckRecipe(const Recipe &recipe)
     if (!recipe.surfacefile.empty() && recipe.sample != "None")
         return {kRequestFault, recipe.PlaceOf("surface.file") +
                                    ": surface.file and surface.sample are both given: one surface at a time"};
-    if (const char *contradiction = FindContradiction(recipe.values))
-        return {kRequestFault, recipe.PlaceOf("growth.rotation") + ": " + contradiction};
+    if (const auto contradiction = FindContradiction(recipe.values))
+        return {kRequestFault, recipe.PlaceOf(contradiction->name) + ": " + contradiction->reason};
     if (recipe.seedfile.empty())
         return {};
     const Recipe defaults;

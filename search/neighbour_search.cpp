@@ -223,7 +223,7 @@ unsigned SearchNumber()
 
 bool ReserveSearch(int particles)
 {
-    if (!PrepareSearch() || neighbourindex.maps.empty())
+    if (!PrepareSearch() || !neighbourindex.usable || neighbourindex.maps.empty())
         return false;
     try {
         if (neighbourindex.lists.Capacity() < particles)
@@ -290,7 +290,7 @@ bool PrepareSearch()
         neighbourindex = NeighbourIndex();
         return false;
     }
-    return neighbourindex.usable;
+    return true;
 }
 
 static void Build()

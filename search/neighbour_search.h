@@ -56,8 +56,8 @@ struct Searcher {
     SearchNotes *notes = nullptr; // records what it is told, if not nullptr
 };
 
-// Makes the index current, which the two functions below and StillHold require. Returns false if the aggregate cannot
-// be indexed or memory does not suffice: all particles are scanned then.
+// Makes the index current, which the two functions below and StillHold require. Returns false if memory does not
+// suffice. An aggregate that cannot be indexed has no index: no free radius is known, and all particles are scanned.
 bool PrepareSearch();
 
 // Radius of a ball about p in which no walker finds a partner; below 0 if none is known. It depends only on the

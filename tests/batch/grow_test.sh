@@ -83,6 +83,7 @@ is named for two outputs|$new --save csv:link/new.sarkelo.h5
 unknown extension "foo"; kinds: pov-sweep (.pov) pov-cones geom (.geom) vrml (.wrl)|--save new.foo
 unknown kind foo|--save foo:new.pov
 --checkpoint|--checkpoint -1
+--threads|--threads 1025
 1000000 roots are more than the 100000 particles|--set roots.count=1000000 --set roots.distribution=Spherical
 ROWS
 fails 3 <<ROWS
@@ -160,7 +161,7 @@ while IFS='|' read -r signal status recipe; do
     finishes "$status"
     taken=$(of signal.sarkelo.h5 steps)
     [ "$(of signal.sarkelo.h5 particles)" -gt 10 ] || fail "too little grew to compare"
-    ends 0 "" recipe.toml --steps $((taken / 2)) -o straight.sarkelo.h5 --force
+    ends 0 "" recipe.toml --steps $((taken / 2)) -o straight.sarkelo.h5 --force --threads 1
     ends 0 "" --resume straight.sarkelo.h5 --steps "$taken"
     same signal.sarkelo.h5 straight.sarkelo.h5
 done <<ROWS
@@ -173,6 +174,7 @@ INT|130|growth.association = true;$ring;drawing = {thickness_tip = 0.1, mode = '
 INT|130|growth.association = true;$flights;$ring;surface = {sample = 'Box', shift = [0, 0, 1]}
 INT|130|growth.killing_scale = 5;$cylinder
 INT|130|growth.branch_length = 5;$flights;$cylinder
+INT|130|growth.bias = 0;$flights;source.type = 'Infinity'
 ROWS
 
 # Each kind of file is saved, the kind taken from the extension or given. Without statistics the report has none.

@@ -21,8 +21,8 @@ static bool Fails()
     FailingMemory &memory = failingmemory;
     if (!memory.armed || OwnAllocations::depth > 0)
         return false;
-    memory.calls++;
-    const bool fails = memory.andallthatfollow ? memory.calls >= memory.first : memory.calls == memory.first;
+    const long call = __atomic_add_fetch(&memory.calls, 1, __ATOMIC_RELAXED); // of any thread
+    const bool fails = memory.andallthatfollow ? call >= memory.first : call == memory.first;
     if (fails)
         errno = ENOMEM;
     return fails;

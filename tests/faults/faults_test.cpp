@@ -17,6 +17,7 @@
 #include "faults/failing_memory.h"
 #include "growth/camera_home.h"
 #include "growth/growth_step.h"
+#include "growth/parallel_growth.h"
 #include "growth/roots.h"
 #include "growth/scenario.h"
 #include "panels.h"
@@ -125,7 +126,8 @@ static void GrowInWindow()
 static void GrowByBatch(const Recipe &stops)
 {
     RunRecord run;
-    if (Grow({stops, {}, 0, true}, &run) != (ncells == stops.particles ? kStopReached : kOutOfMemory))
+    if (Grow({stops, {}, 0, true, kStallSteps, 2}, &run) !=
+        (ncells == stops.particles ? kStopReached : kOutOfMemory))
         abort();
 }
 
@@ -154,6 +156,8 @@ static std::vector<Action> ListActions(const std::string &aggregate)
         {"read aggregate", [=] { ReadBack(aggregate); }, writeandforget},
         {kWindowGrowth, GrowInWindow, DropNeighbourIndex, true},
         {"growth by sarkelo-grow", [=] { GrowByBatch(stops); }, [] {}, true},
+        {"growth by flights on two threads", [=] { GrowByBatch(stops); },
+         [] { growthstate.walk = kWalkFlights, fewparticles = 5, DropNeighbourIndex(); }, true},
     };
     const auto choose = [&](auto menu, std::initializer_list<int> entries, const fs::path &file) {
         for (const int entry : entries)

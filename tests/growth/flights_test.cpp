@@ -175,7 +175,7 @@ TEST(ParallelGrowth, IsTheSameOnAnyNumberOfThreads)
     int compared = 0;
     for (unsigned seed = 1; seed <= SARKELO_HISTORIES; seed++) {
         StartRandomly(seed);
-        GrowFlights({.particles = 900, .steps = 3000000}, 1);
+        GrowFlights({.particles = 900, .steps = 1000000}, 1);
         const int particles = ncells;
         const Outcome expected = TakeOutcome();
         compared += particles;
