@@ -21,8 +21,6 @@ constexpr double kLongestFlight = 0.15;
 // Largest drift of a flight, in its radii. Drift shifts the mean end of a flight by this much; its further effect on
 // the distribution of the ends, which is neglected, is of the order of its square.
 constexpr double kLargestDrift = 0.05;
-// Least square of a direction's part across the way outward, from which the azimuth of a return is taken.
-constexpr double kLeastSideways = 1e-6;
 
 static void Launch(Walk *walk);
 static double LaunchRadiusOf(const Walk &walk);
@@ -32,6 +30,7 @@ static void MirrorAtLaunchSphere(Walk *walk);
 static void Step(Walk *walk);
 static void LookAround(Walk *walk);
 static void ComeBack(double distance, Walk *walk);
+static Vector DrawAcross(Vector n, Stream *draws);
 static void CountSteps(double steps, Walk *walk);
 
 void StartWalk(int number, int seen, double reach, SearchNotes *notes, Walk *walk)
@@ -174,22 +173,35 @@ static void LookAround(Walk *walk)
 static void ComeBack(double distance, Walk *walk)
 {
     const double r = distance, radius = walk->reach;
-    if (walk->draws.Uniform() * r >= radius) {
+    const double x = walk->draws.Uniform() * r / radius; // uniform below 1 for the walkers that return
+    if (x >= 1) {
         walk->left = 0;
         return;
     }
     const double farthest = 1 / (r + radius), nearest = 1 / (r - radius);
-    const double s = farthest + walk->draws.Uniform() * (nearest - farthest);
+    const double s = farthest + x * (nearest - farthest);
     const double u = std::clamp((r * r + radius * radius - 1 / (s * s)) / (2 * r * radius), -1.0, 1.0);
     const Vector outward = (1 / r) * walk->pos;
-    Vector sideways;
-    do {
-        sideways = DrawDirection(&walk->draws);
-        sideways = sideways - DotProduct(sideways, outward) * outward;
-    } while (!(DotProduct(sideways, sideways) > kLeastSideways));
-    Normalise(&sideways);
-    walk->pos = radius * (u * outward + std::sqrt(1 - u * u) * sideways);
+    walk->pos = radius * (u * outward + std::sqrt(1 - u * u) * DrawAcross(outward, &walk->draws));
     walk->free = FreeRadius(walk->pos, &walk->searcher);
+}
+
+// Draws a uniformly random unit vector perpendicular to the unit vector n. The two axes across n are those of T. Duff et
+// al., "Building an Orthonormal Basis, Revisited", J. Comput. Graph. Tech. 6 (2017) 1. The angle is twice that of a point
+// in the unit disk.
+static Vector DrawAcross(Vector n, Stream *draws)
+{
+    double a = 0, b = 0, square = 0;
+    do {
+        a = 2 * draws->Uniform() - 1;
+        b = 2 * draws->Uniform() - 1;
+        square = a * a + b * b;
+    } while (square >= 1 || square == 0);
+    const double sign = std::copysign(1.0, n.z);
+    const double p = -1 / (sign + n.z), q = n.x * n.y * p;
+    const Vector first = {1 + sign * n.x * n.x * p, sign * q, -sign * n.x};
+    const Vector second = {q, sign + n.y * n.y * p, -n.y};
+    return ((a * a - b * b) / square) * first + (2 * a * b / square) * second;
 }
 
 static void CountSteps(double steps, Walk *walk)

@@ -1,6 +1,10 @@
-// Prints a table of hashes of runs, surfaces and files. It is the same on every machine, as docs/growth-step.md promises.
+// Prints a table of hashes of runs, surfaces and files. It is the same on every machine, as docs/growth-step.md promises,
+// and on any number of threads.
+//
+//     bits [THREADS]      (of flights, 1 by default)
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -43,6 +47,15 @@ static const Run kRuns[] = {
      1000,
      {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.launchscale, 2}, {&g.killingscale, 20}}},
     {"flights in a wide sphere", 1000, {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.launchscale, 2}}},
+    {"flights from infinity",
+     6000,
+     {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.sourcetype, kSourceInfinity}}},
+    {"flights that seldom stick", 1000, {{&g.walk, kWalkFlights}, {&g.stickiness, 5}}},
+    {"flights to associated roots",
+     300,
+     {{&g.walk, kWalkFlights}, {&g.roottype, kRootRingX}, {&g.nroots, 3}, {&g.association, 1}}},
+    {"flights with short branches", 300, {{&g.walk, kWalkFlights}, {&g.bias, 0}, {&g.branchlength, 0.3}}},
+    {"flights through a turned tube", 300, {{&g.walk, kWalkFlights}}, 3, {0.2, 0.2, 0.3}, {297, 0, 0}},
     {"flights on a turned plane", 1000, {{&g.walk, kWalkFlights}}, 31, {3, 3, 0.1}, {33, 44, 55}},
 };
 
@@ -51,6 +64,8 @@ static void Print(const char *name, unsigned long long hash)
     printf("%016llx  %s\n", hash, name);
 }
 
+static int threads = 1;
+
 static void Grow(const Run &run)
 {
     StartWith(run.settings);
@@ -58,7 +73,7 @@ static void Grow(const Run &run)
         BuildSample(run.sample);
     TransformSTL(run.scale, {0, 0, 0}, run.rotate);
     if (growthstate.walk == kWalkFlights)
-        GrowFlights({.particles = run.particles}, 1);
+        GrowFlights({.particles = run.particles}, threads);
     while (ncells < run.particles)
         IterateUntilStick(1000);
 }
@@ -82,8 +97,11 @@ static void PrintFiles()
     Print("dimensions", Hash(&fit.slope, sizeof fit.slope, hash));
 }
 
-int main()
+int main(int argc, char **argv)
 {
+    if (argc > 1)
+        threads = atoi(argv[1]);
+    fewparticles = 5;
     for (const Run &run : kRuns) {
         Grow(run);
         Print(run.name, HashParticles(run.particles));
