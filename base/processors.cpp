@@ -24,6 +24,5 @@ static int ProcessorsOfGroup(int otherwise)
     double time = 0, period = 0;
     const bool islimited = fscanf(file, "%lf %lf", &time, &period) == 2 && period > 0;
     fclose(file);
-    return islimited ? static_cast<int>(std::ceil(std::min<double>(time / period, otherwise)))
-                     : otherwise;
+    return islimited ? static_cast<int>(std::ceil(std::min<double>(time / period, otherwise))) : otherwise;
 }
