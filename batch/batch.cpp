@@ -163,8 +163,12 @@ static int GrowAndWrite(const Command &command, Start *start)
     OwnFile separate(command.checkpoint);
     OwnFile &checkpoint = command.checkpoint == command.output ? output : separate;
     const long before = growthstate.steptotal;
-    const GrowthPlan plan = {command.recipe, [&](const RunRecord &run) { return checkpoint.Write(run); },
-                             command.checkpointminutes, command.quiet, kStallSteps, command.threads};
+    const GrowthPlan plan = {command.recipe,
+                             [&](const RunRecord &run) { return checkpoint.Write(run); },
+                             command.checkpointminutes,
+                             command.quiet,
+                             kStallSteps,
+                             command.threads};
     const GrowthEnd end = Grow(plan, &start->run);
     // With --continue, the output of a run that was already finished is not written again.
     const bool unchanged =
