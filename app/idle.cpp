@@ -85,8 +85,9 @@ static void Grow()
     const Clock::time_point start = Clock::now();
     if (growthstate.steptotal == 0)
         windowrun.seconds = 0; // the run has just started
+    static const int threads = AvailableProcessors();
     if (growthstate.walk == kWalkFlights)
-        GrowFlights({.seconds = kSecondsPerCall}, AvailableProcessors());
+        GrowFlights({.seconds = kSecondsPerCall}, threads);
     else
         for (int left = kStepsPerCall; left > 0 && growthstate.running;)
             left -= IterateUntilStick(left);

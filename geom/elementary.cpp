@@ -99,6 +99,11 @@ static double LogarithmOfMPFR(double x)
     return number.Value();
 }
 
+void FreeElementaryCaches()
+{
+    mpfr_free_cache2(MPFR_FREE_LOCAL_CACHE);
+}
+
 // The memory of MPFR ---------------------------------------------------------------------------------------
 
 alignas(std::max_align_t) static char reserve[kReserve];

@@ -22,3 +22,6 @@ double Logarithm(double x);
 
 // 10 to the power x.
 double PowerOfTen(double x);
+
+// Frees what the functions above keep for the calling thread. Call it before a thread ends.
+void FreeElementaryCaches();

@@ -26,12 +26,10 @@ static KnownRadius knownradius = {-1, 0};
 static Room room = {nullptr, 0, 0};
 static unsigned aggregatenumber = 0;
 
-static int Capacity();
-
 bool AddParticle(Vector pos, int partner)
 {
     const Particle particle = {pos, 0, partner, 0};
-    const int capacity = Capacity();
+    const int capacity = ParticleCapacity();
     if (ncells < capacity) {
         cells[ncells] = particle;
         ncells++;
@@ -45,15 +43,18 @@ bool AddParticle(Vector pos, int partner)
 
 bool ReserveParticles(int count)
 {
-    if (count <= Capacity())
+    if (count <= ParticleCapacity())
         return true;
+    const bool isindexed = IsNeighbourIndexCurrent();
     if (!ResizeArray(&cells, static_cast<std::size_t>(count)))
         return false;
+    if (isindexed)
+        MoveNeighbourIndex();
     room = {cells, ncells, count};
     return true;
 }
 
-static int Capacity()
+int ParticleCapacity()
 {
     return room.array == cells && room.count == ncells ? room.capacity : ncells;
 }

@@ -12,6 +12,9 @@ bool AddParticle(Vector pos, int partner);
 // changed, when memory does not suffice.
 bool ReserveParticles(int count);
 
+// Number of particles that there is room for in cells, at least ncells.
+int ParticleCapacity();
+
 // Raises growthstate.radius to the largest distance of any particle from the origin, after a particle was added.
 void UpdateRadius();
 

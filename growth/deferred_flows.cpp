@@ -41,7 +41,7 @@ constexpr std::size_t kParticlesPerDeferred = 16;
 // Number of particles of a path to which a list is added at once.
 constexpr int kParticlesAtOnce = 8;
 
-static void MakeRoom();
+static void MakeRoom(int count);
 static void AddDeferredFlows(int from, int end);
 static void CountLists(int from, int end);
 static int MergeLists(int a, int b);
@@ -50,7 +50,7 @@ static int AddList(int particle);
 
 DeferredFlows::DeferredFlows()
 {
-    MakeRoom();
+    MakeRoom(ncells);
     if (deferred.capacity == 0)
         return;
     for (int i = 0; i < ncells; i++)
@@ -59,11 +59,11 @@ DeferredFlows::DeferredFlows()
     deferred.exist = true;
 }
 
-// Reserves memory for deferred flows; keeps the earlier capacity when memory does not suffice.
-static void MakeRoom()
+// Reserves memory for the deferred flows of an aggregate of `count` particles; keeps the earlier capacity when memory does not suffice.
+static void MakeRoom(int count)
 {
     const std::size_t wanted =
-        std::max(kLeastDeferred, static_cast<std::size_t>(ncells) / kParticlesPerDeferred);
+        std::max(kLeastDeferred, static_cast<std::size_t>(count) / kParticlesPerDeferred);
     if (wanted <= deferred.capacity)
         return;
     try {
@@ -136,7 +136,7 @@ void FinishDeferredFlows(int end)
 {
     deferred.from = end;
     RaiseLargestFlow(deferred.largest);
-    MakeRoom();
+    MakeRoom(end);
 }
 
 // Adds the deferred flows. Every particle receives the same shares in the same order as if they were added one by

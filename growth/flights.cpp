@@ -173,6 +173,10 @@ static void LookAround(Walk *walk)
 static void ComeBack(double distance, Walk *walk)
 {
     const double r = distance, radius = walk->reach;
+    if (!(r > radius)) { // rounded
+        walk->free = FreeRadius(walk->pos, &walk->searcher);
+        return;
+    }
     const double x = walk->draws.Uniform() * r / radius; // uniform below 1 for the walkers that return
     if (x >= 1) {
         walk->left = 0;

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "geom/elementary.h"
 #include "growth/aggregate.h"
 #include "growth/deferred_flows.h"
 #include "growth/flights.h"
@@ -29,14 +30,14 @@ int fewparticles = 5000;
 constexpr int kWalksAhead = 8;
 // Moves of a walk after which its thread looks whether the round is over.
 constexpr int kMovesAtOnce = 64;
-// Steps of a walk after which its thread looks whether growth has to stop.
-constexpr long kStepsPerLook = 1000000;
+// Most notes of a walk; with more, it waits for its turn, when it needs none.
+constexpr std::size_t kMostNotes = 1000000;
 // Particles there is room for in a round: this share of the aggregate more, and some.
 constexpr int kRoomShare = 8;
 constexpr int kLeastRoom = 4096;
 // The time between two calls of poll, and the longest sleep of a thread that has nothing to do.
 constexpr std::chrono::milliseconds kPollInterval(10);
-constexpr std::chrono::microseconds kNap(200);
+constexpr std::chrono::microseconds kIdleWait(200);
 
 namespace
 {
@@ -47,7 +48,7 @@ using Lock = std::unique_lock<std::mutex>;
 struct Slot {
     Walk walk;
     SearchNotes notes;
-    long nextlook; // steps after which its thread looks whether growth has to stop
+    long patience; // steps after which growth stops, if it is the next particle's
 };
 
 // What walks under way depend on besides the particles that were there when they started
@@ -76,9 +77,10 @@ struct Team {
     double reach = 0;           // AggregateReach()
     long steptotal = 0;         // growthstate.steptotal
     int next = 0;               // the lowest number that no walk has had yet
-    int helped = -1;            // the last number that two walks had
+    int lastdoubled = -1;       // the last number that two walks had
     bool isadding = false;
     bool isaddingflows = false;
+    bool ispolldue = false;         // the calling thread waits for the end of adding
     std::optional<GrowthStop> stop; // why growth stops
 
     std::atomic<bool> isover = false; // the round ends
@@ -90,7 +92,8 @@ static Team team;
 static Basis basis;
 
 static GrowthStop GrowInRounds(const GrowthLimits &limits, int threads);
-static bool IsOneEnough();
+static bool IsOneThreadEnough();
+static int LeastForThreads();
 static int PrepareRound(int threads);
 static void DropWalks(int threads);
 static Basis PresentBasis();
@@ -99,11 +102,14 @@ static void Work(bool iscaller);
 static void WorkUntilOver(bool iscaller, Lock *lock);
 static void Poll(Lock *lock);
 static Slot *TakeWalk();
-static bool IsSettled(const Walk &walk);
+static Slot *TakePaused();
+static bool IsNoLongerNeeded(const Walk &walk);
 static Slot *FoundNext();
 static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock);
 static bool Continue(Slot *slot, bool iscaller);
-static void AddFoundParticles(Lock *lock);
+static bool HasManyNotes(const Slot &slot);
+static std::optional<GrowthStop> FindStop(const Walk &walk);
+static void AddFoundParticles(bool iscaller, Lock *lock);
 static bool IsOutdated(const Slot &slot);
 static void Restart(Slot *slot, int number);
 static bool AddToRecords(const Walk &walk);
@@ -119,10 +125,12 @@ GrowthStop GrowFlights(const GrowthLimits &limits, int threads)
     } catch (const std::bad_alloc &) {
         // no memory for a round
     }
-    if (stop == GrowthStop::kNoMemory) {
-        basis = {};
-        growthstate.running = 0;
-    }
+    if (stop != GrowthStop::kNoMemory)
+        return stop;
+    basis = {}; // drops all walks
+    if (ncells >= limits.particles)
+        return GrowthStop::kReached; // memory ran out for a walk that was not needed any more
+    growthstate.running = 0;
     return stop;
 }
 
@@ -147,10 +155,14 @@ static GrowthStop GrowInRounds(const GrowthLimits &limits, int threads)
 // Before a round --------------------------------------------------------------------------------------------
 
 // Whether walks cannot be made ahead of their turn, or would have to be repeated too often.
-static bool IsOneEnough()
+static bool IsOneThreadEnough()
 {
-    return ncells < std::max(fewparticles, growthstate.nroots) || growthstate.intersectrange > 0 ||
-           options.debug != 0;
+    return ncells < LeastForThreads() || growthstate.intersectrange > 0 || options.debug != 0;
+}
+
+static int LeastForThreads()
+{
+    return std::max(fewparticles, growthstate.nroots);
 }
 
 // Makes what the threads read ready for a round, and keeps the walks that are under way if they are still true. Returns
@@ -158,21 +170,27 @@ static bool IsOneEnough()
 static int PrepareRound(int threads)
 {
     team.room = INT_MAX;
-    if (threads > 1 && !IsOneEnough()) {
-        team.room =
-            static_cast<int>(std::min<long>(INT_MAX, long{ncells} + ncells / kRoomShare + kLeastRoom));
-        if (!ReserveParticles(team.room) || !ReserveSearch(team.room) || !PrepareFaceSearch())
-            threads = 1;
-    } else {
+    if (threads > 1 && ncells < LeastForThreads())
+        team.room = LeastForThreads();
+    if (IsOneThreadEnough())
         threads = 1;
+    if (threads > 1) {
+        const long wanted = long{ncells} + ncells / kRoomShare + kLeastRoom;
+        if (ParticleCapacity() - ncells < kLeastRoom / 2)
+            ReserveParticles(static_cast<int>(std::min<long>(INT_MAX, wanted)));
+        team.room = ParticleCapacity();
+        if (team.room == ncells || !ReserveSearch(team.room) || !PrepareFaceSearch()) {
+            threads = 1;
+            team.room = INT_MAX;
+        }
     }
     if (!PrepareSearch()) // without it, walks would know no free space and go other ways
         throw std::bad_alloc();
     team.ahead = threads == 1 ? 1 : kWalksAhead * threads;
     if (basis != PresentBasis())
         DropWalks(threads);
-    team.helped = -1;
-    team.isadding = team.isaddingflows = false;
+    team.lastdoubled = -1;
+    team.isadding = team.isaddingflows = team.ispolldue = false;
     team.isover = false;
     UpdateShared();
     return threads;
@@ -231,21 +249,25 @@ static void Work(bool iscaller)
             lock.lock();
         EndRound(GrowthStop::kNoMemory);
     }
+    if (!iscaller)
+        FreeElementaryCaches();
 }
 
 static void WorkUntilOver(bool iscaller, Lock *lock)
 {
     while (!team.isover) {
-        if (iscaller && !team.isadding && Clock::now() >= team.nextpoll)
+        if (iscaller && Clock::now() >= team.nextpoll)
+            team.ispolldue = true; // keeps others from adding particles
+        if (iscaller && team.ispolldue && !team.isadding)
             Poll(lock);
-        else if (!team.isadding && FoundNext() != nullptr)
-            AddFoundParticles(lock);
-        else if (team.ahead > 1 && !team.isaddingflows && AreManyFlowsDeferred(team.count))
+        else if (!team.ispolldue && !team.isadding && FoundNext() != nullptr)
+            AddFoundParticles(iscaller, lock);
+        else if (!iscaller && !team.isaddingflows && AreManyFlowsDeferred(team.count))
             AddFlows(lock);
         else if (Slot *const slot = TakeWalk(); slot != nullptr)
             ContinueTaken(slot, iscaller, lock);
         else
-            team.changed.wait_for(*lock, kNap);
+            team.changed.wait_for(*lock, kIdleWait);
     }
 }
 
@@ -255,7 +277,7 @@ static void Poll(Lock *lock)
     lock->unlock();
     const bool goeson = Clock::now() < team.deadline && (!team.limits.poll || team.limits.poll());
     lock->lock();
-    team.isadding = false;
+    team.isadding = team.ispolldue = false;
     team.nextpoll = std::min(Clock::now() + kPollInterval, team.deadline);
     if (!goeson)
         EndRound(GrowthStop::kPause);
@@ -265,23 +287,14 @@ static void Poll(Lock *lock)
 // is walked a second time, in case the system has put its thread aside. Returns nullptr if there is nothing to walk.
 static Slot *TakeWalk()
 {
-    while (!team.paused.empty()) {
-        const auto first =
-            std::min_element(team.paused.begin(), team.paused.end(), [](const Slot *a, const Slot *b) {
-                return a->walk.searcher.number < b->walk.searcher.number;
-            });
-        Slot *const slot = *first;
-        team.paused.erase(first);
-        if (!IsSettled(slot->walk))
-            return slot;
-        team.unused.push_back(slot);
-    }
+    if (Slot *const slot = TakePaused(); slot != nullptr)
+        return slot;
     const int end = std::min({team.limits.particles, team.room, team.count + team.ahead});
     int number = team.next;
     if (number < end)
         team.next++;
-    else if (team.ahead > 1 && !team.isadding && team.helped < team.count)
-        number = team.helped = team.count;
+    else if (team.ahead > 1 && !team.isadding && team.lastdoubled < team.count)
+        number = team.lastdoubled = team.count;
     else
         return nullptr;
     Slot *const slot = team.unused.back();
@@ -290,8 +303,34 @@ static Slot *TakeWalk()
     return slot;
 }
 
+// Takes the paused walk with the lowest number that can go on, or returns nullptr. One with many notes goes on when its
+// turn comes, from its start.
+static Slot *TakePaused()
+{
+    Slot *taken = nullptr;
+    std::size_t kept = 0;
+    for (Slot *const slot : team.paused) {
+        const int number = slot->walk.searcher.number;
+        if (IsNoLongerNeeded(slot->walk)) {
+            team.unused.push_back(slot);
+            continue;
+        }
+        team.paused[kept++] = slot;
+        if ((taken == nullptr || number < taken->walk.searcher.number) &&
+            (number == team.count || !HasManyNotes(*slot)))
+            taken = slot;
+    }
+    team.paused.resize(kept);
+    if (taken == nullptr)
+        return nullptr;
+    team.paused.erase(std::find(team.paused.begin(), team.paused.end(), taken));
+    if (HasManyNotes(*taken))
+        Restart(taken, taken->walk.searcher.number);
+    return taken;
+}
+
 // Whether a walk's particle has been added, or another walk has found its place.
-static bool IsSettled(const Walk &walk)
+static bool IsNoLongerNeeded(const Walk &walk)
 {
     return walk.searcher.number < team.count || team.found[walk.searcher.number % team.ahead] != nullptr;
 }
@@ -302,30 +341,34 @@ static Slot *FoundNext()
     return team.found[team.count % team.ahead];
 }
 
-// Starts a walk anew among the particles that have been added.
+// Starts a walk anew among the particles that have been added. That of the next particle needs no notes, since no other
+// particle can be added before it.
 static void Restart(Slot *slot, int number)
 {
-    StartWalk(number, team.count, team.reach, team.ahead > 1 ? &slot->notes : nullptr, &slot->walk);
-    slot->nextlook = std::min(team.limits.stallsteps, kStepsPerLook);
+    StartWalk(number, team.count, team.reach, number > team.count ? &slot->notes : nullptr, &slot->walk);
 }
 
 static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock)
 {
     const Walk &walk = slot->walk;
+    slot->patience = std::min(team.limits.stallsteps, team.limits.steps - team.steptotal);
     lock->unlock();
     const bool isfound = Continue(slot, iscaller);
     lock->lock();
-    if (IsSettled(walk))
+    if (IsNoLongerNeeded(walk)) {
         team.unused.push_back(slot);
-    else if (isfound)
+    } else if (isfound) {
         team.found[walk.searcher.number % team.ahead] = slot;
-    else
+    } else {
+        if (walk.searcher.number == team.count && !team.isadding) {
+            if (IsOutdated(*slot))
+                Restart(slot, team.count);
+            else if (const auto stop = FindStop(walk))
+                EndRound(stop);
+        }
         team.paused.push_back(slot);
-    if (!isfound && walk.searcher.number == team.count && walk.steps >= team.limits.stallsteps)
-        EndRound(GrowthStop::kStalled);
-    if (!isfound && walk.searcher.number == team.count && walk.steps > team.limits.steps - team.steptotal)
-        EndRound(GrowthStop::kReached);
-    if (!growthstate.running) // no memory for the index of the surface
+    }
+    if (team.ahead == 1 && !growthstate.running) // no memory for the index of the surface
         EndRound(GrowthStop::kNoMemory);
 }
 
@@ -333,44 +376,60 @@ static void ContinueTaken(Slot *slot, bool iscaller, Lock *lock)
 static bool Continue(Slot *slot, bool iscaller)
 {
     Walk &walk = slot->walk;
-    while (!ContinueWalk(kMovesAtOnce, &walk)) {
-        if (walk.steps >= slot->nextlook) {
-            slot->nextlook = walk.steps + kStepsPerLook;
+    while (!ContinueWalk(kMovesAtOnce, &walk))
+        if (walk.steps >= slot->patience || HasManyNotes(*slot) || team.isover ||
+            team.publiccount > walk.searcher.number || (iscaller && Clock::now() >= team.nextpoll))
             return false;
-        }
-        if (team.isover || team.publiccount > walk.searcher.number ||
-            (iscaller && Clock::now() >= team.nextpoll))
-            return false;
-    }
     return true;
 }
 
+static bool HasManyNotes(const Slot &slot)
+{
+    return slot.walk.searcher.notes != nullptr &&
+           slot.notes.bits.size() + slot.notes.searched.size() > kMostNotes;
+}
+
+// Why growth stops before the particle of a walk in its turn, if it does.
+static std::optional<GrowthStop> FindStop(const Walk &walk)
+{
+    if (walk.steps >= team.limits.stallsteps)
+        return GrowthStop::kStalled;
+    if (walk.steps > team.limits.steps - team.steptotal)
+        return GrowthStop::kReached;
+    return std::nullopt;
+}
+
 // Adds the particles whose walks have found their places, as far as the next one that has not.
-static void AddFoundParticles(Lock *lock)
+static void AddFoundParticles(bool iscaller, Lock *lock)
 {
     team.isadding = true;
-    for (Slot *slot; !team.isover && (slot = FoundNext()) != nullptr;) {
-        if (slot->walk.steps > team.limits.steps - team.steptotal) {
-            EndRound(GrowthStop::kReached);
+    for (Slot *slot; !team.isover && !team.ispolldue && (slot = FoundNext()) != nullptr;) {
+        if (iscaller && Clock::now() >= team.nextpoll)
             break;
-        }
         lock->unlock();
         const bool isoutdated = IsOutdated(*slot);
-        const bool isprepared = isoutdated || AddToRecords(slot->walk);
         lock->lock();
-        if (isoutdated || growthstate.running)
-            team.found[slot->walk.searcher.number % team.ahead] = nullptr;
         if (isoutdated) {
+            team.found[slot->walk.searcher.number % team.ahead] = nullptr;
             Restart(slot, team.count);
             team.paused.push_back(slot);
             break;
         }
-        UpdateShared();
-        if (growthstate.running)
-            team.unused.push_back(slot);
-        if (!growthstate.running)
+        if (const auto stop = FindStop(slot->walk)) {
+            EndRound(stop);
+            break;
+        }
+        lock->unlock();
+        const bool isprepared = AddToRecords(slot->walk);
+        lock->lock();
+        if (!growthstate.running) {
             EndRound(GrowthStop::kNoMemory);
-        else if (ncells >= team.limits.particles)
+            break;
+        }
+        team.found[slot->walk.searcher.number % team.ahead] = nullptr;
+        team.unused.push_back(slot);
+        UpdateShared();
+        if (ncells >= team.limits.particles)
             EndRound(GrowthStop::kReached);
         else if (!isprepared || ncells >= team.room)
             EndRound(std::nullopt);
@@ -432,6 +491,6 @@ static void AddFlows(Lock *lock)
 static void EndRound(std::optional<GrowthStop> stop)
 {
     team.isover = true;
-    if (!team.stop)
+    if (!team.stop || stop == GrowthStop::kNoMemory)
         team.stop = stop;
 }

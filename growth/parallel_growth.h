@@ -11,12 +11,12 @@
 #include <functional>
 
 struct GrowthLimits {
-    int particles = INT_MAX;    // growth stops at so many
-    long steps = LONG_MAX;      // before the particle that would raise growthstate.steptotal above this
-    long stallsteps = LONG_MAX; // and where no place is found for the next particle in so many steps
-    double seconds = HUGE_VAL;  // GrowFlights returns after about this time
-    // Unless empty, called by the calling thread every hundredth of a second or so, while no record changes; GrowFlights
-    // returns when it is false. Flows may be deferred (growth/deferred_flows.h).
+    int particles = INT_MAX;    // stop when there are this many particles
+    long steps = LONG_MAX;      // stop before a particle that would raise growthstate.steptotal above this
+    long stallsteps = LONG_MAX; // give up if the walk of the next particle has taken this many steps
+    double seconds = HUGE_VAL;  // return after about this time
+    // Unless empty, the calling thread calls this every hundredth of a second or so, and returns when it is false. No
+    // particle is added meanwhile, but flows may be: it must not read them.
     std::function<bool()> poll = nullptr;
 };
 

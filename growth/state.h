@@ -17,7 +17,7 @@ struct Particle {
     int visited;   // scratch of the chain export, slicing and deferred flows; no meaning otherwise
 };
 
-extern Particle *cells; // malloc'ed, roots first, no spare capacity
+extern Particle *cells; // malloc'ed, roots first
 extern int ncells;
 
 // malloc'ed: the positions read from a seed file, growthstate.nroots of them after a reading.

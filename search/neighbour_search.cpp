@@ -120,7 +120,7 @@ static unsigned searchnumber = 0;
 static bool IsCurrent();
 static bool NewestIsUnmoved();
 static void Build();
-static void Insert(int i);
+static bool Insert(int i);
 static int WithSpare(int particles);
 static void MakeLists(int capacity);
 static void List(int i);
@@ -243,12 +243,26 @@ bool AddToNeighbourIndex()
     }
     try {
         neighbourindex.array = cells;
-        Insert(ncells - 1);
-        return neighbourindex.usable && (neighbourindex.mapschecked = MapsFit());
+        if (Insert(ncells - 1)) {
+            neighbourindex.mapschecked = MapsFit();
+            return neighbourindex.mapschecked;
+        }
+        DropNeighbourIndex();
+        return false;
     } catch (const std::bad_alloc &) {
         DropNeighbourIndex();
         return false;
     }
+}
+
+bool IsNeighbourIndexCurrent()
+{
+    return IsCurrent();
+}
+
+void MoveNeighbourIndex()
+{
+    neighbourindex.array = cells;
 }
 
 void DropNeighbourIndex()
@@ -305,7 +319,7 @@ static void Build()
         neighbourindex.lists.Reserve(WithSpare(ncells));
         neighbourindex.maps.clear();
         for (int i = 0; i < ncells && neighbourindex.usable; i++)
-            Insert(i);
+            neighbourindex.usable = Insert(i);
         MakeMaps();
     }
     neighbourindex.array = cells;
@@ -313,13 +327,13 @@ static void Build()
     neighbourindex.newest = ncells > 0 ? cells[ncells - 1].p : Vector{0, 0, 0};
 }
 
-static void Insert(int i)
+// Adds a particle to lists and map. Returns false if it is too far away for them. Changes nothing that a search of
+// another thread reads except through them.
+static bool Insert(int i)
 {
     const Vector p = cells[i].p;
     if (IsFinite(p) && !neighbourindex.lists.Holds(p))
-        neighbourindex.usable = false;
-    if (!neighbourindex.usable)
-        return;
+        return false;
     if (i >= neighbourindex.lists.Capacity())
         MakeLists(WithSpare(i));
     List(i);
@@ -329,6 +343,7 @@ static void Insert(int i)
     neighbourindex.newest = p;
     neighbourindex.mapschecked = false;
     neighbourindex.ball.radius2 = -1;
+    return true;
 }
 
 static int WithSpare(int particles)

@@ -83,6 +83,10 @@ unsigned SearchNumber();
 // to be prepared again before a search.
 bool AddToNeighbourIndex();
 
+// Whether the index is that of the present particles, and states that the array of these particles has moved.
+bool IsNeighbourIndexCurrent();
+void MoveNeighbourIndex();
+
 // Makes the next search rebuild the index. A change of the array, the count, the last particle or the branch length
 // is detected without this; call it after changing other particles in place.
 void DropNeighbourIndex();

@@ -112,25 +112,31 @@ TEST(Flights, ReturnFromOutside)
     }
 }
 
-// Grows to `particles` in up to three pieces, with the given number of threads.
-static Outcome GrowWith(int threads, int particles, unsigned seed, bool interrupted)
+// Everything that a run leaves
+static Outcome TakeAll()
+{
+    Outcome outcome = TakeOutcome();
+    outcome.push_back(static_cast<double>(growthstate.steptotal));
+    return outcome;
+}
+
+// Grows to `particles` particles, with pauses, on the given number of threads.
+static void GrowInPieces(int threads, int particles, unsigned seed)
 {
     std::mt19937 random(seed);
     std::optional<DeferredFlows> flows;
     if (seed % 2 == 0)
         flows.emplace();
     while (ncells < particles) {
-        GrowthLimits limits = {.particles = particles};
-        if (interrupted) {
-            limits.seconds = 1e-3 * static_cast<double>(random() % 4);
-            limits.steps = growthstate.steptotal + 1 + static_cast<long>(random() % 100000000);
-        }
-        EXPECT_NE(GrowFlights(limits, threads), GrowthStop::kNoMemory);
-        if (interrupted && random() % 4 == 0)
+        const long more = 1 + static_cast<long>(random() % 100000000);
+        ASSERT_NE(GrowFlights({.particles = particles,
+                               .steps = growthstate.steptotal + more,
+                               .seconds = 1e-3 * static_cast<double>(random() % 4)},
+                              threads),
+                  GrowthStop::kNoMemory);
+        if (random() % 4 == 0)
             FreeNeighbourIndex();
     }
-    flows.reset();
-    return TakeOutcome();
 }
 
 // Settings from a seed, and the aggregate's start.
@@ -175,15 +181,19 @@ TEST(ParallelGrowth, IsTheSameOnAnyNumberOfThreads)
     int compared = 0;
     for (unsigned seed = 1; seed <= SARKELO_HISTORIES; seed++) {
         StartRandomly(seed);
-        GrowFlights({.particles = 900, .steps = 1000000}, 1);
+        const GrowthLimits limits = {.particles = 900, .steps = 1000000};
+        GrowFlights(limits, 1);
         const int particles = ncells;
-        const Outcome expected = TakeOutcome();
+        const Outcome expected = TakeAll();
         compared += particles;
         for (const int threads : {1, 2, 3, 8}) {
             StartRandomly(seed);
             repeatedwalks = threads == 3 ? 3 : 0;
-            const Outcome grown = GrowWith(threads, particles, seed, threads % 2 == 0);
-            EXPECT_EQ(Difference(expected, grown), "") << threads << " threads, setting " << seed;
+            if (threads % 2 == 0)
+                GrowInPieces(threads, particles, seed);
+            else
+                GrowFlights(limits, threads);
+            EXPECT_EQ(Difference(expected, TakeAll()), "") << threads << " threads, setting " << seed;
         }
     }
     EXPECT_GT(compared, 400 * SARKELO_HISTORIES) << "too little grew to compare";
